@@ -1,0 +1,44 @@
+# room(NAME HEADERS ... SOURCES ... FORMS ... LINK ...)
+#
+# Declares one room of the house: a static library whose public headers live below include/NAME (include/PATH
+# for the forms of a room) and are included as <NAME/Header.h>; private headers stand beside their .cpp and are
+# included in quotes. LINK names the rooms below and the libraries that its public headers need. A room whose
+# name does not end in "ui" must not see Qt6::Widgets.
+function(room name)
+  cmake_parse_arguments(R "" "" "HEADERS;SOURCES;FORMS;LINK" ${ARGN})
+  if(R_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "room(${name}): what are ${R_UNPARSED_ARGUMENTS}?")
+  endif()
+  add_library(${name} STATIC ${R_HEADERS} ${R_SOURCES} ${R_FORMS})
+  target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/include")
+  target_link_libraries(${name} PUBLIC ${R_LINK} PRIVATE house)
+  target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII)
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTOUIC_SEARCH_PATHS "${CMAKE_CURRENT_SOURCE_DIR}")
+  if(NOT name MATCHES "ui$")
+    foreach(link IN LISTS R_LINK)
+      if(link MATCHES "^Qt6::Widgets$|ui$")
+        message(FATAL_ERROR "room(${name}) is a core and must not link ${link}")
+      endif()
+    endforeach()
+  endif()
+endfunction()
+
+# room_test(ROOM SOURCES ... LINK ...): the GoogleTest program test_ROOM, one ctest entry for each test.
+function(room_test name)
+  cmake_parse_arguments(T "" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
+  if(NOT T_TIMEOUT)
+    set(T_TIMEOUT 120)
+  endif()
+  add_executable(test_${name} ${T_SOURCES})
+  target_link_libraries(test_${name} PRIVATE ${T_LINK} house_tests GTest::gmock GTest::gtest)
+  if(NOT "test_main" IN_LIST T_LINK)
+    target_link_libraries(test_${name} PRIVATE GTest::gtest_main)
+  endif()
+  target_include_directories(test_${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+  target_compile_definitions(test_${name} PRIVATE TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}"
+    DEMO_ASSETS="${CMAKE_SOURCE_DIR}/assets/demo")
+  set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
+  include(GoogleTest)
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES TIMEOUT ${T_TIMEOUT}
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${T_ENVIRONMENT}")
+endfunction()

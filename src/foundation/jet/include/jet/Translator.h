@@ -1,0 +1,133 @@
+#pragma once
+
+#include <text/Value.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// The Jet SQL dialect: text in, prepared text of an engine out. See docs/jet-sql.md for the dialect.
+namespace jet {
+
+struct Column {
+    QString name;
+    Type type = Type::Text;
+    int size = 0;          ///< characters of a Text column, else 0
+    QString defaultText;   ///< Jet expression, e.g. "0", "Date()", "\"Deutschland\""; empty for none
+    bool allowZeroLength = true;
+    bool required = false; ///< NOT NULL
+    bool autoNumber = false;
+};
+
+struct Table {
+    QString name;
+    std::vector<Column> columns; ///< in ordinal order
+    /// Position in `columns`, -1 when there is none; names compare without case.
+    [[nodiscard]] int indexOf(QStringView column) const;
+};
+
+/// What the binder asks about the store. Implemented by the store, and by a plain map in tests.
+class Catalogue {
+  public:
+    virtual ~Catalogue() = default;
+    /// nullptr when there is no such table; names compare without case. Valid until the structure changes.
+    [[nodiscard]] virtual const Table* find(QStringView table) const = 0;
+};
+
+enum class Kind { Select, Insert, Update, Delete, CreateTable, DropTable, AlterTable, CreateIndex, DropIndex };
+
+struct ResultColumn {
+    QString name;
+    Type type = Type::Null;  ///< Null when it can only be told row by row
+    QString table, column;   ///< where it comes from unchanged, else empty
+};
+
+/// How a literal of the text travels to the engine.
+enum class Encoding { AsIs, Boolean, Integer, Double, Currency, Date, Text, LikePrefixLow, LikePrefixHigh };
+
+struct Parameter {
+    int literal = 0; ///< index into the literals that `lift` found
+    Encoding encoding = Encoding::AsIs;
+};
+
+/// Change of structure, carried out by the store in its own way (it keeps the catalogue).
+struct Ddl {
+    QString table;
+    std::vector<Column> add;           ///< CREATE TABLE, ALTER TABLE ADD and ALTER COLUMN
+    std::vector<QString> drop;         ///< ALTER TABLE DROP
+    bool alterColumn = false;
+    QString indexName;
+    std::vector<std::pair<QString, bool>> indexColumns; ///< name, descending
+    bool unique = false, primary = false;
+    struct Index { QString name; std::vector<QString> columns; bool unique = false, primary = false; };
+    std::vector<Index> indexes;        ///< those told inside CREATE TABLE and ALTER TABLE ADD CONSTRAINT
+};
+
+/// The pieces of "SELECT columns FROM one table WHERE .. ORDER BY .." from which the store builds a dynaset whose
+/// rows can be changed. Each is an engine expression; parameters in them are those of the statement, numbered alike.
+struct Dynaset {
+    QString table;            ///< base table, as the catalogue spells it
+    QByteArray from;          ///< "\"Artikel\" AS \"a\""
+    QByteArray key;           ///< expression of the row key, e.g. "\"a\".rowid"
+    QByteArray where;         ///< empty for none
+    QByteArray orderBy;       ///< empty for none
+    QByteArray columns;       ///< select list
+};
+
+/// One translated statement: immutable, shared by the cache.
+struct Statement {
+    Kind kind = Kind::Select;
+    QByteArray sql;                      ///< UTF-8 text for the engine, parameters as ?1, ?2, ...
+    std::vector<Parameter> parameters;   ///< ?1 is parameters[0]
+    std::vector<ResultColumn> columns;   ///< of a Select
+    std::optional<Dynaset> dynaset;      ///< of a Select whose rows can be changed
+    std::optional<Ddl> ddl;
+    QString target;                      ///< table changed by Insert, Update, Delete
+    std::vector<QString> tables;         ///< base tables read or written
+    std::vector<QString> unresolved;     ///< names that are neither column nor table: told as error 3061
+};
+
+/// A statement's text with its literals lifted out: equal shapes share one translation. Literals that decide the
+/// translation itself (after TOP, positions in ORDER BY, ...) stay in the shape.
+struct Lifted {
+    QString shape;
+    std::vector<Value> literals;
+};
+
+/// One pass of the lexer, no allocation beyond the result. Raises 3075 for text that is not even tokens.
+void lift(QStringView text, Lifted& result);
+
+/// Runs a query on behalf of the translation: the column heads of a PIVOT come from the data.
+using PivotHeads = std::function<std::vector<Value>(const Statement&, const std::vector<Value>& literals)>;
+
+class Emitter; ///< one per engine
+
+/// Emitter for SQLite; the functions that its text calls are those of <jet/Functions.h>.
+std::shared_ptr<const Emitter> sqliteEmitter();
+
+class Translator {
+  public:
+    Translator(const Catalogue& catalogue, std::shared_ptr<const Emitter> emitter);
+    ~Translator();
+
+    void setPivotHeads(PivotHeads heads);
+
+    /// Raises 3075 (syntax), 3078 (unknown table), 3061 (unknown column), 3085 (unknown function), 3464 and others
+    /// with the place in `text`.
+    [[nodiscard]] std::shared_ptr<const Statement> translate(QStringView text) const;
+    /// The dynaset's rows that also fulfil `criteria` (an expression over the base table's columns): a Select of the
+    /// key alone, in the dynaset's order, limited to one row. Parameters of the dynaset come first, then those of
+    /// the criteria, whose literals are numbered on behind the dynaset's.
+    [[nodiscard]] std::shared_ptr<const Statement> translateFind(const Statement& dynaset, int dynasetLiterals,
+                                                                 QStringView criteria) const;
+
+  private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace jet

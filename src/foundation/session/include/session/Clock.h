@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QDateTime>
+
+#include <functional>
+
+/// The one clock of the program.
+[[nodiscard]] QDateTime Now();
+[[nodiscard]] inline QDate Today() { return Now().date(); }
+/// Replaces the clock; an empty function brings the system's back.
+void SetClock(std::function<QDateTime()> clock);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// The one seam for every stop that waits for a person. Production installs a host with touch-sized windows, tests
+/// one that answers from a script. Cores call these functions and never know which host answers.
+
+enum class MsgButtons { OK, OKCancel, YesNo };
+enum class MsgIcon { None, Critical, Question, Exclamation, Information };
+enum class MsgAnswer { OK, Cancel, Yes, No };
+
+struct FileRequest {
+    QString title;
+    QString filter; ///< "Text    (*.txt)|*.txt"
+    QString name;   ///< suggested path
+    bool save = false;
+};
+
+class DialogHost {
+  public:
+    virtual ~DialogHost() = default;
+    virtual MsgAnswer msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
+                             MsgAnswer preset) = 0;
+    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& preset) = 0;
+    virtual std::optional<QString> chooseFile(const FileRequest& request) = 0;
+};
+
+/// Installs `host` (not owned) and returns the one before; without a host every box raises error 5.
+DialogHost* SetDialogHost(DialogHost* host);
+[[nodiscard]] DialogHost* CurrentDialogHost();
+
+inline constexpr char16_t SystemTitle[] = u"Systemmeldung...";
+
+/// Shows a message and waits. `preset` is the button that Enter presses; by default OK or Yes.
+MsgAnswer MsgBox(const QString& text, MsgIcon icon = MsgIcon::Information, MsgButtons buttons = MsgButtons::OK,
+                 const QString& title = QString::fromUtf16(SystemTitle), std::optional<MsgAnswer> preset = {});
+/// True for Yes. Question icon.
+bool AskYesNo(const QString& text, const QString& title = QString::fromUtf16(SystemTitle));
+/// std::nullopt when cancelled.
+std::optional<QString> InputBox(const QString& prompt, const QString& title, const QString& preset = {});
+std::optional<QString> ChooseFile(const FileRequest& request);

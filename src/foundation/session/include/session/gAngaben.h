@@ -1,0 +1,34 @@
+#pragma once
+
+#include <text/Currency.h>
+
+#include <QString>
+
+/// Records of the register's small dialogs: the caller fills one, shows the dialog, reads `Ergebnis` (1 confirmed,
+/// 0 cancelled).
+
+struct RabattAngabe {
+    Currency Prozent;
+    int Ergebnis = 0;
+};
+extern RabattAngabe gRabattAngabe;
+
+struct PreisAngabe {
+    int Ergebnis = 0;
+    Currency Preis;
+};
+extern PreisAngabe gPreisAngabe;
+
+struct FreierArtikel {
+    int Ergebnis = 0;
+    QString Name, WarenGruppe;
+    double SteuerSatz = 0; ///< percent
+};
+extern FreierArtikel gFreierArtikel;
+
+/// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, "" when
+/// cancelled.
+struct ArtikelLieferant {
+    QString BestellNummer, ArtikelNummer;
+};
+extern ArtikelLieferant gArtikelLieferant;

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <text/RuntimeError.h>
+#include <text/Value.h>
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class Recordset;
+class Database;
+namespace jet {
+struct Table;
+}
+
+/// `Type` of OpenRecordset.
+inline constexpr int dbOpenDynaset = 2;
+
+/// A column of a TableDef, or one about to be appended to it.
+class TableField {
+  public:
+    QString Name;
+    ::Type Type = ::Type::Text;
+    int Size = 0; ///< characters; Text only
+    QString DefaultValue;
+    bool AllowZeroLength = false;
+    int Attributes = 0; ///< 16 (dbAutoIncrField) for an AutoNumber
+    int OrdinalPosition = 0;
+};
+
+/// The structure of one table. Changes through AppendField, DeleteField, RenameField and MoveField act at once.
+class TableDef {
+  public:
+    QString Name;
+    std::vector<TableField> Fields;
+    [[nodiscard]] TableField CreateField(const QString& name) const;
+    [[nodiscard]] const TableField* Field(QStringView name) const; ///< exact spelling; nullptr when missing
+};
+
+/// One connection to a store. Every statement is Jet SQL; there is no second way to the engine. Not thread-safe:
+/// one thread, one Database.
+///
+/// A SQLite store is one file; ":memory:" is a store that lives with the connection.
+class Database {
+  public:
+    /// Opens an existing store. `Connect` is ";PWD=" and the password. Raises 3024 missing file, 3031 wrong password,
+    /// 3343 not a store of ours (the file stays untouched), 3050 no right to lock or write, 3045 in use by another
+    /// process while `Exclusive`, or opened exclusively there.
+    static std::unique_ptr<Database> OpenDatabase(const QString& Name, bool Exclusive = false, bool ReadOnly = false,
+                                                  const QString& Connect = {});
+    /// Makes an empty store without tables. Raises 3204 when the file exists.
+    static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {});
+
+    virtual ~Database();
+
+    /// `Source` is an SQL text or a bare table name. Raises the errors of <jet/Translator.h>.
+    [[nodiscard]] std::unique_ptr<Recordset> OpenRecordset(const QString& Source, int Type = dbOpenDynaset);
+    /// Runs anything that gives no rows; the number of rows affected. Raises likewise, and 3022 duplicate key, 3163
+    /// text too long, 3027 read-only, 3026 disk full, 3260 locked.
+    qint64 Execute(const QString& SQL);
+
+    [[nodiscard]] std::vector<TableDef> TableDefs() const;
+    [[nodiscard]] std::optional<TableDef> FindTableDef(QStringView name) const; ///< exact spelling
+    [[nodiscard]] TableDef CreateTableDef(const QString& name) const;
+    void AppendTableDef(const TableDef& table);
+    void DeleteTableDef(const QString& name);
+    void AppendField(const QString& table, const TableField& field);
+    void DeleteField(const QString& table, const QString& field);
+    void RenameField(const QString& table, const QString& from, const QString& to);
+    void MoveField(const QString& table, const QString& field, int ordinalPosition);
+
+    /// Engine and version for the status bars, "SQLite 3.40.1".
+    [[nodiscard]] QString Version() const;
+    /// Raises 3031 when `Old` is not the password, 3621 unless the store is open exclusively.
+    void NewPassword(const QString& Old, const QString& New);
+    /// Ends the connection; what is still open on it raises 3420 from then on.
+    void Close();
+
+    class Impl;
+    [[nodiscard]] Impl& impl() const { return *m_impl; }
+
+  private:
+    explicit Database(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> m_impl;
+};
