@@ -1,0 +1,119 @@
+#pragma once
+
+#include <store/Recordset.h>
+#include <text/Currency.h>
+
+#include <QAbstractTableModel>
+#include <QString>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace till {
+
+class RegisterScreen;
+
+/// The label under the list that tells the stock of the selected article.
+struct StockLabel {
+    QString text;
+    bool warning = false; ///< the line takes the stock below its target
+    bool visible = false;
+    friend bool operator==(const StockLabel&, const StockLabel&) = default;
+};
+
+/// The picture of the selected article: a file, or a caption in its place.
+struct ArticlePicture {
+    QString file, caption;
+    friend bool operator==(const ArticlePicture&, const ArticlePicture&) = default;
+};
+
+/// The open sale of this till. Its rows live in table Bestellung from the moment they are entered; this is
+/// the list of them (lvwBestellung) as a model. Texts are formatted once, when a row changes, and the total
+/// is the sum of what the list shows.
+///
+/// The record set `rsBestellung` stands on the selected row; what acts on "the selected line" acts on it.
+class Basket : public QAbstractTableModel {
+    Q_OBJECT
+  public:
+    enum Column { ArtikelNr, Artikelname, Anz, Menge, EPreis, GPreis, ColumnCount };
+
+    explicit Basket(RegisterScreen& screen, QObject* parent = nullptr);
+    ~Basket() override;
+
+    /// Opens the rows of gMaschine; nothing is shown before LoadBestellungen.
+    void Open();
+
+    /// Adds a line from gArtikel, gKunde, gKassenUser and gMaschine and selects it.
+    void AddArtikelToBestellung();
+    /// Rebuilds the list from the store, selects the last row and refreshes the total.
+    void LoadBestellungen();
+    /// Sums the list into Gesamt().
+    void RefreshGesamt();
+    /// Selects `row` and follows it: record set, stock label, picture. A row that another till deleted is
+    /// told and the list is rebuilt. A row outside the list does nothing.
+    void ItemClick(int row);
+
+    /// Adds `amount` to the quantity of the selected line.
+    void ChangeQuantity(int amount);
+    /// Shows price and amount of the selected line anew after they were changed in the record set.
+    void ShowPrices();
+    /// Drops a pending AddNew or Edit; never raises.
+    void CancelEdit() noexcept;
+    /// "DELETE FROM Bestellung" for this till, without touching the list.
+    void DeleteRows();
+
+    [[nodiscard]] Recordset& rsBestellung() { return *m_rs; }
+    [[nodiscard]] bool isEmpty() const { return m_rows.empty(); }
+    [[nodiscard]] int selected() const { return m_selected; } ///< -1 when the list is empty
+    [[nodiscard]] const QString& cell(int row, Column column) const;
+    [[nodiscard]] const QString& Gesamt() const { return m_gesamt; } ///< text of lblGesamt
+    /// Shows an amount over an empty list until the next refresh.
+    void ShowGesamt(const QString& text);
+    [[nodiscard]] const StockLabel& Bestand() const { return m_stock; }
+    [[nodiscard]] const ArticlePicture& Bild() const { return m_picture; }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role = Qt::DisplayRole) const override;
+
+    /// True for a sale that was loaded from a delivery note, whose stock has left with it.
+    bool IsLieferscheinBon = false;
+
+  signals:
+    void GesamtChanged(const QString& text);
+    /// The list should show and mark this row; -1 for an empty list.
+    void SelectedChanged(int row);
+    void BestandChanged(const till::StockLabel& label);
+    void BildChanged(const till::ArticlePicture& picture);
+
+  private:
+    struct Row {
+        int ID = 0;
+        std::array<QString, ColumnCount> text;
+        Currency amount; ///< the last text read back
+    };
+    enum class Net { Exact, Rounded };
+    [[nodiscard]] Row makeRow(int id, const QString& nummer, const QString& name, double buchungsMenge,
+                              double menge, const QString& einheit, Currency price, double steuerSatz,
+                              Net net) const;
+    void append(Row row);
+    void setText(int row, Column column, const QString& text);
+    void select(int row);
+    void showStock();
+    void showPicture(const QString& nummer);
+    void setStock(StockLabel label);
+    void setPicture(ArticlePicture picture);
+
+    RegisterScreen& m_screen;
+    std::unique_ptr<Recordset> m_rs;
+    std::vector<Row> m_rows;
+    int m_selected = -1;
+    QString m_gesamt;
+    StockLabel m_stock;
+    ArticlePicture m_picture;
+};
+
+} // namespace till

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QChar>
+#include <QString>
+#include <QStringList>
+
+namespace till {
+
+/// The rules of the one-number dialogs.
+class NumberDialog {
+  public:
+    enum Kind {
+        Rabatt,      ///< frmKasseRabatt: whole percent into gRabattAngabe
+        PreisAngabe, ///< frmKassePreisAngabe: gArtikel.VKPreis
+        FreierPreis, ///< frmKasseFreierPreis: gPreisAngabe.Preis, may be negative
+    };
+    explicit NumberDialog(Kind kind)
+        : m_kind(kind) {}
+
+    [[nodiscard]] QString OpensWith() const;
+    [[nodiscard]] bool HasDecimal() const { return m_kind != Rabatt; }    ///< cmdDecimal
+    [[nodiscard]] bool HasMinus() const { return m_kind == FreierPreis; } ///< cmdMinus
+    /// The character that a typed one puts into the box; a null character when it is swallowed.
+    [[nodiscard]] QChar AcceptKey(QChar key) const;
+    /// cmdEnter: leaves the result in the dialog's record. Raises 13 or 6 for a text that is no such number;
+    /// the dialog then stays open.
+    void Confirm(const QString& text) const;
+    void Cancel() const; ///< Esc
+
+  private:
+    Kind m_kind;
+};
+
+/// The rules of the free article dialog (frmKasseFreierArtikel) over gFreierArtikel.
+namespace FreierArtikelDialog {
+[[nodiscard]] QStringList SteuerSaetze(); ///< both rates as "0.0"
+[[nodiscard]] QString SteuerSatz();       ///< the one to show
+[[nodiscard]] QStringList WarenGruppen(); ///< groups sold so far
+/// cmdOK: false when it must stay open because the name is missing, which is told. Raises 13 for a rate that
+/// is no number.
+[[nodiscard]] bool Confirm(const QString& name, const QString& steuerSatz, const QString& warenGruppe);
+void Cancel();
+} // namespace FreierArtikelDialog
+
+} // namespace till

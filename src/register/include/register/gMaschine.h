@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// The computer name of this till, set when the register loads; it owns the rows of the open sale.
+extern QString gMaschine;
