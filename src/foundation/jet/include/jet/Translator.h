@@ -16,8 +16,8 @@ namespace jet {
 struct Column {
     QString name;
     Type type = Type::Text;
-    int size = 0;          ///< characters of a Text column, else 0
-    QString defaultText;   ///< Jet expression, e.g. "0", "Date()", "\"Deutschland\""; empty for none
+    int size = 0;        ///< characters of a Text column, else 0
+    QString defaultText; ///< Jet expression, e.g. "0", "Date()", "\"Deutschland\""; empty for none
     bool allowZeroLength = true;
     bool required = false; ///< NOT NULL
     bool autoNumber = false;
@@ -38,61 +38,106 @@ class Catalogue {
     [[nodiscard]] virtual const Table* find(QStringView table) const = 0;
 };
 
-enum class Kind { Select, Insert, Update, Delete, CreateTable, DropTable, AlterTable, CreateIndex, DropIndex };
-
-struct ResultColumn {
-    QString name;
-    Type type = Type::Null;  ///< Null when it can only be told row by row
-    QString table, column;   ///< where it comes from unchanged, else empty
+/// SelectInto carries a `ddl` that creates the table and an INSERT text that then fills it (prepare it only
+/// after the table exists; empty when the table stays empty).
+enum class Kind {
+    Select,
+    Insert,
+    Update,
+    Delete,
+    SelectInto,
+    CreateTable,
+    DropTable,
+    AlterTable,
+    CreateIndex,
+    DropIndex
 };
 
-/// How a literal of the text travels to the engine.
-enum class Encoding { AsIs, Boolean, Integer, Double, Currency, Date, Text, LikePrefixLow, LikePrefixHigh };
+/// A value that the engine returns is decoded by `type`, whatever its storage class: -1/0 (any number but 0)
+/// is a Boolean, an INTEGER may stand for a Double. A REAL where a Currency or a whole number is due is an
+/// overflow: error 6, since the engine widens silently.
+struct ResultColumn {
+    QString name; ///< unique among the columns; unnamed expressions are "Ausdr1000", "Ausdr1001", ...
+    Type type = Type::Null; ///< Null when it can only be told row by row: by the storage class
+    QString table, column;  ///< where it comes from unchanged, else empty
+};
+
+/// How a literal of the text travels to the engine; see encode().
+enum class Encoding {
+    AsIs,
+    Boolean,
+    Byte,
+    Short,
+    Integer,
+    Single,
+    Double,
+    Currency,
+    Date,
+    Text,
+    LikePrefixLow,
+    LikePrefixHigh
+};
+
+/// What to bind for a literal: the result has one of the shapes Null, qint64, double and QString, which map
+/// to the engine's own NULL, INTEGER, REAL and TEXT. Raises 3464 where the literal has no such meaning, 6 out
+/// of range.
+[[nodiscard]] Value encode(const Value& literal, Encoding encoding);
+/// A typed value in the engine's shapes: truth values -1/0, Currency as ten-thousandths, dates as days.
+[[nodiscard]] Value encode(const Value& value);
 
 struct Parameter {
     int literal = 0; ///< index into the literals that `lift` found
     Encoding encoding = Encoding::AsIs;
 };
 
-/// Change of structure, carried out by the store in its own way (it keeps the catalogue).
+/// Change of structure, carried out by the store in its own way (it keeps the catalogue). Physical tables and
+/// columns carry the catalogue's spelling, are row-id tables (the emitted texts use _rowid_) and text columns
+/// are declared with the collation. The store enforces text sizes (3163), zero-length texts and required
+/// columns by constraints of its own; defaults of columns that an INSERT does not name are written out by the
+/// translation, except AutoNumbers, which it leaves to the store.
 struct Ddl {
     QString table;
-    std::vector<Column> add;           ///< CREATE TABLE, ALTER TABLE ADD and ALTER COLUMN
-    std::vector<QString> drop;         ///< ALTER TABLE DROP
+    std::vector<Column> add;   ///< CREATE TABLE, ALTER TABLE ADD and ALTER COLUMN
+    std::vector<QString> drop; ///< ALTER TABLE DROP
     bool alterColumn = false;
     QString indexName;
     std::vector<std::pair<QString, bool>> indexColumns; ///< name, descending
     bool unique = false, primary = false;
-    struct Index { QString name; std::vector<QString> columns; bool unique = false, primary = false; };
-    std::vector<Index> indexes;        ///< those told inside CREATE TABLE and ALTER TABLE ADD CONSTRAINT
+    struct Index {
+        QString name;
+        std::vector<QString> columns;
+        bool unique = false, primary = false;
+    };
+    std::vector<Index> indexes; ///< those told inside CREATE TABLE and ALTER TABLE ADD CONSTRAINT
 };
 
-/// The pieces of "SELECT columns FROM one table WHERE .. ORDER BY .." from which the store builds a dynaset whose
-/// rows can be changed. Each is an engine expression; parameters in them are those of the statement, numbered alike.
+/// The pieces of "SELECT columns FROM one table WHERE .. ORDER BY .." from which the store builds a dynaset
+/// whose rows can be changed. Each is an engine expression; parameters in them are those of the statement,
+/// numbered alike.
 struct Dynaset {
-    QString table;            ///< base table, as the catalogue spells it
-    QByteArray from;          ///< "\"Artikel\" AS \"a\""
-    QByteArray key;           ///< expression of the row key, e.g. "\"a\".rowid"
-    QByteArray where;         ///< empty for none
-    QByteArray orderBy;       ///< empty for none
-    QByteArray columns;       ///< select list
+    QString table;      ///< base table, as the catalogue spells it
+    QByteArray from;    ///< "\"Artikel\" AS \"a\""
+    QByteArray key;     ///< expression of the row key, e.g. "\"a\".rowid"
+    QByteArray where;   ///< empty for none
+    QByteArray orderBy; ///< empty for none
+    QByteArray columns; ///< select list
 };
 
 /// One translated statement: immutable, shared by the cache.
 struct Statement {
     Kind kind = Kind::Select;
-    QByteArray sql;                      ///< UTF-8 text for the engine, parameters as ?1, ?2, ...
-    std::vector<Parameter> parameters;   ///< ?1 is parameters[0]
-    std::vector<ResultColumn> columns;   ///< of a Select
-    std::optional<Dynaset> dynaset;      ///< of a Select whose rows can be changed
+    QByteArray sql;                    ///< UTF-8 text for the engine, parameters as ?1, ?2, ...
+    std::vector<Parameter> parameters; ///< ?1 is parameters[0]
+    std::vector<ResultColumn> columns; ///< of a Select
+    std::optional<Dynaset> dynaset;    ///< of a Select whose rows can be changed
     std::optional<Ddl> ddl;
-    QString target;                      ///< table changed by Insert, Update, Delete
-    std::vector<QString> tables;         ///< base tables read or written
-    std::vector<QString> unresolved;     ///< names that are neither column nor table: told as error 3061
+    QString target;              ///< table changed by Insert, Update, Delete
+    std::vector<QString> tables; ///< base tables read or written
+    bool reusable = true;        ///< false: the translation hangs on the data (TRANSFORM), never cache it
 };
 
-/// A statement's text with its literals lifted out: equal shapes share one translation. Literals that decide the
-/// translation itself (after TOP, positions in ORDER BY, ...) stay in the shape.
+/// A statement's text with its literals lifted out: equal shapes share one translation. Literals that decide
+/// the translation itself (after TOP, positions in ORDER BY, ...) stay in the shape.
 struct Lifted {
     QString shape;
     std::vector<Value> literals;
@@ -116,14 +161,14 @@ class Translator {
 
     void setPivotHeads(PivotHeads heads);
 
-    /// Raises 3075 (syntax), 3078 (unknown table), 3061 (unknown column), 3085 (unknown function), 3464 and others
-    /// with the place in `text`.
+    /// `text` is a statement or a bare table name. Raises 3075 (syntax), 3078 (unknown table), 3061 (unknown
+    /// column), 3085 (unknown function), 3464 and others with the place in `text`.
     [[nodiscard]] std::shared_ptr<const Statement> translate(QStringView text) const;
-    /// The dynaset's rows that also fulfil `criteria` (an expression over the base table's columns): a Select of the
-    /// key alone, in the dynaset's order, limited to one row. Parameters of the dynaset come first, then those of
-    /// the criteria, whose literals are numbered on behind the dynaset's.
-    [[nodiscard]] std::shared_ptr<const Statement> translateFind(const Statement& dynaset, int dynasetLiterals,
-                                                                 QStringView criteria) const;
+    /// The dynaset's rows that also fulfil `criteria` (an expression over the base table's columns): a Select
+    /// of the key alone, in the dynaset's order, limited to one row. Parameters of the dynaset come first,
+    /// then those of the criteria, whose literals are numbered on behind the dynaset's.
+    [[nodiscard]] std::shared_ptr<const Statement>
+    translateFind(const Statement& dynaset, int dynasetLiterals, QStringView criteria) const;
 
   private:
     struct Impl;
