@@ -1,0 +1,116 @@
+#include "IniFile.h"
+
+#include <session/CSystem.h>
+#include <session/Log.h>
+#include <text/RuntimeError.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QSysInfo>
+
+#include <cerrno>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A file written this shortly before it was read may be written again without a visible change of its time.
+constexpr qint64 settledAfterMs = 2000;
+/// Above this no ini file is one; it is not read, so that a wrong path does not eat the memory.
+constexpr qint64 sizeLimit = 16 * 1024 * 1024;
+constexpr qsizetype valueLimit = 255;
+constexpr qsizetype nameLimit = 50; // as the column `Maschine` of all tables
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    if (file.size() > sizeLimit || !file.open(QIODevice::ReadOnly)) return {};
+    return file.readAll();
+}
+
+} // namespace
+
+/// The parsed ini files by path, each with the time and size that it had.
+class CSystem::Files {
+  public:
+    const IniFile& get(const QString& path) {
+        const QFileInfo info(path);
+        const qint64 time =
+            info.exists() ? info.fileTime(QFile::FileModificationTime).toMSecsSinceEpoch() : qint64(-1);
+        const qint64 size = info.exists() ? info.size() : 0;
+        Entry& entry = m_entries[path];
+        if (entry.settled && entry.time == time && entry.size == size) return entry.file;
+        // Missing files count as settled: one that appears has a time.
+        entry.settled = time < 0 || QDateTime::currentMSecsSinceEpoch() - time > settledAfterMs;
+        entry.time = time;
+        entry.size = size;
+        try {
+            entry.file = time < 0 ? IniFile() : IniFile(contentOf(path));
+        } catch (const RuntimeError& error) {
+            entry.file = IniFile();
+            WriteLog(path + u": "_s + error.Description);
+        }
+        return entry.file;
+    }
+    void forget(const QString& path) { m_entries.erase(path); }
+
+  private:
+    struct Entry {
+        IniFile file;
+        qint64 time = -2;
+        qint64 size = -1;
+        bool settled = false;
+    };
+    std::map<QString, Entry> m_entries;
+};
+
+CSystem::CSystem()
+    : m_files(std::make_unique<Files>()) {}
+CSystem::~CSystem() = default;
+
+QString CSystem::ReadProfileString(const QString& Section, const QString& Key, const QString& File) const {
+    QString value = m_files->get(File).value(Section, Key);
+    if (value.size() > valueLimit) {
+        value.truncate(valueLimit);
+        if (value.back().isHighSurrogate()) value.chop(1);
+    }
+    return value;
+}
+
+void CSystem::WriteProfileString(const QString& Section, const QString& Key, const QString& Value,
+                                 const QString& File) {
+    const QFileInfo info(File);
+    const auto fail = [&](int number, const QString& text) {
+        throw RuntimeError(number, text + u": "_s + QDir::toNativeSeparators(File), u"CSystem"_s);
+    };
+    if (!info.dir().exists()) fail(76, u"Pfad nicht gefunden"_s);
+    QByteArray before;
+    if (info.exists()) {
+        QFile file(File);
+        if (!info.isFile() || info.size() > sizeLimit || !file.open(QIODevice::ReadOnly))
+            fail(70, u"Zugriff verweigert"_s);
+        before = file.readAll();
+    }
+    IniFile ini(before);
+    ini.setValue(Section, Key, Value);
+    const QByteArray after = ini.bytes();
+    if (info.exists() && after == before) return;
+    if (info.exists() && !info.isWritable()) fail(70, u"Zugriff verweigert"_s);
+
+    // The whole new file is written beside the old one and then takes its place, with its permissions.
+    QSaveFile file(File);
+    m_files->forget(File);
+    errno = 0;
+    if (file.open(QIODevice::WriteOnly) && file.write(after) == after.size() && file.commit()) return;
+    const bool full = file.error() == QFileDevice::ResourceError || errno == ENOSPC;
+    fail(full ? 61 : 70, full ? u"Datenträger voll"_s : u"Zugriff verweigert"_s);
+}
+
+QString CSystem::ComputerName() const {
+    QString name = qEnvironmentVariable("MERIVANE_MASCHINE").trimmed();
+    if (name.isEmpty()) name = QSysInfo::machineHostName();
+    if (const qsizetype end = name.indexOf(QChar(0)); end >= 0) name.truncate(end);
+    return name.left(nameLimit);
+}
