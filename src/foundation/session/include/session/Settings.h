@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+#include <variant>
+#include <vector>
+
+class CSystem;
+
+/// How the text of a key becomes a value.
+enum class SettingKind {
+    Truth,   ///< "1" is True, everything else False
+    Boolean, ///< "-1" and "0", converted as a Boolean: raises 13 for anything else
+    Integer, ///< the default when it is not numeric
+    Number,  ///< likewise, with a decimal comma
+    Text,    ///< as it stands
+    Printer, ///< empty and "DEFAULT" become the name of the system's default printer
+    Folder,  ///< gets a separator at its end
+};
+
+/// Who reads a key.
+enum class SettingReader {
+    StartUp,   ///< once, into the global
+    Elsewhere, ///< by the routine that needs it, at the time it needs it
+};
+
+/// One key of konfig.ini.
+struct Setting {
+    const char16_t* section;
+    const char16_t* key;
+    SettingKind kind;
+    std::variant<std::monostate, bool*, int*, double*, QString*> target{}; ///< the global that it fills
+    const char16_t* fallback = u""; ///< what the global takes for an empty key, as it would stand in the file
+    const char16_t* back = nullptr; ///< what is written when the key is empty; nullptr writes nothing
+    const char16_t* backSection = nullptr; ///< where that is written, when not into `section`
+    bool trimmed = false;
+    SettingReader reader = SettingReader::StartUp;
+};
+
+/// All keys of konfig.ini in the order in which they are read. Reading, writing back, the settings dialog and
+/// the documentation go by this table.
+[[nodiscard]] const std::vector<Setting>& Settings();
+/// nullptr for a key that does not exist; names compare without case.
+[[nodiscard]] const Setting* FindSetting(const QString& section, const QString& key);
+
+/// Writes the name of the default printer into each printer key that is empty or "DEFAULT".
+void WriteDefaultPrinters(CSystem& system, const QString& file, const QString& defaultPrinter);
+/// Fills the globals from `file`, writes missing keys back where the table says so and builds the money
+/// formats. A value that raises 13 leaves its global as it was. Raises 70 or 61 when a key cannot be written
+/// back, 6 for an integer beyond 32 bits.
+void ReadSettings(CSystem& system, const QString& file);

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class InstanceLock;
+
+/// The screens that start-up asks for. Implemented above, scripted in tests.
+class StartUpScreens {
+  public:
+    virtual ~StartUpScreens() = default;
+    virtual void ShowSplash() = 0;
+    virtual void SetSplashText(const QString& text) = 0; ///< `lblInfo`
+    virtual void UnloadSplash() = 0;                     ///< also when it is not shown
+    virtual void ShowSetup() = 0; ///< modal; a saved path leaves gSetupDone 1. gDB is not open.
+    virtual void ShowLogin() = 0; ///< not modal
+};
+
+/// The printers of this machine.
+class PrinterList {
+  public:
+    virtual ~PrinterList() = default;
+    [[nodiscard]] virtual QStringList names() const = 0;
+    [[nodiscard]] virtual QString defaultName() const = 0; ///< "" when there is none
+};
+
+/// Time for the splash to paint.
+class Waiter {
+  public:
+    virtual ~Waiter() = default;
+    virtual void Yield() = 0; ///< lets pending events run
+    virtual void Wait(int milliseconds) = 0;
+};
+
+/// The real one: runs the event loop of the application.
+class PaintWaiter : public Waiter {
+  public:
+    void Yield() override;
+    void Wait(int milliseconds) override;
+};
+
+/// How `Main` ended. Everything but Running ends the process; whatever there was to say has been said.
+enum class StartResult {
+    Running,        ///< the login is shown
+    AlreadyRunning, ///< another instance on this machine
+    NoPrinter,
+    SetupCancelled, ///< no store, and nobody told where it is
+    WrongPassword,
+    StoreLocked,
+    Failed, ///< reported by ShowProgrammFehler
+};
+
+/// Takes the process from nothing to the login. The object holds the lock that refuses a second instance and
+/// so must live as long as the program.
+///
+///     StartUp start(screens, printers, waiter);
+///     if (start.Main() != StartResult::Running) return 1;
+class StartUp {
+  public:
+    /// `addressOfVendor` is what the reminder of the tax rates names.
+    StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter);
+    ~StartUp();
+
+    /// Fills gSystem, gAppPath, gDefaultUrl, gDBPath, gDB, the settings and the colours in a fixed order.
+    /// Never raises.
+    StartResult Main();
+
+  private:
+    void refuseSecondInstance();
+    void openStore();
+    void loadSession();
+    StartResult failed(const class RuntimeError& error);
+
+    StartUpScreens& m_screens;
+    const PrinterList& m_printers;
+    Waiter& m_waiter;
+    std::unique_ptr<InstanceLock> m_lock;
+    bool m_passwordTried = false; ///< the one retry of a wrong password, for the whole process
+};
+
+/// Screen colours: built-in values, replaced by the set that is active in `Colors`.
+void LoadColors();
+/// Tells how many articles still carry the tax rate of 16 percent, if any do.
+void CheckSteuerUmstellung();
+/// Creates the card terminal component; False when there is none.
+[[nodiscard]] bool CreateZVTObject();
