@@ -1,0 +1,169 @@
+#include "IconSign.h"
+#include "ui_InputDialog.h"
+#include "ui_MessageDialog.h"
+
+#include <ui/Panels.h>
+#include <ui/ShowModal.h>
+#include <ui/Theme.h>
+#include <ui/TouchDialogs.h>
+#include <ui/TouchKey.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void makeKeyWide(TouchKey* key) {
+    const Theme& t = Theme::Current();
+    key->setFixedSize(t.keyHeight * 5 / 2, t.keyHeight);
+}
+
+} // namespace
+
+MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
+                             MsgAnswer preset, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::MessageDialog>())
+    , m_preset(preset)
+    , m_escape(buttons == MsgButtons::YesNo      ? MsgAnswer::No
+               : buttons == MsgButtons::OKCancel ? MsgAnswer::Cancel
+                                                 : MsgAnswer::OK)
+    , m_answer(m_escape)
+    , m_question(buttons == MsgButtons::YesNo) {
+    m_ui->setupUi(this);
+    setWindowTitle(title);
+    m_ui->wizPane->setHeaderTitle(title);
+    m_ui->sign->setIcon(icon);
+
+    QLabel* label = m_ui->lblText;
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // A label that wraps has no width of its own: as wide as its longest line, within reason.
+    const QFontMetrics fm(Theme::Current().font(Theme::Size::Normal, QFont::Normal));
+    const int wanted = fm.size(Qt::TextExpandTabs, text).width() + 8;
+    label->setMinimumWidth(std::clamp(wanted, 300, 620));
+    setAccessibleName(title);
+    setAccessibleDescription(text);
+
+    const std::pair<TouchKey*, MsgAnswer> keys[] = {{m_ui->cmdYes, MsgAnswer::Yes},
+                                                    {m_ui->cmdNo, MsgAnswer::No},
+                                                    {m_ui->cmdOK, MsgAnswer::OK},
+                                                    {m_ui->cmdCancel, MsgAnswer::Cancel}};
+    for (const auto& [key, answer] : keys) {
+        const bool isQuestionKey = answer == MsgAnswer::Yes || answer == MsgAnswer::No;
+        key->setVisible(isQuestionKey == m_question &&
+                        (answer != MsgAnswer::Cancel || buttons == MsgButtons::OKCancel));
+        makeKeyWide(key);
+        if (answer == m_preset) {
+            key->setAccent(true);
+            key->setHint(m_question ? key->hint() + u" / Enter"_s : u"Enter"_s);
+            key->setFocus();
+        }
+        connect(key, &TouchKey::clicked, this, [this, answer = answer] { finish(answer); });
+    }
+}
+
+MessageDialog::~MessageDialog() = default;
+
+void MessageDialog::finish(MsgAnswer answer) {
+    m_answer = answer;
+    done(answer == MsgAnswer::OK || answer == MsgAnswer::Yes ? Accepted : Rejected);
+}
+
+void MessageDialog::reject() { finish(m_escape); }
+
+void MessageDialog::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        finish(m_preset);
+    else if (m_question && key == Qt::Key_J)
+        finish(MsgAnswer::Yes);
+    else if (m_question && key == Qt::Key_N)
+        finish(MsgAnswer::No);
+    else
+        QDialog::keyPressEvent(event);
+}
+
+InputDialog::InputDialog(const QString& prompt, const QString& title, const QString& preset, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::InputDialog>()) {
+    m_ui->setupUi(this);
+    setWindowTitle(title);
+    m_ui->wizPane->setHeaderTitle(title);
+    m_ui->lblPrompt->setText(prompt);
+    m_ui->lblPrompt->setBuddy(m_ui->txtInput);
+    m_ui->txtInput->setText(preset);
+    m_ui->txtInput->setAccessibleName(prompt);
+    m_ui->txtInput->selectAll();
+    m_ui->txtInput->setFocus();
+    makeKeyWide(m_ui->cmdOK);
+    makeKeyWide(m_ui->cmdCancel);
+    connect(m_ui->txtInput, &QLineEdit::returnPressed, m_ui->cmdOK, &TouchKey::click);
+    connect(m_ui->cmdOK, &TouchKey::clicked, this, &QDialog::accept);
+    connect(m_ui->cmdCancel, &TouchKey::clicked, this, &QDialog::reject);
+}
+
+InputDialog::~InputDialog() = default;
+
+QString InputDialog::text() const { return m_ui->txtInput->text(); }
+
+MsgAnswer TouchDialogHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
+                                  MsgAnswer preset) {
+    MessageDialog dialog(text, buttons, icon, title, preset, QApplication::activeWindow());
+    // The hourglass of a longer act would say that nobody is asked anything.
+    const bool waiting = QApplication::overrideCursor() != nullptr;
+    if (waiting) QApplication::setOverrideCursor(Qt::ArrowCursor);
+    ShowModal(dialog);
+    if (waiting) QApplication::restoreOverrideCursor();
+    return dialog.answer();
+}
+
+std::optional<QString> TouchDialogHost::inputBox(const QString& prompt, const QString& title,
+                                                 const QString& preset) {
+    InputDialog dialog(prompt, title, preset, QApplication::activeWindow());
+    if (ShowModal(dialog) != QDialog::Accepted) return std::nullopt;
+    return dialog.text();
+}
+
+std::optional<QString> TouchDialogHost::chooseFile(const FileRequest& request) {
+    QFileDialog dialog(QApplication::activeWindow(), request.title);
+    dialog.setObjectName(u"dlgFile"_s);
+    dialog.setAcceptMode(request.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(request.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setNameFilters(NameFilters(request.filter));
+    dialog.setLabelText(QFileDialog::Accept, request.save ? u"Speichern"_s : u"Öffnen"_s);
+    dialog.setLabelText(QFileDialog::Reject, u"Abbrechen"_s);
+    dialog.setLabelText(QFileDialog::LookIn, u"Ordner:"_s);
+    dialog.setLabelText(QFileDialog::FileName, u"Dateiname:"_s);
+    dialog.setLabelText(QFileDialog::FileType, u"Dateityp:"_s);
+    const QFileInfo name(request.name);
+    if (!request.name.isEmpty()) {
+        if (name.isAbsolute() && name.dir().exists()) dialog.setDirectory(name.dir());
+        dialog.selectFile(name.fileName());
+    }
+    dialog.resize(820, 520);
+    if (ShowModal(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    return dialog.selectedFiles().constFirst();
+}
+
+QStringList NameFilters(const QString& filter) {
+    QStringList filters;
+    const QStringList parts = filter.split(u'|');
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        QString name = parts.at(i);
+        if (const qsizetype bracket = name.indexOf(u'('); bracket >= 0) name.truncate(bracket);
+        QString patterns = parts.at(i + 1).trimmed();
+        patterns.replace(u';', u' ');
+        if (patterns.isEmpty()) continue;
+        filters << name.trimmed() + u" ("_s + patterns + u')';
+    }
+    if (filters.isEmpty()) filters << u"Alle Dateien (*)"_s;
+    return filters;
+}
