@@ -8,11 +8,16 @@ namespace {
 
 const char* iconName(MsgIcon icon) {
     switch (icon) {
-    case MsgIcon::None: return "none";
-    case MsgIcon::Critical: return "critical";
-    case MsgIcon::Question: return "question";
-    case MsgIcon::Exclamation: return "exclamation";
-    case MsgIcon::Information: return "information";
+    case MsgIcon::None:
+        return "none";
+    case MsgIcon::Critical:
+        return "critical";
+    case MsgIcon::Question:
+        return "question";
+    case MsgIcon::Exclamation:
+        return "exclamation";
+    case MsgIcon::Information:
+        return "information";
     }
     return "?";
 }
@@ -30,16 +35,20 @@ MsgAnswer harmless(MsgButtons buttons) {
 
 bool offers(MsgButtons buttons, MsgAnswer answer) {
     switch (buttons) {
-    case MsgButtons::OK: return answer == MsgAnswer::OK;
-    case MsgButtons::OKCancel: return answer == MsgAnswer::OK || answer == MsgAnswer::Cancel;
-    case MsgButtons::YesNo: return answer == MsgAnswer::Yes || answer == MsgAnswer::No;
+    case MsgButtons::OK:
+        return answer == MsgAnswer::OK;
+    case MsgButtons::OKCancel:
+        return answer == MsgAnswer::OK || answer == MsgAnswer::Cancel;
+    case MsgButtons::YesNo:
+        return answer == MsgAnswer::Yes || answer == MsgAnswer::No;
     }
     return false;
 }
 
 } // namespace
 
-ScriptedDialogs::ScriptedDialogs() : m_before(SetDialogHost(this)) {}
+ScriptedDialogs::ScriptedDialogs()
+    : m_before(SetDialogHost(this)) {}
 
 ScriptedDialogs::~ScriptedDialogs() {
     verify();
@@ -87,11 +96,16 @@ ScriptedDialogs& ScriptedDialogs::expectError(int number) {
 
 QString ScriptedDialogs::describe(const Step& step) {
     switch (step.kind) {
-    case Kind::MsgBox: return u"message \""_s + step.text + u'"';
-    case Kind::Input: return u"input \""_s + step.text + u'"';
-    case Kind::File: return u"file dialog \""_s + step.text + u'"';
-    case Kind::Error: return u"error report "_s + QString::number(step.number);
-    case Kind::Modal: return u"form "_s + step.text;
+    case Kind::MsgBox:
+        return u"message \""_s + step.text + u'"';
+    case Kind::Input:
+        return u"input \""_s + step.text + u'"';
+    case Kind::File:
+        return u"file dialog \""_s + step.text + u'"';
+    case Kind::Error:
+        return u"error report "_s + QString::number(step.number);
+    case Kind::Modal:
+        return u"form "_s + step.text;
     }
     return {};
 }
@@ -119,8 +133,8 @@ void ScriptedDialogs::verify() {
 
 MsgAnswer ScriptedDialogs::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                                   MsgAnswer) {
-    const QString what = u"message \""_s + text + u"\" ("_s + QLatin1StringView(iconName(icon)) + u", title \""_s +
-                         title + u"\")"_s;
+    const QString what = u"message \""_s + text + u"\" ("_s + QLatin1StringView(iconName(icon)) +
+                         u", title \""_s + title + u"\")"_s;
     const bool report = icon == MsgIcon::Critical && title == u"Unerwarteter Fehler..."_s;
     const std::optional<Step> step = take(report ? Kind::Error : Kind::MsgBox, what);
     if (!step) return harmless(buttons);
@@ -142,7 +156,8 @@ MsgAnswer ScriptedDialogs::msgBox(const QString& text, MsgButtons buttons, MsgIc
     return step->answer;
 }
 
-std::optional<QString> ScriptedDialogs::inputBox(const QString& prompt, const QString& title, const QString& preset) {
+std::optional<QString> ScriptedDialogs::inputBox(const QString& prompt, const QString& title,
+                                                 const QString& preset) {
     lastPreset = preset;
     const std::optional<Step> step = take(Kind::Input, u"input \""_s + prompt + u'"');
     if (!step) return std::nullopt;

@@ -4,10 +4,12 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-
 #include <stdexcept>
 
-ScriptedForms::ScriptedForms() : m_before(SetModalHook([this](QDialog& dialog) { return run(dialog); })) {}
+using namespace Qt::StringLiterals;
+
+ScriptedForms::ScriptedForms()
+    : m_before(SetModalHook([this](QDialog& dialog) { return run(dialog); })) {}
 
 ScriptedForms::~ScriptedForms() { SetModalHook(m_before); }
 
@@ -22,7 +24,7 @@ ScriptedForms& ScriptedForms::expectModal(const QString& name, std::function<voi
 
 int ScriptedForms::run(QDialog& dialog) {
     const QString name = QString::fromLatin1(dialog.metaObject()->className());
-    const std::optional<Step> step = take(Kind::Modal, u"form " + name);
+    const std::optional<Step> step = take(Kind::Modal, u"form "_s + name);
     if (step) {
         EXPECT_TRUE(step->text == name || step->text == dialog.objectName())
             << "came:     " << name.toStdString() << "\nexpected: " << step->text.toStdString();

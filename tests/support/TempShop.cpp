@@ -1,10 +1,9 @@
-#include <support/TempShop.h>
-
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/gUser.h>
 #include <store/Recordset.h>
 #include <store/Schema.h>
+#include <support/TempShop.h>
 
 #include <QDir>
 
@@ -54,7 +53,9 @@ int TempShop::insert(const QString& table, const Fields& fields) {
 namespace {
 TempShop::Fields merged(TempShop::Fields base, const TempShop::Fields& more) {
     for (const auto& field : more) {
-        const auto same = [&](const auto& f) { return f.first.compare(field.first, Qt::CaseInsensitive) == 0; };
+        const auto same = [&](const auto& f) {
+            return f.first.compare(field.first, Qt::CaseInsensitive) == 0;
+        };
         const auto found = std::find_if(base.begin(), base.end(), same);
         if (found == base.end())
             base.push_back(field);
@@ -79,8 +80,8 @@ int TempShop::article(const QString& number, const QString& name, double price, 
 
 int TempShop::person(const QString& firstName, const QString& name, const QString& pin, const Fields& more) {
     Fields fields = {{u"Vorname"_s, firstName}, {u"Name"_s, name}, {u"PIN"_s, pin}, {u"Gesperrt"_s, false}};
-    for (const auto* right : {u"R_Artikel", u"R_Kunden", u"R_Personal", u"R_Berichte", u"R_Rabatt", u"R_Setup",
-                              u"R_KassenAbschluss", u"R_RechnungEdit", u"R_SystemExit"})
+    for (const auto* right : {u"R_Artikel", u"R_Kunden", u"R_Personal", u"R_Berichte", u"R_Rabatt",
+                              u"R_Setup", u"R_KassenAbschluss", u"R_RechnungEdit", u"R_SystemExit"})
         fields.emplace_back(QString::fromUtf16(right), true);
     return insert(u"Personal"_s, merged(std::move(fields), more));
 }

@@ -1,11 +1,24 @@
 #include <QApplication>
 #include <QLocale>
 
+#include <cstdio>
 #include <gtest/gtest.h>
+
+namespace {
+
+/// The offscreen platform complains about every window; that would bury what matters.
+void quiet(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (message.contains(QLatin1StringView("propagateSizeHints"))) return;
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+    if (type == QtFatalMsg) std::abort();
+}
+
+} // namespace
 
 /// Tests with forms need an application; it has no screen of its own.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quiet);
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     testing::InitGoogleTest(&argc, argv);
     const QApplication app(argc, argv);

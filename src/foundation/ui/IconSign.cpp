@@ -1,5 +1,4 @@
-#include "IconSign.h"
-
+#include <ui/IconSign.h>
 #include <ui/Theme.h>
 
 #include <QPainter>

@@ -1,7 +1,7 @@
-#include "IconSign.h"
 #include "ui_InputDialog.h"
 #include "ui_MessageDialog.h"
 
+#include <ui/IconSign.h>
 #include <ui/Panels.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>

@@ -9,7 +9,8 @@
 ///     FixedClock clock(u"2026-11-22T14:05:00");
 class FixedClock {
   public:
-    explicit FixedClock(const QDateTime& now) : m_now(now) {
+    explicit FixedClock(const QDateTime& now)
+        : m_now(now) {
         SetClock([this] { return m_now; });
     }
     explicit FixedClock(QStringView iso = u"2026-11-22T14:05:00")

@@ -5,8 +5,8 @@
 #include <deque>
 #include <functional>
 
-/// Answers every stop for a person from a script and fails the test on a box too many, too few, in another order or
-/// with another text. Installed for the life of the object.
+/// Answers every stop for a person from a script and fails the test on a box too many, too few, in another
+/// order or with another text. Installed for the life of the object.
 ///
 ///     ScriptedDialogs dialogs;
 ///     dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, MsgAnswer::Yes);
@@ -23,7 +23,8 @@ class ScriptedDialogs : public DialogHost {
     ScriptedDialogs& expectMsgBox(const QString& text, MsgIcon icon = MsgIcon::Information,
                                   MsgAnswer answer = MsgAnswer::OK, const QString& title = {});
     /// `answer` empty: cancelled.
-    ScriptedDialogs& expectInput(const QString& prompt, std::optional<QString> answer, const QString& title = {});
+    ScriptedDialogs& expectInput(const QString& prompt, std::optional<QString> answer,
+                                 const QString& title = {});
     ScriptedDialogs& expectFile(const QString& title, std::optional<QString> path);
     /// The program reports an unexpected error of this number.
     ScriptedDialogs& expectError(int number);
@@ -34,7 +35,8 @@ class ScriptedDialogs : public DialogHost {
 
     MsgAnswer msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                      MsgAnswer preset) override;
-    std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& preset) override;
+    std::optional<QString> inputBox(const QString& prompt, const QString& title,
+                                    const QString& preset) override;
     std::optional<QString> chooseFile(const FileRequest& request) override;
 
     /// What inputBox and chooseFile offered last, for tests of presets.

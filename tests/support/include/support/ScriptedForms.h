@@ -1,16 +1,16 @@
 #pragma once
 
 #include <support/ScriptedDialogs.h>
-
 #include <ui/ShowModal.h>
 
 #include <QWidget>
 
-/// ScriptedDialogs that also drives modal forms. The forms are shown for real, so keys and clicks take the way they
-/// take in the shop.
+/// ScriptedDialogs that also drives modal forms. The forms are shown for real, so keys and clicks take the
+/// way they take in the shop.
 ///
 ///     ScriptedForms dialogs;
-///     dialogs.expectModal(u"frmKasseRabatt"_s, [](QDialog& d) { typeText(d, u"10"_s); pressKey(d, Qt::Key_Return); });
+///     dialogs.expectModal(u"frmKasseRabatt"_s, [](QDialog& d) { typeText(d, u"10"_s); pressKey(d,
+///     Qt::Key_Return); });
 class ScriptedForms : public ScriptedDialogs {
   public:
     ScriptedForms();
@@ -25,7 +25,8 @@ class ScriptedForms : public ScriptedDialogs {
 };
 
 /// The child with this object name; fails the test and throws when there is none of this type.
-template <typename T> T& control(const QWidget& form, const QString& name);
+template <typename T>
+T& control(const QWidget& form, const QString& name);
 
 /// A key to whatever has the focus inside `form` (the form itself when nothing has it).
 void pressKey(QWidget& form, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
@@ -40,7 +41,8 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds = 3000);
 
 [[noreturn]] void failMissing(const QWidget& form, const QString& name);
 
-template <typename T> T& control(const QWidget& form, const QString& name) {
+template <typename T>
+T& control(const QWidget& form, const QString& name) {
     T* found = form.findChild<T*>(name);
     if (found == nullptr) failMissing(form, name);
     return *found;

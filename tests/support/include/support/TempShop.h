@@ -5,8 +5,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// A shop of its own for the life of the object: a folder with konfig.ini and an empty store with all tables, the
-/// session's globals at their start values and pointing to it, gDB opened. The machine is called "KASSE-1".
+/// A shop of its own for the life of the object: a folder with konfig.ini and an empty store with all tables,
+/// the session's globals at their start values and pointing to it, gDB opened. The machine is called
+/// "KASSE-1".
 ///
 ///     TempShop shop;
 ///     shop.insert(u"Artikel", {{u"Nummer", u"4711"_s}, {u"VKPreis", Currency::fromDouble(1.99)}});
