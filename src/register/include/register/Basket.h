@@ -63,7 +63,8 @@ class Basket : public QAbstractTableModel {
     /// "DELETE FROM Bestellung" for this till, without touching the list.
     void DeleteRows();
 
-    [[nodiscard]] Recordset& rsBestellung() { return *m_rs; }
+    /// Raises 91 before Open.
+    [[nodiscard]] Recordset& rsBestellung();
     [[nodiscard]] bool isEmpty() const { return m_rows.empty(); }
     [[nodiscard]] int selected() const { return m_selected; } ///< -1 when the list is empty
     [[nodiscard]] const QString& cell(int row, Column column) const;
@@ -96,11 +97,17 @@ class Basket : public QAbstractTableModel {
         Currency amount; ///< the last text read back
     };
     enum class Net { Exact, Rounded };
-    [[nodiscard]] Row makeRow(int id, const QString& nummer, const QString& name, double buchungsMenge,
-                              double menge, const QString& einheit, Currency price, double steuerSatz,
-                              Net net) const;
-    void append(Row row);
-    void setText(int row, Column column, const QString& text);
+    struct Line {
+        int ID;
+        QString Nummer, Name;
+        double Buchungs_Menge, Menge;
+        QString Einheit;
+        Currency Price; ///< gross, per unit
+        double SteuerSatz;
+    };
+    [[nodiscard]] Row makeRow(const Line& line, Net net) const;
+    void replaceRows(std::vector<Row> rows);
+    void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);
     void showStock();
     void showPicture(const QString& nummer);

@@ -48,6 +48,7 @@ class CustomerSearch : public QAbstractTableModel {
     };
     std::unique_ptr<Recordset> m_rs;
     std::vector<Row> m_rows;
+    bool m_more = false;
 };
 
 } // namespace till

@@ -66,6 +66,8 @@ class Register : public QObject {
     [[nodiscard]] Basket& basket() { return m_basket; }
     void lvwBestellung_ItemClick(int row) { ItemClick(row); }
     void ItemClick(int row);
+    /// Adds a line from gArtikel and empties the entry; false when it failed and nothing was added.
+    bool AddArtikelToBestellung();
     void LoadBestellungen();
     void RefreshGesamt();
     void cmdStorno_Click();
@@ -106,14 +108,12 @@ class Register : public QObject {
     class Payment;
     class PriceChanges;
     class Cancellation;
-    friend class Entry;
-    friend class Payment;
-    friend class PriceChanges;
-    friend class Cancellation;
 
     /// Runs a handler's body under its trap; true when it went through.
     bool Trap(const std::function<void()>& body);
-    void ResetKunde();
+    [[nodiscard]] Recordset& rsArtikel(); ///< raises 91 before Load
+    void ResetKunde(); ///< to the standard customer
+    /// A title that shows an ampersand of the customer's name has it doubled.
     void RebuildTitle(bool doubleAmpersand);
 
     RegisterScreen& m_screen;
@@ -123,6 +123,7 @@ class Register : public QObject {
     QString m_title;
     QStringList m_karten;
     std::unique_ptr<Entry> m_entry;
+    bool m_paying = false; ///< a second total key must not book the same lines again
 };
 
 } // namespace till

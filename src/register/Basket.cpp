@@ -1,0 +1,273 @@
+#include <register/Basket.h>
+#include <register/Prices.h>
+#include <register/RegisterScreen.h>
+#include <register/gMaschine.h>
+#include <session/CSystem.h>
+#include <session/Globals.h>
+#include <session/MsgBox.h>
+#include <session/gArtikel.h>
+#include <session/gKunde.h>
+#include <session/gUser.h>
+#include <store/Database.h>
+#include <text/Convert.h>
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace till {
+
+Basket::Basket(RegisterScreen& screen, QObject* parent)
+    : QAbstractTableModel(parent), m_screen(screen), m_stock{u"aktueller Bestand"_s, false, false} {}
+
+Basket::~Basket() = default;
+
+void Basket::Open() {
+    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine='"_s + gMaschine + u"' ORDER BY ID ASC;"_s);
+}
+
+Recordset& Basket::rsBestellung() {
+    if (!m_rs) throw RuntimeError(91, u"Die offene Bestellung ist nicht geladen"_s, u"frmKasse"_s);
+    return *m_rs;
+}
+
+Basket::Row Basket::makeRow(const Line& line, Net net) const {
+    Row row;
+    row.ID = line.ID;
+    row.text[ArtikelNr] = line.Nummer;
+    row.text[Artikelname] = line.Name;
+    row.text[Anz] = NumberText(line.Buchungs_Menge);
+    row.text[Menge] = NumberText(line.Menge) + u' ' + line.Einheit;
+    row.text[EPreis] = MoneyText(line.Price);
+    if (gDecimalStellen < 3) {
+        row.text[GPreis] = MoneyText(line.Price * Currency::fromDouble(line.Buchungs_Menge));
+    } else {
+        // A reload starts from the net price as money, so the last place may differ from the line as it was entered.
+        double price = NetPrice(line.Price, line.SteuerSatz);
+        if (net == Net::Rounded) price = Currency::fromDouble(price).toDouble();
+        row.text[GPreis] = MoneyText(price * line.Buchungs_Menge * (1 + line.SteuerSatz / 100));
+    }
+    row.amount = ReadMoney(row.text[GPreis]);
+    return row;
+}
+
+void Basket::AddArtikelToBestellung() {
+    Recordset& rs = rsBestellung();
+    if (gSystem->ReadProfileString(u"GLOBAL"_s, gArtikel.Nummer, gDBPath + u"artikel.ini"_s) == u"1"_s) {
+        gArtikel.VKPreis = -gArtikel.VKPreis;
+        gArtikel.VKPreis2 = -gArtikel.VKPreis2;
+        gArtikel.VKPreis3 = -gArtikel.VKPreis3;
+    }
+    rs.AddNew();
+    const int id = rs.Long(u"ID");
+    rs.Set(u"Maschine", gMaschine);
+    rs.Set(u"KundenNummer", gKunde.KundenID);
+    rs.Set(u"PersonalNummer", gKassenUser.ID);
+    rs.Set(u"ArtikelNummer", gArtikel.Nummer);
+    rs.Set(u"ArtikelName", gArtikel.Name);
+    rs.Set(u"Buchungs_Menge", gArtikel.Buchungs_Menge);
+    rs.Set(u"Menge", gArtikel.Menge);
+    rs.Set(u"Einheit", gArtikel.Einheit);
+    rs.Set(u"EKPreis", gArtikel.EKPreis);
+    const LinePrices prices = ChoosePrices(gArtikel, gKunde);
+    rs.Set(u"VKPreis", prices.VKPreis);
+    rs.Set(u"VKPreis_Rabatt", prices.VKPreis_Rabatt);
+    rs.Set(u"SteuerSatz", gArtikel.SteuerSatz);
+    rs.Set(u"IsRabatt", gArtikel.Rabatt);
+    rs.Set(u"SNNummer", gArtikel.SNNummer);
+    rs.Set(u"WarenGruppe", gArtikel.WarenGruppe);
+    rs.Set(u"LangText", gArtikel.LangText);
+    rs.Set(u"Zusatz1", gArtikel.Zusatz1);
+    rs.Set(u"Zusatz2", gArtikel.Zusatz2);
+    QString info;
+    if (gArtikel.VolumenAngabe)
+        info = NumberText(gArtikel.GrundMenge) + u' ' + gArtikel.Einheit + u'=' + MoneyText(gArtikel.GrundPreis);
+    rs.Set(u"PreisInfo", info.left(50));
+    // The row is formatted before it is written: a line that cannot be shown is not stored either.
+    Row row = makeRow({id, gArtikel.Nummer, gArtikel.Name, double(gArtikel.Buchungs_Menge), gArtikel.Menge,
+                       gArtikel.Einheit, prices.VKPreis_Rabatt, gArtikel.SteuerSatz.toDouble()},
+                      Net::Exact);
+    rs.Update();
+
+    const int last = rowCount();
+    beginInsertRows({}, last, last);
+    m_rows.push_back(std::move(row));
+    endInsertRows();
+    select(last);
+    RefreshGesamt();
+    ItemClick(last);
+}
+
+void Basket::LoadBestellungen() {
+    replaceRows({});
+    m_screen.Yield();
+    Recordset& rs = rsBestellung();
+    rs.Requery();
+    std::vector<Row> rows;
+    for (; !rs.Eof(); rs.MoveNext()) {
+        rows.push_back(makeRow({rs.Long(u"ID"), rs.Text(u"ArtikelNummer"), rs.Text(u"ArtikelName"),
+                                rs.Number(u"Buchungs_Menge"), rs.Number(u"Menge"), rs.Text(u"Einheit"),
+                                rs.Money(u"VKPreis_Rabatt"), rs.Number(u"SteuerSatz")},
+                               Net::Rounded));
+    }
+    replaceRows(std::move(rows));
+    RefreshGesamt();
+    if (isEmpty()) {
+        IsLieferscheinBon = false;
+        setPicture({});
+        return;
+    }
+    select(rowCount() - 1);
+    m_screen.Yield();
+    ItemClick(m_selected);
+}
+
+void Basket::replaceRows(std::vector<Row> rows) {
+    beginResetModel();
+    m_rows = std::move(rows);
+    endResetModel();
+    select(-1);
+}
+
+void Basket::RefreshGesamt() {
+    Currency sum;
+    for (const Row& row : m_rows)
+        sum += row.amount;
+    ShowGesamt(MoneyText(sum));
+    StockLabel label = m_stock;
+    label.visible = !isEmpty();
+    setStock(std::move(label));
+}
+
+void Basket::ShowGesamt(const QString& text) {
+    if (text == m_gesamt) return;
+    m_gesamt = text;
+    emit GesamtChanged(m_gesamt);
+}
+
+void Basket::ItemClick(int row) {
+    if (row < 0 || row >= rowCount()) return;
+    if (row != m_selected) select(row);
+    Recordset& rs = rsBestellung();
+    rs.FindFirst(u"ID="_s + QString::number(m_rows[size_t(row)].ID));
+    if (rs.NoMatch()) {
+        MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch einen "
+               u"anderen Benutzer gelöscht, oder es liegt ein Datenbankproblem vor."_s,
+               MsgIcon::Critical);
+        rs.Requery();
+        LoadBestellungen();
+        return;
+    }
+    showStock();
+    showPicture(rs.Text(u"ArtikelNummer"));
+}
+
+void Basket::showStock() {
+    StockLabel label = m_stock;
+    label.visible = gShowLagerBestand;
+    if (!gShowLagerBestand) return setStock(std::move(label));
+    Recordset& rs = rsBestellung();
+    const QString nummer = rs.Text(u"ArtikelNummer");
+    const auto reserved = gDB->OpenRecordset(
+        u"SELECT SUM(Buchungs_Menge * Menge) AS Anzahl FROM Bestellung WHERE ArtikelNummer='"_s + nummer + u"';"_s);
+    const auto article = gDB->OpenRecordset(
+        u"SELECT SollBestand, IstBestand, LagerAktiv FROM Artikel WHERE Nummer='"_s + nummer + u"';"_s);
+    label.warning = false;
+    if (article->Eof() || !article->Flag(u"LagerAktiv")) {
+        label.text = u" keine Lagerhaltung..."_s;
+    } else {
+        // The colour looks at this line alone, the figure at the open lines of all tills.
+        const double stock = article->Number(u"IstBestand");
+        label.warning =
+            stock - rs.Number(u"Buchungs_Menge") * rs.Number(u"Menge") < article->Number(u"SollBestand");
+        label.text = u" aktueller Bestand: "_s + NumberText(stock - reserved->Number(u"Anzahl")) + u' ' +
+                     rs.Text(u"Einheit");
+    }
+    setStock(std::move(label));
+}
+
+void Basket::showPicture(const QString& nummer) {
+    const QString file = gDBPath + u"artimg_"_s + nummer + u".bmp"_s;
+    if (QFileInfo::exists(file))
+        setPicture({file, {}});
+    else
+        setPicture({{}, u"Kein Artikelbild verfügbar"_s});
+}
+
+void Basket::ChangeQuantity(int amount) {
+    Recordset& rs = rsBestellung();
+    rs.Edit();
+    rs.Set(u"Buchungs_Menge", rs.Number(u"Buchungs_Menge") + amount);
+    rs.Update();
+    const double menge = rs.Number(u"Buchungs_Menge");
+    setText(Anz, NumberText(menge));
+    setText(GPreis, MoneyText(rs.Money(u"VKPreis_Rabatt") * Currency::fromDouble(menge)));
+    ItemClick(m_selected);
+    RefreshGesamt();
+}
+
+void Basket::ShowPrices() {
+    Recordset& rs = rsBestellung();
+    const Currency price = rs.Money(u"VKPreis_Rabatt");
+    setText(EPreis, MoneyText(price));
+    setText(GPreis, MoneyText(price * Currency::fromDouble(rs.Number(u"Buchungs_Menge"))));
+}
+
+void Basket::CancelEdit() noexcept {
+    if (m_rs) m_rs->CancelUpdate();
+}
+
+void Basket::DeleteRows() { gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"';"_s); }
+
+void Basket::setText(Column column, const QString& text) {
+    if (m_selected < 0) return;
+    Row& row = m_rows[size_t(m_selected)];
+    if (column == GPreis) row.amount = ReadMoney(text);
+    row.text[column] = text;
+    const QModelIndex where = index(m_selected, column);
+    emit dataChanged(where, where);
+}
+
+void Basket::select(int row) {
+    m_selected = row;
+    emit SelectedChanged(row);
+}
+
+void Basket::setStock(StockLabel label) {
+    if (label == m_stock) return;
+    m_stock = std::move(label);
+    emit BestandChanged(m_stock);
+}
+
+void Basket::setPicture(ArticlePicture picture) {
+    if (picture == m_picture) return;
+    m_picture = std::move(picture);
+    emit BildChanged(m_picture);
+}
+
+const QString& Basket::cell(int row, Column column) const { return m_rows.at(size_t(row)).text.at(column); }
+
+int Basket::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }
+int Basket::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+
+QVariant Basket::data(const QModelIndex& where, int role) const {
+    if (!checkIndex(where, CheckIndexOption::IndexIsValid)) return {};
+    const int column = where.column();
+    if (role == Qt::DisplayRole) return m_rows[size_t(where.row())].text[size_t(column)];
+    if (role == Qt::TextAlignmentRole)
+        return int(Qt::AlignVCenter | (column == ArtikelNr || column == Artikelname ? Qt::AlignLeft : Qt::AlignRight));
+    return {};
+}
+
+QVariant Basket::headerData(int section, Qt::Orientation orientation, int role) const {
+    static const std::array<QString, ColumnCount> headers{u"Artikel-Nr / EAN"_s, u"Artikelname"_s, u"Anz"_s,
+                                                          u"Menge"_s,            u"E-Preis"_s,     u"G-Preis"_s};
+    if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount) return {};
+    if (role == Qt::DisplayRole) return headers[size_t(section)];
+    if (role == Qt::TextAlignmentRole)
+        return int(Qt::AlignVCenter |
+                   (section == ArtikelNr || section == Artikelname ? Qt::AlignLeft : Qt::AlignRight));
+    return {};
+}
+
+} // namespace till

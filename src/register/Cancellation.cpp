@@ -1,0 +1,94 @@
+#include "Cancellation.h"
+
+#include <register/gMaschine.h>
+#include <session/Globals.h>
+#include <session/MsgBox.h>
+#include <session/gUser.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+
+using namespace Qt::StringLiterals;
+
+namespace till {
+
+namespace {
+
+/// Closing goes on whatever fails: a till that cannot be left is worse than a row that stays.
+template <typename Step> void regardless(Step&& step) {
+    try {
+        step();
+    } catch (const RuntimeError&) { // told nowhere: the cashier is leaving
+    }
+}
+
+QString ofThisTill(const QString& table) { return table + u" WHERE Maschine='"_s + gMaschine + u"'"_s; }
+
+} // namespace
+
+void Register::Cancellation::deleteVoucher(const QString& number) {
+    gDB->Execute(u"DELETE FROM Gutscheine WHERE GutscheinID="_s + number + u";"_s);
+}
+
+void Register::Cancellation::record(Recordset& stornos, const Recordset& line) {
+    stornos.AddNew();
+    stornos.Set(u"Maschine", line.Field(u"Maschine"));
+    stornos.Set(u"PersonalNummer", gKassenUser.ID);
+    stornos.Set(u"PersonalName", gKassenUser.Vorname + u' ' + gKassenUser.Name);
+    for (const char16_t* column :
+         {u"ArtikelNummer", u"ArtikelName", u"WarenGruppe", u"Buchungs_Menge", u"Menge", u"Einheit"})
+        stornos.Set(column, line.Field(QStringView(column)));
+    stornos.Update();
+}
+
+void Register::Cancellation::Storno() {
+    if (m_owner.m_basket.isEmpty()) return;
+    Recordset& rs = m_owner.m_basket.rsBestellung();
+    if (rs.Text(u"ArtikelNummer") == u"401-Gutschein"_s) {
+        const QString number = rs.Text(u"SNNummer");
+        deleteVoucher(number);
+        MsgBox(u"Der Gutschein mit der Nummer "_s + number + u" wurde gelöscht."_s);
+    }
+    record(*gDB->OpenRecordset(u"Stornos"_s), rs);
+    rs.Delete();
+    rs.Requery();
+    m_owner.m_screen.Yield();
+    m_owner.m_basket.LoadBestellungen();
+}
+
+void Register::Cancellation::deleteVouchers(const QString& table) {
+    const auto rs = gDB->OpenRecordset(u"SELECT SNNummer FROM "_s + ofThisTill(table) +
+                                       u" AND ArtikelNummer='401-Gutschein';"_s);
+    for (; !rs->Eof(); rs->MoveNext())
+        regardless([&] { deleteVoucher(rs->Text(u"SNNummer")); });
+}
+
+void Register::Cancellation::recordAll() {
+    const auto stornos = gDB->OpenRecordset(u"Stornos"_s);
+    const auto lines = gDB->OpenRecordset(u"SELECT * FROM "_s + ofThisTill(u"Bestellung"_s) + u" ORDER BY ID ASC;"_s);
+    for (; !lines->Eof(); lines->MoveNext())
+        regardless([&] { record(*stornos, *lines); });
+}
+
+Register::Unload Register::Cancellation::QueryUnload() {
+    if (!m_owner.m_basket.isEmpty()) {
+        if (!AskYesNo(u"Es sind noch nicht abgerechnete Buchungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
+            return Unload::Stay;
+        regardless([] { deleteVouchers(u"Bestellung"_s); });
+        regardless([] { recordAll(); });
+        regardless([&] { m_owner.m_basket.DeleteRows(); });
+    }
+    int parked = 0;
+    regardless([&] {
+        parked = gDB->OpenRecordset(u"SELECT COUNT(*) AS Anzahl FROM "_s + ofThisTill(u"TMPOrder"_s) + u";"_s)
+                     ->Long(u"Anzahl");
+    });
+    if (parked > 0) {
+        if (!AskYesNo(u"Es sind noch geparkte Bestellungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
+            return Unload::CloseWithParked;
+        regardless([] { deleteVouchers(u"TMPOrder"_s); });
+        regardless([] { gDB->Execute(u"DELETE FROM "_s + ofThisTill(u"TMPOrder"_s) + u";"_s); });
+    }
+    return Unload::Close;
+}
+
+} // namespace till

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <register/Register.h>
+
+class Recordset;
+
+namespace till {
+
+/// Removal of lines from the open sale. Each removed line leaves a row in Stornos.
+class Register::Cancellation {
+  public:
+    explicit Cancellation(Register& owner) : m_owner(owner) {}
+
+    void Storno(); ///< cmdStorno: the selected line
+    /// The questions at closing. Each step goes its way whatever became of the one before.
+    [[nodiscard]] Unload QueryUnload();
+
+  private:
+    /// Writes the Stornos row of the line at which `line` stands.
+    static void record(Recordset& stornos, const Recordset& line);
+    /// Deletes the vouchers that the lines of this till in `table` created.
+    static void deleteVouchers(const QString& table);
+    static void deleteVoucher(const QString& number);
+    static void recordAll();
+
+    Register& m_owner;
+};
+
+} // namespace till

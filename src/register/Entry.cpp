@@ -1,0 +1,317 @@
+#include "Entry.h"
+
+#include <register/Prices.h>
+#include <session/CSystem.h>
+#include <session/Globals.h>
+#include <session/MsgBox.h>
+#include <session/gAngaben.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+#include <text/Convert.h>
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace till {
+
+namespace {
+
+const QString voucherNumber = u"401-Gutschein"_s;
+
+/// Without the blanks at both ends; other white space is part of an entry.
+QString trimBlanks(const QString& text) {
+    qsizetype first = 0, last = text.size();
+    while (first < last && text[first] == u' ')
+        ++first;
+    while (last > first && text[last - 1] == u' ')
+        --last;
+    return text.mid(first, last - first);
+}
+
+/// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of cents.
+Currency codePrice(const QString& code, int position, int euros) {
+    return ReadMoney(code.mid(position - 1, euros) + u',' + code.mid(position - 1 + euros, 2));
+}
+Currency pressPrice(const QString& code) { return codePrice(code, 9, 2); }
+
+/// Shows a dialog. A dialog that cannot be shown (error 5) counts as one that was left without an answer.
+template <typename Show> void ask(RegisterScreen& screen, Show&& show) {
+    try {
+        show();
+    } catch (const RuntimeError& error) {
+        if (error.Number != 5) throw;
+    }
+    screen.MovePointerAway();
+}
+
+/// A line without an article on file.
+ArtikelRecord freeRecord(const QString& nummer, const QString& name, const QString& group, Currency price,
+                         double steuerSatz) {
+    ArtikelRecord record;
+    record.Nummer = nummer;
+    record.Name = name;
+    record.WarenGruppe = group;
+    record.EKPreis = record.VKPreis = record.VKPreis2 = record.VKPreis3 = price;
+    record.SteuerSatz = Currency::fromDouble(steuerSatz);
+    record.Einheit = u"Stück"_s;
+    record.Menge = 1;
+    record.Aktiv = true;
+    return record;
+}
+
+/// What a found article and a price template have in common.
+ArtikelRecord readArticle(const Recordset& rs) {
+    ArtikelRecord record;
+    record.Nummer = rs.Text(u"Nummer");
+    record.WarenGruppe = rs.Text(u"WarenGruppe");
+    record.Name = rs.Text(u"Name");
+    record.LangText = rs.Text(u"LangText");
+    record.SteuerSatz = rs.Money(u"SteuerSatz");
+    record.Einheit = rs.Text(u"Einheit");
+    record.Menge = rs.Number(u"Menge");
+    record.Rabatt = rs.Flag(u"Rabatt");
+    record.Aktiv = rs.Flag(u"Aktiv");
+    record.PreisAngabe = rs.Flag(u"PreisAngabe");
+    record.VolumenAngabe = rs.Flag(u"VolumenAngabe");
+    record.LagerAktiv = rs.Flag(u"LagerAktiv");
+    record.SollBestand = rs.Number(u"SollBestand");
+    record.IstBestand = rs.Number(u"IstBestand");
+    record.SNAngabe = rs.Flag(u"SNAngabe");
+    record.Zusatz1 = rs.Text(u"Zusatz1");
+    record.Zusatz2 = rs.Text(u"Zusatz2");
+    return record;
+}
+
+} // namespace
+
+void Register::Entry::SetInput(const QString& text) {
+    if (text == m_input) return;
+    m_input = text;
+    emit m_owner.InputChanged(m_input);
+    examine();
+}
+
+void Register::Entry::SetMal(const QString& text) {
+    if (text == m_mal) return;
+    m_mal = text;
+    emit m_owner.MalChanged(m_mal);
+}
+
+void Register::Entry::Clear() {
+    SetInput({});
+    SetMal({});
+}
+
+void Register::Entry::examine() {
+    if (m_input.contains(u'*')) {
+        QString factor = m_input;
+        factor.remove(u'*');
+        if (!gKFMinusBuchung) factor.remove(u'-');
+        SetMal(factor);
+        SetInput({});
+    } else if (m_input.contains(u'+')) {
+        plus();
+    } else if (m_input.endsWith(u'-') && IsNumeric(QString(m_input).remove(u'-'))) {
+        minus();
+    }
+}
+
+bool Register::Entry::voucherSelected() {
+    return m_owner.m_basket.rsBestellung().Text(u"ArtikelNummer") == voucherNumber;
+}
+
+void Register::Entry::plus() {
+    if (!m_owner.m_basket.isEmpty() && !voucherSelected()) {
+        const QString number = QString(m_input).remove(u'+');
+        AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
+    }
+    SetInput({});
+}
+
+void Register::Entry::AddQuantity(int amount) {
+    if (!m_owner.m_basket.isEmpty()) m_owner.m_basket.ChangeQuantity(amount);
+}
+
+void Register::Entry::minus() {
+    if (m_owner.m_basket.isEmpty()) return;
+    if (!voucherSelected()) {
+        const int amount = CLng(Value(QString(m_input).remove(u'-')));
+        const double booked = m_owner.m_basket.rsBestellung().Number(u"Buchungs_Menge");
+        if (booked <= amount)
+            MsgBox(u"Die Anzahl konnte nicht veringert werden, da nur "_s + NumberText(booked) +
+                   u" Aritkel gebucht sind."_s);
+        else
+            m_owner.m_basket.ChangeQuantity(-amount);
+    }
+    SetInput({});
+}
+
+int Register::Entry::multiplier() const { return m_mal.isEmpty() ? 1 : CLng(Value(m_mal)); }
+
+void Register::Entry::Decide() {
+    bool orderSearchDone = false;
+    for (Next next = Next::Again; next == Next::Again;) {
+        const QString text = m_input;
+        const QString trimmed = trimBlanks(text);
+        if (trimmed.isEmpty()) return;
+        if (!orderSearchDone && trimmed.contains(u',') && IsNumeric(trimmed))
+            next = freeAmount(trimmed);
+        else
+            next = lookup(text, orderSearchDone);
+        if (next != Next::Add) continue;
+        if (m_owner.AddArtikelToBestellung() && !m_owner.IsVerbundBuchung)
+            m_owner.BookVerbundArtikel(gArtikel.Nummer, gArtikel.Buchungs_Menge);
+    }
+}
+
+Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
+    const Currency amount = ReadMoney(trimmed);
+    if (!gKFMinusBuchung && amount < Currency{}) {
+        MsgBox(u"Sie können keine Minusbuchungen vornehmen. Bitte wenden Sie sich an Ihren Administrator."_s);
+        Clear();
+        return Next::End;
+    }
+    const QString service = u"SERVICE"_s, lastRate = u"LastSteuerSatz"_s, showDialog = u"ShowManualArtikelDialog"_s;
+    gFreierArtikel = {0, u"Diverser Artikel"_s, u"Diverses"_s, gVollerSteuerSatz};
+    const QString rate = gSystem->ReadProfileString(service, lastRate, KonfigIni());
+    if (IsNumeric(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
+    const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
+    if (show.isEmpty()) gSystem->WriteProfileString(service, showDialog, u"1"_s, KonfigIni());
+    if (show.isEmpty() || show == u"1"_s)
+        ask(m_owner.m_screen, [&] { m_owner.m_screen.ShowFreierArtikel(); });
+    else
+        gFreierArtikel.Ergebnis = 1;
+    if (gFreierArtikel.Ergebnis == 0) {
+        Clear();
+        return Next::End;
+    }
+    gSystem->WriteProfileString(service, lastRate, NumberText(gFreierArtikel.SteuerSatz), KonfigIni());
+    const int menge = multiplier();
+    gArtikel = freeRecord(u"400-Diverses"_s, gFreierArtikel.Name, gFreierArtikel.WarenGruppe, amount,
+                          gFreierArtikel.SteuerSatz);
+    gArtikel.Buchungs_Menge = menge;
+    return Next::Add;
+}
+
+Register::Entry::Next Register::Entry::lookup(const QString& text, bool& orderSearchDone) {
+    Recordset& rs = m_owner.rsArtikel();
+    rs.Requery();
+    rs.FindFirst(u"Nummer='"_s + text + u"'"_s);
+    return rs.NoMatch() ? notFound(text, orderSearchDone) : found(trimBlanks(text));
+}
+
+Register::Entry::Next Register::Entry::found(const QString& trimmed) {
+    Recordset& rs = m_owner.rsArtikel();
+    if (gAutoPresseUpdate && trimmed.size() == 13 && (trimmed.startsWith(u"414") || trimmed.startsWith(u"419"))) {
+        const Currency price = pressPrice(trimmed);
+        if (price != rs.Money(u"VKPreis")) {
+            rs.Edit();
+            rs.Set(u"VKPreis", price);
+            rs.Update();
+        }
+    }
+    ArtikelRecord record = readArticle(rs);
+    record.Buchungs_Menge = multiplier();
+    if (const QString picture = gDBPath + u"artimg_"_s + record.Nummer + u".bmp"_s; QFileInfo::exists(picture))
+        record.Bild = picture;
+    record.EKPreis = rs.Money(u"EKPreis");
+    record.GrundPreis = rs.Money(u"VKPreis");
+    record.VKPreis = ActionPrice(record.Nummer, record.GrundPreis);
+    record.VKPreis2 = rs.Money(u"VKPreis2");
+    record.VKPreis3 = rs.Money(u"VKPreis3");
+    record.FreiFeld = rs.Text(u"FreiFeld");
+    record.GrundMenge = record.Menge;
+    gArtikel = record;
+    if (!gArtikel.Aktiv) {
+        MsgBox(u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht verkauft "
+               u"werden."_s);
+        Clear();
+        return Next::End;
+    }
+    if (gArtikel.PreisAngabe) {
+        ask(m_owner.m_screen, [&] { m_owner.m_screen.ShowPreisAngabe(); });
+        if (gArtikel.Ergebnis == 0) {
+            Clear();
+            return Next::End;
+        }
+        gArtikel.Ergebnis = 0;
+    }
+    return Next::Add;
+}
+
+Register::Entry::Next Register::Entry::notFound(const QString& text, bool& orderSearchDone) {
+    const QString trimmed = trimBlanks(text);
+    if (trimmed.size() == 13) {
+        const int country = CLng(Value(trimmed.left(3)));
+        if (country == 414 || country == 419) {
+            pressCode(trimmed, country == 414 ? gVollerSteuerSatz : gHalberSteuerSatz);
+            return Next::Add;
+        }
+        if (priceTemplate(text, trimmed)) return Next::Add;
+    }
+    if (gEnabledOrderSearch && !orderSearchDone) {
+        orderSearchDone = true;
+        if (const auto nummer = orderNumber(text, m_owner.m_screen)) {
+            SetInput(*nummer);
+            if (!nummer->isEmpty()) return Next::Again;
+            SetMal({});
+            return Next::End;
+        }
+    }
+    m_owner.m_screen.UnknownArticleSound();
+    Clear();
+    return Next::End;
+}
+
+void Register::Entry::pressCode(const QString& trimmed, double steuerSatz) {
+    const int menge = multiplier();
+    gArtikel =
+        freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, pressPrice(trimmed), steuerSatz);
+    gArtikel.Buchungs_Menge = menge;
+}
+
+bool Register::Entry::priceTemplate(const QString& text, const QString& trimmed) {
+    const auto rs = gDB->OpenRecordset(u"SELECT * FROM Artikel WHERE Nummer LIKE '@@*'"_s);
+    for (; !rs->Eof(); rs->MoveNext()) {
+        if (!text.startsWith(rs->Text(u"Nummer").remove(u"@@"_s))) continue;
+        const Currency price = codePrice(trimmed, 8, 3);
+        ArtikelRecord record = readArticle(*rs);
+        record.Buchungs_Menge = multiplier();
+        record.EKPreis = record.VKPreis = record.VKPreis2 = record.VKPreis3 = price;
+        gArtikel = record;
+        return true;
+    }
+    return false;
+}
+
+std::optional<QString> Register::Entry::orderNumber(const QString& text, RegisterScreen& screen) {
+    const auto rs = gDB->OpenRecordset(u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer='"_s +
+                                       text + u"';"_s);
+    if (rs->Eof()) return std::nullopt;
+    const QString only = rs->Text(u"ArtikelNummer");
+    rs->MoveNext();
+    if (rs->Eof()) return only;
+    gArtikelLieferant = {text, {}};
+    ask(screen, [&] { screen.ShowArtikelLieferanten(); });
+    return gArtikelLieferant.ArtikelNummer;
+}
+
+void Register::Entry::ExpandLinks(const QString& ArtikelNummer, double Menge) {
+    struct Reset {
+        bool& flag;
+        ~Reset() { flag = false; }
+    } reset{m_owner.IsVerbundBuchung};
+    m_owner.IsVerbundBuchung = true;
+    const auto rs = gDB->OpenRecordset(
+        u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer='"_s + ArtikelNummer +
+        u"';"_s);
+    for (; !rs->Eof(); rs->MoveNext()) {
+        SetMal(NumberText(rs->Number(u"Anzahl") * Menge));
+        SetInput(rs->Text(u"DestArtikelNummer"));
+        m_owner.cmdEnter_Click();
+        m_owner.m_screen.Yield();
+    }
+}
+
+} // namespace till

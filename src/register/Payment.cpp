@@ -1,0 +1,184 @@
+#include "Payment.h"
+
+#include "Receipt.h"
+
+#include <register/Prices.h>
+#include <register/gMaschine.h>
+#include <session/Clock.h>
+#include <session/Globals.h>
+#include <session/Handle.h>
+#include <session/MsgBox.h>
+#include <session/gKunde.h>
+#include <session/gUser.h>
+#include <session/gZahlung.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+#include <text/Convert.h>
+#include <text/Format.h>
+
+using namespace Qt::StringLiterals;
+
+namespace till {
+
+namespace {
+
+QString sqlNumber(double value) { return NumberText(value).replace(u',', u'.'); }
+
+/// Holds a flag while a payment runs.
+struct Running {
+    explicit Running(bool& flag_) : flag(flag_) { flag = true; }
+    ~Running() { flag = false; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    bool& flag;
+};
+
+} // namespace
+
+void Register::Payment::Total() {
+    Basket& basket = m_owner.m_basket;
+    if (basket.isEmpty() || m_owner.m_paying) return;
+    const Running running(m_owner.m_paying);
+    m_owner.m_screen.MovePointerAway();
+    Currency total = ReadMoney(basket.Gesamt());
+    if (gRoundDecimal) total = ReadMoney(Format(Value(total), u"###0.00"));
+    gZahlung = {};
+    gZahlung.Betrag_Gesamt = total;
+    if (!gShowWechselgeldDialog) {
+        m_owner.m_screen.Yield();
+        gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
+        gZahlung.ZahlArt = u"BAR"_s;
+    } else if (!askAmount()) {
+        return;
+    }
+    const int id = book();
+    if (id == 0) return;
+    PrintReceipt(m_owner.m_screen, id, DirectRoute::Allowed);
+    finish(gEnabledAutoClose ? MoneyText(total) : QString());
+}
+
+bool Register::Payment::askAmount() {
+    m_owner.m_screen.ShowKasseTotal();
+    if (gZahlung.Ergebnis != 0) return true;
+    m_owner.m_basket.ItemClick(m_owner.m_basket.selected());
+    return false;
+}
+
+void Register::Payment::ByKarte(const QString& KartenName) {
+    Basket& basket = m_owner.m_basket;
+    if (basket.isEmpty() || m_owner.m_paying) return;
+    const Running running(m_owner.m_paying);
+    gZahlung = {};
+    gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
+    gZahlung.ZahlArt = u"KARTE"_s;
+    if (MsgBox(u"OK, Zahlung erfolgt mit Kreditkarte!\n\nGesamtsumme: "_s + MoneyText(gZahlung.Betrag_Gesamt) +
+                   u" €\n\nBuchen Sie diesen Betrag jetzt über das Zahlungsverkehrsterminal. Warten Sie bis der "
+                   u"Betrag gebucht wurde und bestätigen Sie mit OK."_s,
+               MsgIcon::Information, MsgButtons::OKCancel, u"Kreditkartenbuchung..."_s) != MsgAnswer::OK)
+        return;
+    gZahlung.KartenTyp = KartenName;
+    const int id = book();
+    if (id == 0) return;
+    PrintReceipt(m_owner.m_screen, id, DirectRoute::Never);
+    finish({});
+}
+
+int Register::Payment::book() {
+    int id = 0;
+    CreateRechnung(id);
+    m_owner.m_screen.Yield();
+    if (id == 0) {
+        MsgBox(u"Beim Erstellen der Rechnung ist ein Fehler aufgetreten."_s);
+        m_owner.m_basket.LoadBestellungen();
+    }
+    return id;
+}
+
+void Register::Payment::finish(const QString& lastTotal) {
+    m_owner.m_basket.DeleteRows();
+    m_owner.m_basket.rsBestellung().Requery();
+    m_owner.ResetKunde();
+    m_owner.m_screen.MovePointerAway();
+    m_owner.m_screen.Yield();
+    m_owner.m_basket.LoadBestellungen();
+    if (gAbfrageLoginProOrder) m_owner.ChangeUser();
+    if (!lastTotal.isEmpty()) m_owner.m_basket.ShowGesamt(lastTotal);
+    m_owner.m_screen.Yield();
+    m_owner.m_screen.FocusInput();
+}
+
+void Register::Payment::CreateRechnung(int& RechnungID) {
+    RechnungID = 0;
+    std::unique_ptr<Recordset> rechnung, detail;
+    const auto body = [&] {
+        rechnung = gDB->OpenRecordset(u"Rechnung"_s);
+        detail = gDB->OpenRecordset(u"RechnungsDetail"_s);
+        const QDateTime now = Now();
+        rechnung->AddNew();
+        const int id = rechnung->Long(u"RechnungID");
+        rechnung->Set(u"Maschine", gMaschine);
+        rechnung->Set(u"Datum", DateTime::fromQDate(now.date()));
+        rechnung->Set(u"Zeit", DateTime::fromQTime(now.time()));
+        rechnung->Set(u"PersonalNummer", gKassenUser.ID);
+        rechnung->Set(u"KundenNummer", gKunde.KundenID);
+        rechnung->Set(u"Kunde", gKunde.Name_1);
+        rechnung->Set(u"ZahlArt", gZahlung.ZahlArt);
+        rechnung->Set(u"Betrag_Gesamt", gZahlung.Betrag_Gesamt);
+        rechnung->Set(u"Betrag_Gegeben", gZahlung.Betrag_Gegeben);
+        rechnung->Set(u"Betrag_Zurueck", gZahlung.Betrag_Zurueck);
+        rechnung->Set(u"KartenTyp", gZahlung.KartenTyp);
+        rechnung->Set(u"Abschluss", false);
+        rechnung->Update();
+
+        Recordset& rs = m_owner.m_basket.rsBestellung();
+        for (rs.Requery(); !rs.Eof(); rs.MoveNext()) {
+            writeDetail(*detail, id);
+            if (!m_owner.m_basket.IsLieferscheinBon) moveStock(id);
+        }
+        // The literal 1 is what closings of delivery notes have always relied on.
+        if (m_owner.m_basket.IsLieferscheinBon)
+            gDB->Execute(u"UPDATE Lieferung SET InRechnung=-1 WHERE LieferungID=1;"_s);
+        RechnungID = id;
+    };
+    Handle("frmKasse", body, [&] {
+        if (rechnung) rechnung->CancelUpdate();
+        if (detail) detail->CancelUpdate();
+    });
+}
+
+void Register::Payment::writeDetail(Recordset& detail, int id) {
+    const Recordset& rs = m_owner.m_basket.rsBestellung();
+    const auto copy = [&](std::initializer_list<const char16_t*> columns) {
+        for (const char16_t* column : columns)
+            detail.Set(column, rs.Field(QStringView(column)));
+    };
+    const Currency price = rs.Money(u"VKPreis_Rabatt");
+    detail.AddNew();
+    detail.Set(u"RechnungID", id);
+    detail.Set(u"Maschine", gMaschine);
+    copy({u"Datum", u"Zeit", u"PersonalNummer"});
+    detail.Set(u"KundenNummer", gKunde.KundenID);
+    detail.Set(u"Kunde", gKunde.Name_1);
+    copy({u"ArtikelNummer", u"ArtikelName", u"Buchungs_Menge", u"Menge", u"Einheit", u"EKPreis"});
+    detail.Set(u"VKPreis_Brutto", price);
+    detail.Set(u"VKPreis_Netto", NetPrice(price, rs.Number(u"SteuerSatz")));
+    detail.Set(u"VKPreisOrg", rs.Money(u"VKPreis"));
+    copy({u"SteuerSatz", u"SNNummer", u"WarenGruppe", u"LangText", u"Zusatz1", u"Zusatz2", u"PreisInfo"});
+    const auto supplier = gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer='"_s +
+                                             rs.Text(u"ArtikelNummer") + u"';"_s);
+    detail.Set(u"BestellNummer", supplier->Eof() ? u"nicht verfügbar"_s : supplier->Text(u"BestellNummer"));
+    detail.Update();
+}
+
+void Register::Payment::moveStock(int id) {
+    const Recordset& rs = m_owner.m_basket.rsBestellung();
+    const QString nummer = rs.Text(u"ArtikelNummer");
+    gDB->Execute(u"UPDATE Artikel SET IstBestand = (IstBestand - "_s +
+                 sqlNumber(rs.Number(u"Menge") * rs.Number(u"Buchungs_Menge")) +
+                 u") WHERE LagerAktiv=-1 AND Nummer='"_s + nummer + u"';"_s);
+    gDB->Execute(u"UPDATE ArtikelSerienNummern SET VKDatum='"_s + Today().toString(u"dd.MM.yyyy"_s) +
+                 u"', RechnungID="_s + QString::number(id) + u" WHERE ArtikelNummer='"_s + nummer +
+                 u"' AND SNNummer='"_s + rs.Text(u"SNNummer") + u"';"_s);
+}
+
+} // namespace till

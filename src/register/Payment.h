@@ -1,0 +1,34 @@
+#pragma once
+
+#include <register/Register.h>
+#include <text/Currency.h>
+
+class Recordset;
+
+namespace till {
+
+/// From the open lines to a booked and printed document.
+class Register::Payment {
+  public:
+    explicit Payment(Register& owner) : m_owner(owner) {}
+
+    void Total();                            ///< cmdTotal
+    void ByKarte(const QString& KartenName); ///< PayByKarte
+    /// Writes Rechnung and RechnungsDetail from gZahlung, gKunde and the open lines, moves the stock and marks serial
+    /// numbers, write by write and without a transaction. `RechnungID` becomes the new id and stays 0 on a failure,
+    /// which is reported and takes back nothing of what was written before.
+    void CreateRechnung(int& RechnungID);
+
+  private:
+    [[nodiscard]] bool askAmount();
+    /// Books what gZahlung says; 0 when it failed, which is told.
+    [[nodiscard]] int book();
+    void writeDetail(Recordset& detail, int id);
+    void moveStock(int id);
+    /// Empties the sale for the next customer.
+    void finish(const QString& lastTotal);
+
+    Register& m_owner;
+};
+
+} // namespace till

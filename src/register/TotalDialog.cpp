@@ -1,0 +1,70 @@
+#include <register/Prices.h>
+#include <register/TotalDialog.h>
+#include <register/gMaschine.h>
+#include <session/Globals.h>
+#include <session/MsgBox.h>
+#include <session/gUser.h>
+#include <session/gZahlung.h>
+#include <store/Database.h>
+#include <text/Convert.h>
+#include <text/Format.h>
+
+using namespace Qt::StringLiterals;
+
+namespace till {
+
+namespace {
+
+Currency amountOf(const QString& text) { return IsNumeric(text) ? ReadMoney(text) : Currency{}; }
+
+} // namespace
+
+TotalDialog::TotalDialog() : m_summe(MoneyText(gZahlung.Betrag_Gesamt)) {
+    SetGegeben(MoneyText(gZahlung.Betrag_Gesamt < Currency{} ? Currency{} : gZahlung.Betrag_Gesamt));
+}
+
+void TotalDialog::SetGegeben(const QString& text) {
+    m_gegeben = text;
+    m_back = Format(Value(amountOf(m_gegeben) - amountOf(m_summe)), u"####0.00");
+}
+
+QChar TotalDialog::AcceptKey(QChar key) {
+    if (key == u'.') return u',';
+    return (key >= u'0' && key <= u'9') || key == u',' || key == u'\b' ? key : QChar{};
+}
+
+bool TotalDialog::MayAddDecimal() const { return !m_gegeben.contains(u','); }
+
+void TotalDialog::Clear() { SetGegeben(m_summe); }
+
+bool TotalDialog::Bar() {
+    if (amountOf(m_back) < Currency{}) {
+        MsgBox(u"FEHLER: Der gegebene Betrag kann nicht kleiner sein als die Rechnungssumme."_s, MsgIcon::Critical);
+        SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
+        return false;
+    }
+    gZahlung.Betrag_Gegeben = amountOf(m_gegeben);
+    gZahlung.Betrag_Zurueck =
+        ReadMoney(Format(Value(gZahlung.Betrag_Gegeben - gZahlung.Betrag_Gesamt), u"###0.00"));
+    gZahlung.ZahlArt = u"BAR"_s;
+    gZahlung.KartenTyp.clear();
+    gZahlung.Ergebnis = 1;
+    return true;
+}
+
+bool TotalDialog::AHVerkauf() {
+    gDB->Execute(u"UPDATE Bestellung SET SteuerSatz="_s + CStr(Value(gHalberSteuerSatz)) + u" WHERE Maschine='"_s +
+                 gMaschine + u"';"_s);
+    return Bar();
+}
+
+bool TotalDialog::Escape() {
+    if (!gKassenUser.R_KassenAbschluss) {
+        MsgBox(u"Sie sind nicht berechtigt, diese Aktion abzubrechen."_s);
+        return false;
+    }
+    gZahlung.Ergebnis = 0;
+    return true;
+}
+
+} // namespace till

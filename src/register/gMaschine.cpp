@@ -1,0 +1,3 @@
+#include <register/gMaschine.h>
+
+QString gMaschine;
