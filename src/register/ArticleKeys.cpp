@@ -2,6 +2,7 @@
 #include <session/Globals.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <text/CodePage.h>
 #include <text/RuntimeError.h>
 
 #include <QFile>
@@ -44,7 +45,7 @@ QStringList ArticleKeys::ReadKarten() {
     if (!file.open(QIODevice::ReadOnly))
         throw RuntimeError(53, u"Die Datei "_s + file.fileName() + u" wurde nicht gefunden"_s, u"frmKasse"_s);
     QStringList cards;
-    for (const QString& line : DecodeText(file.readAll()).split(u'\n')) {
+    for (const QString& line : FromFileBytes(file.readAll()).split(u'\n')) {
         const QString card = line.trimmed();
         if (!card.isEmpty()) cards.append(card);
     }

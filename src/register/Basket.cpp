@@ -18,12 +18,15 @@ using namespace Qt::StringLiterals;
 namespace till {
 
 Basket::Basket(RegisterScreen& screen, QObject* parent)
-    : QAbstractTableModel(parent), m_screen(screen), m_stock{u"aktueller Bestand"_s, false, false} {}
+    : QAbstractTableModel(parent)
+    , m_screen(screen)
+    , m_stock{u"aktueller Bestand"_s, false, false} {}
 
 Basket::~Basket() = default;
 
 void Basket::Open() {
-    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine='"_s + gMaschine + u"' ORDER BY ID ASC;"_s);
+    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine='"_s + gMaschine +
+                              u"' ORDER BY ID ASC;"_s);
 }
 
 Recordset& Basket::rsBestellung() {
@@ -42,7 +45,8 @@ Basket::Row Basket::makeRow(const Line& line, Net net) const {
     if (gDecimalStellen < 3) {
         row.text[GPreis] = MoneyText(line.Price * Currency::fromDouble(line.Buchungs_Menge));
     } else {
-        // A reload starts from the net price as money, so the last place may differ from the line as it was entered.
+        // A reload starts from the net price as money, so the last place may differ from the line as it was
+        // entered.
         double price = NetPrice(line.Price, line.SteuerSatz);
         if (net == Net::Rounded) price = Currency::fromDouble(price).toDouble();
         row.text[GPreis] = MoneyText(price * line.Buchungs_Menge * (1 + line.SteuerSatz / 100));
@@ -81,7 +85,8 @@ void Basket::AddArtikelToBestellung() {
     rs.Set(u"Zusatz2", gArtikel.Zusatz2);
     QString info;
     if (gArtikel.VolumenAngabe)
-        info = NumberText(gArtikel.GrundMenge) + u' ' + gArtikel.Einheit + u'=' + MoneyText(gArtikel.GrundPreis);
+        info =
+            NumberText(gArtikel.GrundMenge) + u' ' + gArtikel.Einheit + u'=' + MoneyText(gArtikel.GrundPreis);
     rs.Set(u"PreisInfo", info.left(50));
     // The row is formatted before it is written: a line that cannot be shown is not stored either.
     Row row = makeRow({id, gArtikel.Nummer, gArtikel.Name, double(gArtikel.Buchungs_Menge), gArtikel.Menge,
@@ -151,7 +156,8 @@ void Basket::ItemClick(int row) {
     Recordset& rs = rsBestellung();
     rs.FindFirst(u"ID="_s + QString::number(m_rows[size_t(row)].ID));
     if (rs.NoMatch()) {
-        MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch einen "
+        MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch "
+               u"einen "
                u"anderen Benutzer gelöscht, oder es liegt ein Datenbankproblem vor."_s,
                MsgIcon::Critical);
         rs.Requery();
@@ -169,7 +175,8 @@ void Basket::showStock() {
     Recordset& rs = rsBestellung();
     const QString nummer = rs.Text(u"ArtikelNummer");
     const auto reserved = gDB->OpenRecordset(
-        u"SELECT SUM(Buchungs_Menge * Menge) AS Anzahl FROM Bestellung WHERE ArtikelNummer='"_s + nummer + u"';"_s);
+        u"SELECT SUM(Buchungs_Menge * Menge) AS Anzahl FROM Bestellung WHERE ArtikelNummer='"_s + nummer +
+        u"';"_s);
     const auto article = gDB->OpenRecordset(
         u"SELECT SollBestand, IstBestand, LagerAktiv FROM Artikel WHERE Nummer='"_s + nummer + u"';"_s);
     label.warning = false;
@@ -217,7 +224,9 @@ void Basket::CancelEdit() noexcept {
     if (m_rs) m_rs->CancelUpdate();
 }
 
-void Basket::DeleteRows() { gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"';"_s); }
+void Basket::DeleteRows() {
+    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"';"_s);
+}
 
 void Basket::setText(Column column, const QString& text) {
     if (m_selected < 0) return;
@@ -255,13 +264,14 @@ QVariant Basket::data(const QModelIndex& where, int role) const {
     const int column = where.column();
     if (role == Qt::DisplayRole) return m_rows[size_t(where.row())].text[size_t(column)];
     if (role == Qt::TextAlignmentRole)
-        return int(Qt::AlignVCenter | (column == ArtikelNr || column == Artikelname ? Qt::AlignLeft : Qt::AlignRight));
+        return int(Qt::AlignVCenter |
+                   (column == ArtikelNr || column == Artikelname ? Qt::AlignLeft : Qt::AlignRight));
     return {};
 }
 
 QVariant Basket::headerData(int section, Qt::Orientation orientation, int role) const {
-    static const std::array<QString, ColumnCount> headers{u"Artikel-Nr / EAN"_s, u"Artikelname"_s, u"Anz"_s,
-                                                          u"Menge"_s,            u"E-Preis"_s,     u"G-Preis"_s};
+    static const std::array<QString, ColumnCount> headers{
+        u"Artikel-Nr / EAN"_s, u"Artikelname"_s, u"Anz"_s, u"Menge"_s, u"E-Preis"_s, u"G-Preis"_s};
     if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount) return {};
     if (role == Qt::DisplayRole) return headers[size_t(section)];
     if (role == Qt::TextAlignmentRole)

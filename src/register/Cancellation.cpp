@@ -14,7 +14,8 @@ namespace till {
 namespace {
 
 /// Closing goes on whatever fails: a till that cannot be left is worse than a row that stays.
-template <typename Step> void regardless(Step&& step) {
+template <typename Step>
+void regardless(Step&& step) {
     try {
         step();
     } catch (const RuntimeError&) { // told nowhere: the cashier is leaving
@@ -64,14 +65,16 @@ void Register::Cancellation::deleteVouchers(const QString& table) {
 
 void Register::Cancellation::recordAll() {
     const auto stornos = gDB->OpenRecordset(u"Stornos"_s);
-    const auto lines = gDB->OpenRecordset(u"SELECT * FROM "_s + ofThisTill(u"Bestellung"_s) + u" ORDER BY ID ASC;"_s);
+    const auto lines =
+        gDB->OpenRecordset(u"SELECT * FROM "_s + ofThisTill(u"Bestellung"_s) + u" ORDER BY ID ASC;"_s);
     for (; !lines->Eof(); lines->MoveNext())
         regardless([&] { record(*stornos, *lines); });
 }
 
 Register::Unload Register::Cancellation::QueryUnload() {
     if (!m_owner.m_basket.isEmpty()) {
-        if (!AskYesNo(u"Es sind noch nicht abgerechnete Buchungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
+        if (!AskYesNo(
+                u"Es sind noch nicht abgerechnete Buchungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
             return Unload::Stay;
         regardless([] { deleteVouchers(u"Bestellung"_s); });
         regardless([] { recordAll(); });

@@ -9,7 +9,8 @@ namespace till {
 /// Removal of lines from the open sale. Each removed line leaves a row in Stornos.
 class Register::Cancellation {
   public:
-    explicit Cancellation(Register& owner) : m_owner(owner) {}
+    explicit Cancellation(Register& owner)
+        : m_owner(owner) {}
 
     void Storno(); ///< cmdStorno: the selected line
     /// The questions at closing. Each step goes its way whatever became of the one before.

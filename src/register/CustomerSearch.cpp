@@ -31,7 +31,8 @@ const std::array<std::pair<const char16_t*, const char16_t*>, 9> vehicleColumns{
 
 } // namespace
 
-CustomerSearch::CustomerSearch(QObject* parent) : QAbstractTableModel(parent) {}
+CustomerSearch::CustomerSearch(QObject* parent)
+    : QAbstractTableModel(parent) {}
 CustomerSearch::~CustomerSearch() = default;
 
 void CustomerSearch::Search(By by, const QString& text) {
@@ -57,7 +58,9 @@ void CustomerSearch::Search(By by, const QString& text) {
     endResetModel();
 }
 
-QString CustomerSearch::key(int row) const { return u"ID"_s + QString::number(m_rows.at(size_t(row)).KundenID); }
+QString CustomerSearch::key(int row) const {
+    return u"ID"_s + QString::number(m_rows.at(size_t(row)).KundenID);
+}
 
 bool CustomerSearch::Choose(int row) {
     const int id = m_rows.at(size_t(row)).KundenID;
@@ -66,7 +69,8 @@ bool CustomerSearch::Choose(int row) {
         const auto rs =
             gDB->OpenRecordset(u"SELECT * FROM Kunden WHERE KundenID="_s + QString::number(id) + u";"_s);
         if (rs->Eof()) {
-            MsgBox(u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese durch einen "
+            MsgBox(u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese "
+                   u"durch einen "
                    u"anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
             return false;
         }
@@ -111,8 +115,12 @@ std::vector<QStringList> CustomerSearch::Vehicles(int row) const {
     return vehicles;
 }
 
-int CustomerSearch::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }
-int CustomerSearch::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+int CustomerSearch::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
+int CustomerSearch::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : ColumnCount;
+}
 
 QVariant CustomerSearch::data(const QModelIndex& where, int role) const {
     if (!checkIndex(where, CheckIndexOption::IndexIsValid) || role != Qt::DisplayRole) return {};
@@ -121,7 +129,8 @@ QVariant CustomerSearch::data(const QModelIndex& where, int role) const {
 
 QVariant CustomerSearch::headerData(int section, Qt::Orientation orientation, int role) const {
     static const QStringList headers{u"Nummer"_s, u"Name"_s, u"Straße"_s, u"PLZ"_s, u"Ort"_s};
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount) return {};
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= ColumnCount)
+        return {};
     return headers.at(section);
 }
 

@@ -19,6 +19,8 @@ namespace {
 
 const QString voucherNumber = u"401-Gutschein"_s;
 
+bool isNumber(const QString& text) { return IsNumeric(QStringView(text)); }
+
 /// Without the blanks at both ends; other white space is part of an entry.
 QString trimBlanks(const QString& text) {
     qsizetype first = 0, last = text.size();
@@ -29,14 +31,16 @@ QString trimBlanks(const QString& text) {
     return text.mid(first, last - first);
 }
 
-/// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of cents.
+/// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of
+/// cents.
 Currency codePrice(const QString& code, int position, int euros) {
     return ReadMoney(code.mid(position - 1, euros) + u',' + code.mid(position - 1 + euros, 2));
 }
 Currency pressPrice(const QString& code) { return codePrice(code, 9, 2); }
 
 /// Shows a dialog. A dialog that cannot be shown (error 5) counts as one that was left without an answer.
-template <typename Show> void ask(RegisterScreen& screen, Show&& show) {
+template <typename Show>
+void ask(RegisterScreen& screen, Show&& show) {
     try {
         show();
     } catch (const RuntimeError& error) {
@@ -112,7 +116,7 @@ void Register::Entry::examine() {
         SetInput({});
     } else if (m_input.contains(u'+')) {
         plus();
-    } else if (m_input.endsWith(u'-') && IsNumeric(QString(m_input).remove(u'-'))) {
+    } else if (m_input.endsWith(u'-') && isNumber(QString(m_input).remove(u'-'))) {
         minus();
     }
 }
@@ -155,7 +159,7 @@ void Register::Entry::Decide() {
         const QString text = m_input;
         const QString trimmed = trimBlanks(text);
         if (trimmed.isEmpty()) return;
-        if (!orderSearchDone && trimmed.contains(u',') && IsNumeric(trimmed))
+        if (!orderSearchDone && trimmed.contains(u',') && isNumber(trimmed))
             next = freeAmount(trimmed);
         else
             next = lookup(text, orderSearchDone);
@@ -172,10 +176,11 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
         Clear();
         return Next::End;
     }
-    const QString service = u"SERVICE"_s, lastRate = u"LastSteuerSatz"_s, showDialog = u"ShowManualArtikelDialog"_s;
+    const QString service = u"SERVICE"_s, lastRate = u"LastSteuerSatz"_s,
+                  showDialog = u"ShowManualArtikelDialog"_s;
     gFreierArtikel = {0, u"Diverser Artikel"_s, u"Diverses"_s, gVollerSteuerSatz};
     const QString rate = gSystem->ReadProfileString(service, lastRate, KonfigIni());
-    if (IsNumeric(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
+    if (isNumber(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
     const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
     if (show.isEmpty()) gSystem->WriteProfileString(service, showDialog, u"1"_s, KonfigIni());
     if (show.isEmpty() || show == u"1"_s)
@@ -203,7 +208,8 @@ Register::Entry::Next Register::Entry::lookup(const QString& text, bool& orderSe
 
 Register::Entry::Next Register::Entry::found(const QString& trimmed) {
     Recordset& rs = m_owner.rsArtikel();
-    if (gAutoPresseUpdate && trimmed.size() == 13 && (trimmed.startsWith(u"414") || trimmed.startsWith(u"419"))) {
+    if (gAutoPresseUpdate && trimmed.size() == 13 &&
+        (trimmed.startsWith(u"414") || trimmed.startsWith(u"419"))) {
         const Currency price = pressPrice(trimmed);
         if (price != rs.Money(u"VKPreis")) {
             rs.Edit();
@@ -213,7 +219,8 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
     }
     ArtikelRecord record = readArticle(rs);
     record.Buchungs_Menge = multiplier();
-    if (const QString picture = gDBPath + u"artimg_"_s + record.Nummer + u".bmp"_s; QFileInfo::exists(picture))
+    if (const QString picture = gDBPath + u"artimg_"_s + record.Nummer + u".bmp"_s;
+        QFileInfo::exists(picture))
         record.Bild = picture;
     record.EKPreis = rs.Money(u"EKPreis");
     record.GrundPreis = rs.Money(u"VKPreis");
@@ -224,7 +231,8 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
     record.GrundMenge = record.Menge;
     gArtikel = record;
     if (!gArtikel.Aktiv) {
-        MsgBox(u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht verkauft "
+        MsgBox(u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht "
+               u"verkauft "
                u"werden."_s);
         Clear();
         return Next::End;
@@ -266,8 +274,8 @@ Register::Entry::Next Register::Entry::notFound(const QString& text, bool& order
 
 void Register::Entry::pressCode(const QString& trimmed, double steuerSatz) {
     const int menge = multiplier();
-    gArtikel =
-        freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, pressPrice(trimmed), steuerSatz);
+    gArtikel = freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, pressPrice(trimmed),
+                          steuerSatz);
     gArtikel.Buchungs_Menge = menge;
 }
 
@@ -286,8 +294,8 @@ bool Register::Entry::priceTemplate(const QString& text, const QString& trimmed)
 }
 
 std::optional<QString> Register::Entry::orderNumber(const QString& text, RegisterScreen& screen) {
-    const auto rs = gDB->OpenRecordset(u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer='"_s +
-                                       text + u"';"_s);
+    const auto rs = gDB->OpenRecordset(
+        u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer='"_s + text + u"';"_s);
     if (rs->Eof()) return std::nullopt;
     const QString only = rs->Text(u"ArtikelNummer");
     rs->MoveNext();
@@ -304,8 +312,8 @@ void Register::Entry::ExpandLinks(const QString& ArtikelNummer, double Menge) {
     } reset{m_owner.IsVerbundBuchung};
     m_owner.IsVerbundBuchung = true;
     const auto rs = gDB->OpenRecordset(
-        u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer='"_s + ArtikelNummer +
-        u"';"_s);
+        u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer='"_s +
+        ArtikelNummer + u"';"_s);
     for (; !rs->Eof(); rs->MoveNext()) {
         SetMal(NumberText(rs->Number(u"Anzahl") * Menge));
         SetInput(rs->Text(u"DestArtikelNummer"));

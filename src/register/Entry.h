@@ -10,7 +10,8 @@ namespace till {
 /// What the cashier types and what becomes of it: the rules of the entry text and the one decision routine.
 class Register::Entry {
   public:
-    explicit Entry(Register& owner) : m_owner(owner) {}
+    explicit Entry(Register& owner)
+        : m_owner(owner) {}
 
     [[nodiscard]] const QString& input() const { return m_input; }
     [[nodiscard]] const QString& mal() const { return m_mal; }

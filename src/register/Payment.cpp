@@ -1,7 +1,6 @@
 #include "Payment.h"
 
-#include "Receipt.h"
-
+#include <printing/Beleg.h>
 #include <register/Prices.h>
 #include <register/gMaschine.h>
 #include <session/Clock.h>
@@ -26,7 +25,10 @@ QString sqlNumber(double value) { return NumberText(value).replace(u',', u'.'); 
 
 /// Holds a flag while a payment runs.
 struct Running {
-    explicit Running(bool& flag_) : flag(flag_) { flag = true; }
+    explicit Running(bool& flag_)
+        : flag(flag_) {
+        flag = true;
+    }
     ~Running() { flag = false; }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -53,7 +55,7 @@ void Register::Payment::Total() {
     }
     const int id = book();
     if (id == 0) return;
-    PrintReceipt(m_owner.m_screen, id, DirectRoute::Allowed);
+    print(id, BelegArt::Kasse);
     finish(gEnabledAutoClose ? MoneyText(total) : QString());
 }
 
@@ -71,15 +73,16 @@ void Register::Payment::ByKarte(const QString& KartenName) {
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
     gZahlung.ZahlArt = u"KARTE"_s;
-    if (MsgBox(u"OK, Zahlung erfolgt mit Kreditkarte!\n\nGesamtsumme: "_s + MoneyText(gZahlung.Betrag_Gesamt) +
-                   u" €\n\nBuchen Sie diesen Betrag jetzt über das Zahlungsverkehrsterminal. Warten Sie bis der "
-                   u"Betrag gebucht wurde und bestätigen Sie mit OK."_s,
-               MsgIcon::Information, MsgButtons::OKCancel, u"Kreditkartenbuchung..."_s) != MsgAnswer::OK)
+    if (MsgBox(
+            u"OK, Zahlung erfolgt mit Kreditkarte!\n\nGesamtsumme: "_s + MoneyText(gZahlung.Betrag_Gesamt) +
+                u" €\n\nBuchen Sie diesen Betrag jetzt über das Zahlungsverkehrsterminal. Warten Sie bis der "
+                u"Betrag gebucht wurde und bestätigen Sie mit OK."_s,
+            MsgIcon::Information, MsgButtons::OKCancel, u"Kreditkartenbuchung..."_s) != MsgAnswer::OK)
         return;
     gZahlung.KartenTyp = KartenName;
     const int id = book();
     if (id == 0) return;
-    PrintReceipt(m_owner.m_screen, id, DirectRoute::Never);
+    print(id, BelegArt::Karte);
     finish({});
 }
 
@@ -92,6 +95,13 @@ int Register::Payment::book() {
         m_owner.m_basket.LoadBestellungen();
     }
     return id;
+}
+
+void Register::Payment::print(int id, BelegArt art) {
+    PrintBeleg(id, art, [this] {
+        m_owner.m_screen.ShowPrintDlg();
+        m_owner.m_screen.MovePointerAway();
+    });
 }
 
 void Register::Payment::finish(const QString& lastTotal) {
@@ -164,8 +174,9 @@ void Register::Payment::writeDetail(Recordset& detail, int id) {
     detail.Set(u"VKPreis_Netto", NetPrice(price, rs.Number(u"SteuerSatz")));
     detail.Set(u"VKPreisOrg", rs.Money(u"VKPreis"));
     copy({u"SteuerSatz", u"SNNummer", u"WarenGruppe", u"LangText", u"Zusatz1", u"Zusatz2", u"PreisInfo"});
-    const auto supplier = gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer='"_s +
-                                             rs.Text(u"ArtikelNummer") + u"';"_s);
+    const auto supplier =
+        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer='"_s +
+                           rs.Text(u"ArtikelNummer") + u"';"_s);
     detail.Set(u"BestellNummer", supplier->Eof() ? u"nicht verfügbar"_s : supplier->Text(u"BestellNummer"));
     detail.Update();
 }

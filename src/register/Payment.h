@@ -4,19 +4,21 @@
 #include <text/Currency.h>
 
 class Recordset;
+enum class BelegArt;
 
 namespace till {
 
 /// From the open lines to a booked and printed document.
 class Register::Payment {
   public:
-    explicit Payment(Register& owner) : m_owner(owner) {}
+    explicit Payment(Register& owner)
+        : m_owner(owner) {}
 
     void Total();                            ///< cmdTotal
     void ByKarte(const QString& KartenName); ///< PayByKarte
-    /// Writes Rechnung and RechnungsDetail from gZahlung, gKunde and the open lines, moves the stock and marks serial
-    /// numbers, write by write and without a transaction. `RechnungID` becomes the new id and stays 0 on a failure,
-    /// which is reported and takes back nothing of what was written before.
+    /// Writes Rechnung and RechnungsDetail from gZahlung, gKunde and the open lines, moves the stock and
+    /// marks serial numbers, write by write and without a transaction. `RechnungID` becomes the new id and
+    /// stays 0 on a failure, which is reported and takes back nothing of what was written before.
     void CreateRechnung(int& RechnungID);
 
   private:
@@ -25,6 +27,7 @@ class Register::Payment {
     [[nodiscard]] int book();
     void writeDetail(Recordset& detail, int id);
     void moveStock(int id);
+    void print(int id, BelegArt art);
     /// Empties the sale for the next customer.
     void finish(const QString& lastTotal);
 

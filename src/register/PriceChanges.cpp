@@ -65,7 +65,8 @@ void Register::PriceChanges::discountAll() {
 }
 
 void Register::PriceChanges::ArtikelPreis() {
-    if (!gKFFreierArtikelPreis || m_owner.m_basket.isEmpty() || !mayChange() || !lineMayBeDiscounted()) return;
+    if (!gKFFreierArtikelPreis || m_owner.m_basket.isEmpty() || !mayChange() || !lineMayBeDiscounted())
+        return;
     Recordset& rs = m_owner.m_basket.rsBestellung();
     gPreisAngabe = {0, rs.Money(u"VKPreis")};
     m_owner.m_screen.ShowFreierPreis();

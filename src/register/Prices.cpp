@@ -33,8 +33,9 @@ Currency Discounted(Currency price, Currency percent) {
 }
 
 Currency ActionPrice(const QString& artikelNummer, Currency vkPreis) {
-    const auto rs = gDB->OpenRecordset(u"SELECT AktionsPreis, Von, Bis FROM AktionsPreise WHERE ArtikelNummer='"_s +
-                                       artikelNummer + u"';"_s);
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT AktionsPreis, Von, Bis FROM AktionsPreise WHERE ArtikelNummer='"_s +
+                           artikelNummer + u"';"_s);
     if (rs->Eof()) return vkPreis;
     const DateTime now = DateTime::fromQDateTime(Now());
     const auto from = rs->Date(u"Von"), until = rs->Date(u"Bis");

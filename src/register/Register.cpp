@@ -1,10 +1,9 @@
-#include <register/Register.h>
-
 #include "Cancellation.h"
 #include "Entry.h"
 #include "Payment.h"
 #include "PriceChanges.h"
 
+#include <register/Register.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -19,7 +18,10 @@ using namespace Qt::StringLiterals;
 namespace till {
 
 Register::Register(RegisterScreen& screen, QObject* parent)
-    : QObject(parent), m_screen(screen), m_basket(screen), m_entry(std::make_unique<Entry>(*this)) {}
+    : QObject(parent)
+    , m_screen(screen)
+    , m_basket(screen)
+    , m_entry(std::make_unique<Entry>(*this)) {}
 
 Register::~Register() = default;
 

@@ -15,11 +15,12 @@ namespace till {
 
 namespace {
 
-Currency amountOf(const QString& text) { return IsNumeric(text) ? ReadMoney(text) : Currency{}; }
+Currency amountOf(const QString& text) { return IsNumeric(QStringView(text)) ? ReadMoney(text) : Currency{}; }
 
 } // namespace
 
-TotalDialog::TotalDialog() : m_summe(MoneyText(gZahlung.Betrag_Gesamt)) {
+TotalDialog::TotalDialog()
+    : m_summe(MoneyText(gZahlung.Betrag_Gesamt)) {
     SetGegeben(MoneyText(gZahlung.Betrag_Gesamt < Currency{} ? Currency{} : gZahlung.Betrag_Gesamt));
 }
 
@@ -39,7 +40,8 @@ void TotalDialog::Clear() { SetGegeben(m_summe); }
 
 bool TotalDialog::Bar() {
     if (amountOf(m_back) < Currency{}) {
-        MsgBox(u"FEHLER: Der gegebene Betrag kann nicht kleiner sein als die Rechnungssumme."_s, MsgIcon::Critical);
+        MsgBox(u"FEHLER: Der gegebene Betrag kann nicht kleiner sein als die Rechnungssumme."_s,
+               MsgIcon::Critical);
         SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
         return false;
     }
@@ -53,8 +55,8 @@ bool TotalDialog::Bar() {
 }
 
 bool TotalDialog::AHVerkauf() {
-    gDB->Execute(u"UPDATE Bestellung SET SteuerSatz="_s + CStr(Value(gHalberSteuerSatz)) + u" WHERE Maschine='"_s +
-                 gMaschine + u"';"_s);
+    gDB->Execute(u"UPDATE Bestellung SET SteuerSatz="_s + CStr(Value(gHalberSteuerSatz)) +
+                 u" WHERE Maschine='"_s + gMaschine + u"';"_s);
     return Bar();
 }
 

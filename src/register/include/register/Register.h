@@ -112,7 +112,7 @@ class Register : public QObject {
     /// Runs a handler's body under its trap; true when it went through.
     bool Trap(const std::function<void()>& body);
     [[nodiscard]] Recordset& rsArtikel(); ///< raises 91 before Load
-    void ResetKunde(); ///< to the standard customer
+    void ResetKunde();                    ///< to the standard customer
     /// A title that shows an ampersand of the customer's name has it doubled.
     void RebuildTitle(bool doubleAmpersand);
 
