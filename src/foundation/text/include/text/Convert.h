@@ -5,10 +5,11 @@
 #include <QStringView>
 
 /// Visual Basic's conversions in the German locale: decimal comma, "." groups thousands where it may stand,
-/// blanks at the ends and a currency sign are allowed, "&H1F" and "&O17" are numbers. Conversions to whole numbers
-/// round half to even. All raise 94 for Null, 13 for text that is no number, 6 outside the range.
+/// blanks at the ends and a currency sign are allowed, "&H1F" and "&O17" are numbers. Conversions to whole
+/// numbers round half to even. All raise 94 for Null, 13 for text that is no number, 6 outside the range.
 
-/// True for what the conversions below would accept as a number; Null, dates and texts that are no number are not.
+/// True for what the conversions below would accept as a number; Null, dates and texts that are no number are
+/// not.
 [[nodiscard]] bool IsNumeric(const Value& value);
 [[nodiscard]] bool IsNumeric(QStringView text);
 /// True for a date or a text that CDate accepts.
@@ -21,8 +22,8 @@
 [[nodiscard]] double CDbl(const Value& value);
 [[nodiscard]] float CSng(const Value& value);
 [[nodiscard]] Currency CCur(const Value& value);
-/// "22.11.2026", "22.11.26", "22. November 2026", "2026-11-22", "11/22/2026" read as in a German system, each with
-/// an optional time, or a time alone; numbers are days.
+/// "22.11.2026", "22.11.26", "22. November 2026", "2026-11-22", "11/22/2026" read as in a German system, each
+/// with an optional time, or a time alone; numbers are days.
 [[nodiscard]] DateTime CDate(const Value& value);
 [[nodiscard]] QString CStr(const Value& value);
 /// The number that a text starts with, decimal point only, 0 if none; never raises.

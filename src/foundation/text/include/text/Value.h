@@ -9,24 +9,46 @@
 #include <variant>
 
 /// The types of the store. `Null` is also the type of an expression about which nothing is known.
-enum class Type : std::uint8_t { Null, Boolean, Byte, Short, Long, Single, Double, Currency, Date, Text, Memo };
+enum class Type : std::uint8_t {
+    Null,
+    Boolean,
+    Byte,
+    Short,
+    Long,
+    Single,
+    Double,
+    Currency,
+    Date,
+    Text,
+    Memo
+};
 
-/// A value of any of the store's types, with Visual Basic's conversions in the German locale. In memory there are
-/// fewer shapes than column types: Byte, Short and Long are an integer, Single and Double a double, Text and Memo
-/// a text.
+/// A value of any of the store's types, with Visual Basic's conversions in the German locale. In memory there
+/// are fewer shapes than column types: Byte, Short and Long are an integer, Single and Double a double, Text
+/// and Memo a text.
 class Value {
   public:
     Value() = default; ///< Null
-    Value(bool b) : m_data(b) {}
-    Value(int i) : m_data(static_cast<qint64>(i)) {}
-    Value(qint64 i) : m_data(i) {}
-    Value(double d) : m_data(d) {}
-    Value(Currency c) : m_data(c) {}
-    Value(DateTime d) : m_data(d) {}
-    Value(const QString& s) : m_data(s) {}
-    Value(QString&& s) : m_data(std::move(s)) {}
-    Value(QStringView s) : m_data(s.toString()) {}
-    Value(const char16_t* s) : m_data(QString::fromUtf16(s)) {}
+    Value(bool b)
+        : m_data(b) {}
+    Value(int i)
+        : m_data(static_cast<qint64>(i)) {}
+    Value(qint64 i)
+        : m_data(i) {}
+    Value(double d)
+        : m_data(d) {}
+    Value(Currency c)
+        : m_data(c) {}
+    Value(DateTime d)
+        : m_data(d) {}
+    Value(const QString& s)
+        : m_data(s) {}
+    Value(QString&& s)
+        : m_data(std::move(s)) {}
+    Value(QStringView s)
+        : m_data(s.toString()) {}
+    Value(const char16_t* s)
+        : m_data(QString::fromUtf16(s)) {}
     Value(const void*) = delete;
 
     /// Null, Boolean, Long, Double, Currency, Date or Text.
@@ -35,8 +57,8 @@ class Value {
     [[nodiscard]] bool isText() const { return std::holds_alternative<QString>(m_data); }
     [[nodiscard]] bool isNumber() const; ///< Boolean, Long, Double or Currency by shape
 
-    /// Visual Basic conversions (CBool, CLng, CDbl, CCur, CDate, CStr). Raise 94 for Null, 13 where the value has
-    /// no such meaning, 6 outside the range of the target.
+    /// Visual Basic conversions (CBool, CLng, CDbl, CCur, CDate, CStr). Raise 94 for Null, 13 where the value
+    /// has no such meaning, 6 outside the range of the target.
     [[nodiscard]] bool toBool() const;
     [[nodiscard]] int toLong() const;       ///< 32 bits, half to even
     [[nodiscard]] qint64 toInteger() const; ///< 64 bits, half to even
