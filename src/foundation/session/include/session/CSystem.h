@@ -4,9 +4,10 @@
 
 #include <memory>
 
-/// Access to ini files and to what the machine is called. Ini files may be Windows-1252 or UTF-8; section and key
-/// names compare without case; comments, order and unknown keys survive a write; a write replaces the file at once
-/// or not at all. Files are kept in memory until they change, so that a read costs one look at the file's time.
+/// Access to ini files and to what the machine is called. Ini files may be Windows-1252 or UTF-8; section and
+/// key names compare without case; comments, order and unknown keys survive a write; a write replaces the
+/// file at once or not at all. Files are kept in memory until they change, so that a read costs one look at
+/// the file's time.
 class CSystem {
   public:
     CSystem();
@@ -14,12 +15,13 @@ class CSystem {
     CSystem(const CSystem&) = delete;
     CSystem& operator=(const CSystem&) = delete;
 
-    /// The value, at most 255 characters; "" if section, key or file is missing. Blanks around the value do not
-    /// count, and a pair of quotes around it is taken off.
+    /// The value, at most 255 characters; "" if section, key or file is missing. Blanks around the value do
+    /// not count, and a pair of quotes around it is taken off.
     [[nodiscard]] virtual QString ReadProfileString(const QString& Section, const QString& Key,
                                                     const QString& File) const;
-    /// Creates file and section as needed; the folder must exist. Raises 70 or 61 when the file cannot be written,
-    /// 76 without the folder, 5 for an empty name or one that an ini file cannot hold, 321 for a file in UTF-16.
+    /// Creates file and section as needed; the folder must exist. Raises 70 or 61 when the file cannot be
+    /// written, 76 without the folder, 5 for an empty name or one that an ini file cannot hold, 321 for a
+    /// file in UTF-16.
     virtual void WriteProfileString(const QString& Section, const QString& Key, const QString& Value,
                                     const QString& File);
     /// The machine's name, the identity `Maschine` of a till, at most 50 characters; the environment variable

@@ -2,7 +2,9 @@
 
 #include <text/RuntimeError.h>
 
-/// The global error report: one box with the Critical icon under the title "Unerwarteter Fehler...". Never raises.
+/// The global error report: one box with the Critical icon under the title "Unerwarteter Fehler...". Never
+/// raises.
 void ShowProgrammFehler(int Number, const QString& Source, const QString& Description);
-/// The same for a caught error; `source` names the form or module when the error carries no source of its own.
+/// The same for a caught error; `source` names the form or module when the error carries no source of its
+/// own.
 void ShowProgrammFehler(const RuntimeError& error, const QString& source);

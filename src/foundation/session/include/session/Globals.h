@@ -12,8 +12,8 @@ class CSystem;
 /// What a session keeps for its whole life. Settings are filled from konfig.ini at start-up by the table in
 /// <session/Settings.h>; screens read these and never the file.
 
-extern std::unique_ptr<Database> gDB;      ///< the one connection
-extern std::unique_ptr<CSystem> gSystem;   ///< ini files, computer name
+extern std::unique_ptr<Database> gDB;    ///< the one connection
+extern std::unique_ptr<CSystem> gSystem; ///< ini files, computer name
 
 extern QString gAppPath; ///< program folder, ends in a separator
 extern QString gDBPath;  ///< folder of the store, templates and pictures, ends in a separator
@@ -30,12 +30,13 @@ extern int gPrintMode; ///< 0 none, 1 receipt, 2 form, 3 ask
 extern bool gAHVerkaufAktiv, gAbfrageLoginProOrder, gShowKundenKFZInfo, gPrintDirectIO;
 extern int gPrintDirectIOPort;
 extern QString gSteuerText;
-extern bool gRoundDecimal, gShowLagerBestand, gEnabledIMDisplayModus, gDisabledAskForNewArtikel, gIsSoundCardAktiv,
-    gShowWechselgeldDialog, gProtocolAbrechnung, gAbfrageProgrammEnde, gAbfrageKassenBestand, gAutoPresseUpdate,
-    gOnlyKassenModus, gEnabledSWShortCut, gEKPreisNettoAngabe, gVKPreisNettoAngabe;
+extern bool gRoundDecimal, gShowLagerBestand, gEnabledIMDisplayModus, gDisabledAskForNewArtikel,
+    gIsSoundCardAktiv, gShowWechselgeldDialog, gProtocolAbrechnung, gAbfrageProgrammEnde,
+    gAbfrageKassenBestand, gAutoPresseUpdate, gOnlyKassenModus, gEnabledSWShortCut, gEKPreisNettoAngabe,
+    gVKPreisNettoAngabe;
 extern QString gWaehrungsSymbol;
 extern int gDecimalStellen, gDecimalStellenEKPreis;
-extern QString gFormatPreis, gFormatEKPreis;      ///< "###0.00" with that many decimals
+extern QString gFormatPreis, gFormatEKPreis;        ///< "###0.00" with that many decimals
 extern double gHalberSteuerSatz, gVollerSteuerSatz; ///< percent
 extern bool gEnabledCancelAbschluss, gZVTEnabled;
 
@@ -51,7 +52,11 @@ extern QString gKassenLadeOpenCode;
 extern int gKundenLCDPort, gKundenLCDClearCode;
 
 // Switches of the register's functions
-extern bool gKFBenutzerWechsel, gKFZwischenBericht, gKFKassenBestand, gKFGutschrift, gKFKasseneinlage, gKFKassenentnahme, gKFKassenlade, gKFLangText, gKFGutscheinErstellen, gKFGutscheinEinloesen, gKFGutscheinAuszahlung, gKFBestellungParken, gKFWarenrueckgabe, gKFWarenAnkauf, gKFRechnungsHistorie, gKFAngebotsHistorie, gKFLieferscheinHistorie, gKFArtikelInfo, gKFFreierArtikelPreis, gKFKunden, gKFRabatt, gKFAuftrag, gKFMinusBuchung;
+extern bool gKFBenutzerWechsel, gKFZwischenBericht, gKFKassenBestand, gKFGutschrift, gKFKasseneinlage,
+    gKFKassenentnahme, gKFKassenlade, gKFLangText, gKFGutscheinErstellen, gKFGutscheinEinloesen,
+    gKFGutscheinAuszahlung, gKFBestellungParken, gKFWarenrueckgabe, gKFWarenAnkauf, gKFRechnungsHistorie,
+    gKFAngebotsHistorie, gKFLieferscheinHistorie, gKFArtikelInfo, gKFFreierArtikelPreis, gKFKunden, gKFRabatt,
+    gKFAuftrag, gKFMinusBuchung;
 
 /// Screen colours as 0xBBGGRR: background, foreground, panel, second panel.
 extern int gColorBack1, gColorBack2, gColorBack3, gColorBack4;

@@ -5,13 +5,14 @@
 #include <exception>
 #include <utility>
 
-/// The guard of every event handler: runs `body`; an error first runs `cleanup` (cancel pending edits, refresh the
-/// screen), then goes to ShowProgrammFehler under `source`. True when the body went through.
+/// The guard of every event handler: runs `body`; an error first runs `cleanup` (cancel pending edits,
+/// refresh the screen), then goes to ShowProgrammFehler under `source`. True when the body went through.
 ///
 ///     void frmKasse::on_cmdStorno_clicked() {
 ///         Handle("frmKasse", [&] { m_register.Storno(); }, [&] { m_register.CancelEdits(); });
 ///     }
-template <typename Body, typename Cleanup> bool Handle(const char* source, Body&& body, Cleanup&& cleanup) {
+template <typename Body, typename Cleanup>
+bool Handle(const char* source, Body&& body, Cleanup&& cleanup) {
     try {
         std::forward<Body>(body)();
         return true;
@@ -25,6 +26,7 @@ template <typename Body, typename Cleanup> bool Handle(const char* source, Body&
     return false;
 }
 
-template <typename Body> bool Handle(const char* source, Body&& body) {
+template <typename Body>
+bool Handle(const char* source, Body&& body) {
     return Handle(source, std::forward<Body>(body), [] {});
 }

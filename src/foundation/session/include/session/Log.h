@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// The program's own log: one text file of at most a megabyte, with two older ones beside it. It holds what support
-/// wants to know after the fact: warnings of the libraries and every unexpected error that was shown.
+/// The program's own log: one text file of at most a megabyte, with two older ones beside it. It holds what
+/// support wants to know after the fact: warnings of the libraries and every unexpected error that was shown.
 
 /// Starts to log into `folder` (made when missing) and takes over the messages of Qt. An empty folder means
 /// MERIVANE_STATE, else the user's state folder. Never raises: a log that cannot be written is left out.

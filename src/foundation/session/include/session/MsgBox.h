@@ -5,8 +5,8 @@
 
 #include <optional>
 
-/// The one seam for every stop that waits for a person. Production installs a host with touch-sized windows, tests
-/// one that answers from a script. Cores call these functions and never know which host answers.
+/// The one seam for every stop that waits for a person. Production installs a host with touch-sized windows,
+/// tests one that answers from a script. Cores call these functions and never know which host answers.
 
 enum class MsgButtons { OK, OKCancel, YesNo };
 enum class MsgIcon { None, Critical, Question, Exclamation, Information };
@@ -24,7 +24,8 @@ class DialogHost {
     virtual ~DialogHost() = default;
     virtual MsgAnswer msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                              MsgAnswer preset) = 0;
-    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& preset) = 0;
+    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title,
+                                            const QString& preset) = 0;
     virtual std::optional<QString> chooseFile(const FileRequest& request) = 0;
 };
 
@@ -35,8 +36,9 @@ DialogHost* SetDialogHost(DialogHost* host);
 inline constexpr char16_t SystemTitle[] = u"Systemmeldung...";
 
 /// Shows a message and waits. `preset` is the button that Enter presses; by default OK or Yes.
-MsgAnswer MsgBox(const QString& text, MsgIcon icon = MsgIcon::Information, MsgButtons buttons = MsgButtons::OK,
-                 const QString& title = QString::fromUtf16(SystemTitle), std::optional<MsgAnswer> preset = {});
+MsgAnswer MsgBox(const QString& text, MsgIcon icon = MsgIcon::Information,
+                 MsgButtons buttons = MsgButtons::OK, const QString& title = QString::fromUtf16(SystemTitle),
+                 std::optional<MsgAnswer> preset = {});
 /// True for Yes. Question icon.
 bool AskYesNo(const QString& text, const QString& title = QString::fromUtf16(SystemTitle));
 /// std::nullopt when cancelled.

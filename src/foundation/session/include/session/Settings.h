@@ -10,7 +10,7 @@ class CSystem;
 /// How the text of a key becomes a value.
 enum class SettingKind {
     Truth,   ///< "1" is True, everything else False
-    Boolean, ///< "-1" and "0", converted as a Boolean: raises 13 for anything else
+    Boolean, ///< converted as a Boolean ("-1", "0", "Wahr", ...); an empty key leaves the global as it is
     Integer, ///< the default when it is not numeric
     Number,  ///< likewise, with a decimal comma
     Text,    ///< as it stands
@@ -33,6 +33,7 @@ struct Setting {
     const char16_t* fallback = u""; ///< what the global takes for an empty key, as it would stand in the file
     const char16_t* back = nullptr; ///< what is written when the key is empty; nullptr writes nothing
     const char16_t* backSection = nullptr; ///< where that is written, when not into `section`
+    bool* backTarget = nullptr; ///< when it is written, this becomes True and `target` stays as it is
     bool trimmed = false;
     SettingReader reader = SettingReader::StartUp;
 };

@@ -4,8 +4,10 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class InstanceLock;
+class RuntimeError;
 
 /// The screens that start-up asks for. Implemented above, scripted in tests.
 class StartUpScreens {
@@ -59,7 +61,7 @@ enum class StartResult {
 ///     if (start.Main() != StartResult::Running) return 1;
 class StartUp {
   public:
-    /// `addressOfVendor` is what the reminder of the tax rates names.
+    /// All three are kept by reference.
     StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter);
     ~StartUp();
 
@@ -68,10 +70,12 @@ class StartUp {
     StartResult Main();
 
   private:
-    void refuseSecondInstance();
+    // Each gives the end of `Main`, or nothing when it goes on.
+    std::optional<StartResult> prepare();
+    std::optional<StartResult> failed(const RuntimeError& error);
     void openStore();
     void loadSession();
-    StartResult failed(const class RuntimeError& error);
+    void splash(const QString& line, int milliseconds);
 
     StartUpScreens& m_screens;
     const PrinterList& m_printers;

@@ -4,8 +4,8 @@
 
 #include <QString>
 
-/// Records of the register's small dialogs: the caller fills one, shows the dialog, reads `Ergebnis` (1 confirmed,
-/// 0 cancelled).
+/// Records of the register's small dialogs: the caller fills one, shows the dialog, reads `Ergebnis` (1
+/// confirmed, 0 cancelled).
 
 struct RabattAngabe {
     Currency Prozent;
@@ -26,8 +26,8 @@ struct FreierArtikel {
 };
 extern FreierArtikel gFreierArtikel;
 
-/// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, "" when
-/// cancelled.
+/// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
+/// when cancelled.
 struct ArtikelLieferant {
     QString BestellNummer, ArtikelNummer;
 };

@@ -4,8 +4,8 @@
 
 /// Rights as the columns of `Personal` hold them.
 struct Rechte {
-    bool R_Artikel = false, R_Kunden = false, R_Personal = false, R_Berichte = false, R_Setup = false, R_Rabatt = false,
-         R_KassenAbschluss = false, R_RechnungEdit = false, R_SystemExit = false;
+    bool R_Artikel = false, R_Kunden = false, R_Personal = false, R_Berichte = false, R_Setup = false,
+         R_Rabatt = false, R_KassenAbschluss = false, R_RechnungEdit = false, R_SystemExit = false;
 };
 
 /// The person logged in at frmLogin.

@@ -1,0 +1,273 @@
+#include "InstanceLock.h"
+
+#include <session/CSystem.h>
+#include <session/Error.h>
+#include <session/Globals.h>
+#include <session/MsgBox.h>
+#include <session/Settings.h>
+#include <session/Startup.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QThread>
+#include <QTimer>
+
+#include <cerrno>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int fileMissing = 3024;
+constexpr int wrongPassword = 3031;
+constexpr int cannotLock = 3050;
+constexpr int typeMismatch = 13;
+
+constexpr auto module = u"mdlGlobal";
+constexpr auto vendorUrl = u"https://www.merivane.example/";
+constexpr auto vendorAddress = u"www.merivane.example";
+// Stores of older versions carry the first; every start moves them to the second. See docs/settings.md.
+constexpr auto oldPassword = u"kestrel";
+constexpr auto newPassword = u"brsk-604917";
+
+QString text(const char16_t* constant) { return QString::fromUtf16(constant); }
+
+/// A folder with a separator at its end.
+QString normalised(const QString& folder) {
+    const bool ends = folder.endsWith(u'/') || folder.endsWith(QDir::separator());
+    return ends ? folder : folder + QDir::separator();
+}
+
+QString programFolder() {
+    const QString home = qEnvironmentVariable("MERIVANE_HOME");
+    return normalised(home.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(home).absolutePath());
+}
+
+QString storeFile() { return gDBPath + u"Merivane.mdb"_s; }
+
+QString connectText(const QString& password) { return u";PWD="_s + password; }
+
+/// Moves a store with the old password, or none, to the new one. A store that has it already, or is open at
+/// another till at this moment, stays as it is, and nobody is told.
+void SetDatenbankKennwort() {
+    QString old = text(oldPassword);
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        try {
+            const auto db = Database::OpenDatabase(storeFile(), true, false, connectText(old));
+            db->NewPassword(old, text(newPassword));
+            db->Close();
+            return;
+        } catch (const RuntimeError& error) {
+            if (error.Number != wrongPassword) return;
+            old.clear();
+        }
+    }
+}
+
+/// The cards offered at payment, until the shop writes its own list.
+void createKartenList() {
+    const QString path = gDBPath + u"karten.txt"_s;
+    if (QFileInfo(path).isFile()) return;
+    QSaveFile file(path);
+    errno = 0;
+    if (file.open(QIODevice::WriteOnly) && file.write("VISA\r\nAmerican Express\r\n") > 0 && file.commit())
+        return;
+    const bool full = errno == ENOSPC;
+    throw RuntimeError(full ? 61 : 70, (full ? u"Datenträger voll: "_s : u"Zugriff verweigert: "_s) +
+                                           QDir::toNativeSeparators(path));
+}
+
+/// Runs one statement of start-up: a malformed value (13) leaves things as they are, and the next statement
+/// follows.
+template <typename Statement>
+void statement(Statement&& run) {
+    try {
+        run();
+    } catch (const RuntimeError& error) {
+        if (error.Number != typeMismatch) throw;
+    }
+}
+
+} // namespace
+
+void PaintWaiter::Yield() {
+    if (QCoreApplication::instance()) QCoreApplication::processEvents();
+}
+
+void PaintWaiter::Wait(int milliseconds) {
+    if (!QCoreApplication::instance()) {
+        QThread::msleep(static_cast<unsigned long>(milliseconds));
+        return;
+    }
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+StartUp::StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter)
+    : m_screens(screens)
+    , m_printers(printers)
+    , m_waiter(waiter) {}
+
+StartUp::~StartUp() = default;
+
+StartResult StartUp::Main() {
+    std::optional<StartResult> result;
+    try {
+        result = prepare();
+    } catch (const RuntimeError& error) {
+        result = failed(error);
+    } catch (const std::exception& error) {
+        result = failed(RuntimeError(51, QString::fromUtf8(error.what())));
+    }
+    // A store that was not found comes back here once its path is told.
+    while (!result) {
+        try {
+            openStore();
+            loadSession();
+            m_screens.ShowLogin();
+            result = StartResult::Running;
+        } catch (const RuntimeError& error) {
+            result = failed(error);
+        } catch (const std::exception& error) {
+            result = failed(RuntimeError(51, QString::fromUtf8(error.what())));
+        }
+    }
+    return *result;
+}
+
+std::optional<StartResult> StartUp::prepare() {
+    gSystem = std::make_unique<CSystem>();
+    gAppPath = programFolder();
+    gDefaultUrl = gSystem->ReadProfileString(u"URL"_s, u"Default_Url"_s, gAppPath + u"order.ini"_s).trimmed();
+    if (gDefaultUrl.isEmpty()) gDefaultUrl = text(vendorUrl);
+
+    if (!m_lock) m_lock = InstanceLock::acquire();
+    if (!m_lock) {
+        MsgBox(u"Dieses Programm wurde bereits gestartet."_s);
+        return StartResult::AlreadyRunning;
+    }
+    if (m_printers.names().isEmpty()) {
+        MsgBox(
+            u"Das Programm konnte nicht gestartet werden, da mindestens 1 installierter Drucker erforderlich ist."_s,
+            MsgIcon::Exclamation);
+        return StartResult::NoPrinter;
+    }
+    statement([&] { WriteDefaultPrinters(*gSystem, KonfigIni(), m_printers.defaultName()); });
+    return {};
+}
+
+void StartUp::openStore() {
+    gDBPath = normalised(gSystem->ReadProfileString(u"GLOBAL"_s, u"DBPath"_s, KonfigIni()));
+    m_screens.ShowSplash();
+    splash(u"Öffne Datenbank..."_s, 300);
+    SetDatenbankKennwort();
+
+    QString password = text(oldPassword);
+    for (gDB.reset(); !gDB;) {
+        try {
+            gDB = Database::OpenDatabase(storeFile(), false, false, connectText(password));
+        } catch (const RuntimeError& error) {
+            if (error.Number != wrongPassword || m_passwordTried) throw;
+            m_passwordTried = true;
+            password = text(newPassword);
+        }
+    }
+    statement(createKartenList);
+}
+
+void StartUp::loadSession() {
+    splash(u"Globale Einstellungen werden geladen..."_s, 400);
+    ReadSettings(*gSystem, KonfigIni());
+
+    gZVTEnabled = CreateZVTObject();
+    const QString told = gSystem->ReadProfileString(u"GLOBAL"_s, u"ZVTEnabled"_s, KonfigIni());
+    if (told.isEmpty())
+        gSystem->WriteProfileString(u"GLOBAL"_s, u"ZVTEnabled"_s, gZVTEnabled ? u"1"_s : u"0"_s, KonfigIni());
+    else if (told == u"0"_s)
+        gZVTEnabled = false;
+
+    statement(LoadColors);
+    splash(u"Alle Werte wurden ordnungsgemäß geladen..."_s, 300);
+    m_screens.UnloadSplash();
+    m_waiter.Yield();
+    statement(CheckSteuerUmstellung);
+}
+
+void StartUp::splash(const QString& line, int milliseconds) {
+    m_screens.SetSplashText(line);
+    m_waiter.Yield();
+    m_waiter.Wait(milliseconds);
+}
+
+std::optional<StartResult> StartUp::failed(const RuntimeError& error) {
+    try {
+        m_screens.UnloadSplash();
+        switch (error.Number) {
+        case wrongPassword:
+            MsgBox(
+                u"Diese Datenbank verwendet ein Kennwort, welches nicht mit dem im Programm übereinstimmt. "
+                "Setzen Sie das Kennwort auf den Standard zurück."_s);
+            return StartResult::WrongPassword;
+        case cannotLock:
+            MsgBox(u"Die Datenbank konnte nicht geöffnet werden. Stellen Sie sicher, dass Sie über die "
+                   u"erforderlichen "
+                   "Verzeichnisrechte im System verfügen. Weitere Informationen erhalten Sie von Ihrem "
+                   "Systemadministrator."_s);
+            return StartResult::StoreLocked;
+        case fileMissing:
+            gSetupDone = 0;
+            m_screens.ShowSetup();
+            if (gSetupDone == 0) return StartResult::SetupCancelled;
+            return {};
+        default:
+            ShowProgrammFehler(error, text(module));
+            return StartResult::Failed;
+        }
+    } catch (const std::exception& second) {
+        ShowProgrammFehler(51, text(module), QString::fromUtf8(second.what()));
+        return StartResult::Failed;
+    }
+}
+
+void LoadColors() {
+    gColorBack1 = 13813442;
+    gColorBack2 = 16777215;
+    gColorBack3 = 16118256;
+    gColorBack4 = 9533303;
+    const auto rs = gDB->OpenRecordset(u"SELECT * FROM Colors WHERE Aktiv=-1;"_s);
+    if (rs->Eof()) return;
+    const auto take = [&](int& color, const QString& column) {
+        if (const Value value = rs->Field(column); !value.isNull()) color = value.toLong();
+    };
+    take(gColorBack1, u"BC"_s);
+    take(gColorBack2, u"FC"_s);
+    take(gColorBack3, u"PBC"_s);
+    take(gColorBack4, u"TBC"_s);
+}
+
+void CheckSteuerUmstellung() {
+    const auto rs = gDB->OpenRecordset(u"SELECT COUNT(*) AS Anzahl FROM Artikel WHERE SteuerSatz=16;"_s);
+    const int count = rs->Eof() ? 0 : rs->Long(u"Anzahl");
+    if (count <= 0) return;
+    MsgBox(u"ACHTUNG: Steuerumstellung 2007\n\n\n"
+           "Es befinden sich noch "_s +
+               QString::number(count) +
+               u" Artikel mit 16,0% Steuersatz in Ihrer Datenbank.\n\n"
+               "Um Fehlbuchungen und eventl. Steuerprüfungen durch das Finanzamt zu vermeiden,\n"
+               "stellen Sie Ihren Steuersatz auf die neuen Vorgaben zum 31.12.2006 um.\n\n"
+               "Ein entsprechendes Tool zur Steuerumstellung finden Sie auf unserer\n"
+               "Internetseite "_s +
+               text(vendorAddress),
+           MsgIcon::Exclamation, MsgButtons::OK, u"Steuerumstellung..."_s);
+}
+
+bool CreateZVTObject() {
+    return false; // no terminal can be attached: cards are paid by hand
+}
