@@ -1,0 +1,59 @@
+#include "PortDevice.h"
+
+#include <session/CSystem.h>
+#include <session/Globals.h>
+#include <text/RuntimeError.h>
+
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+namespace devices {
+
+void raiseUnavailable(const QString& path) {
+    throw RuntimeError(68, u"Gerät nicht verfügbar: "_s + QDir::toNativeSeparators(path));
+}
+
+void raiseDenied(const QString& path) {
+    throw RuntimeError(70, u"Zugriff verweigert: "_s + QDir::toNativeSeparators(path));
+}
+
+void raiseBroken(const QString& path) {
+    throw RuntimeError(57, u"E/A-Fehler beim Gerät: "_s + QDir::toNativeSeparators(path));
+}
+
+} // namespace devices
+
+QString PortDevice(const QString& name) {
+    const QString upper = (name.endsWith(u':') ? name.chopped(1) : name).toUpper();
+    const QStringView digits = QStringView(upper).mid(3);
+    bool isNumber = false;
+    const int number = digits.toInt(&isNumber);
+    const int most = upper.startsWith(u"COM"_s) ? 99 : upper.startsWith(u"LPT"_s) ? 9 : 0;
+    if (!isNumber || number < 1 || number > most || !digits.front().isDigit())
+        throw RuntimeError(52, u"Dateiname oder -nummer falsch: "_s + name);
+    const QString key = upper.first(3) + QString::number(number);
+    const QString mapped =
+        gSystem ? gSystem->ReadProfileString(u"PORTS"_s, key, KonfigIni()).trimmed() : QString();
+    if (!mapped.isEmpty()) return mapped;
+    return most == 9 ? devices::platformParallel(number) : devices::platformSerial(number);
+}
+
+Port::Port(const QString& name, const std::optional<LineSettings>& settings) {
+    const QString path = PortDevice(name);
+    if (settings) m_device = devices::openLine(path, *settings);
+    if (!m_device) m_device = devices::openPlain(path);
+}
+
+Port::~Port() = default;
+
+void Port::write(const QByteArray& bytes) {
+    if (!m_device) throw RuntimeError(52, u"Dateiname oder -nummer falsch: der Anschluss ist geschlossen"_s);
+    m_device->write(bytes);
+}
+
+void Port::close() {
+    if (!m_device) return;
+    const auto device = std::move(m_device);
+    device->finish();
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <session/Startup.h>
+
+/// The printer that writes documents into the folder of konfig.ini [DRUCKER] PdfOrdner.
+inline constexpr auto pdfPrinterName = u"PDF-Drucker";
+
+/// The print queues of the system, and the PDF printer when a folder for it is told. Asked anew at each call,
+/// so that a queue set up meanwhile is seen. A print system that does not answer has no queues.
+class SystemPrinters : public PrinterList {
+  public:
+    [[nodiscard]] QStringList names() const override;
+    /// The system's default queue; without one the first of names().
+    [[nodiscard]] QString defaultName() const override;
+};
+
+/// The folder of the PDF printer, ends in a separator; "" when there is none.
+[[nodiscard]] QString PdfFolder();

@@ -1,0 +1,39 @@
+#include "../PortDevice.h"
+
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace devices {
+namespace {
+
+/// A device addressed like a file. The system's own time limits of the port hold.
+class PlainDevice : public Port::Device {
+  public:
+    explicit PlainDevice(const QString& path)
+        : m_file(path) {
+        if (m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) return;
+        if (m_file.error() == QFileDevice::PermissionsError) raiseDenied(path);
+        raiseUnavailable(path);
+    }
+    void write(const QByteArray& bytes) override {
+        if (m_file.write(bytes) != bytes.size()) raiseBroken(m_file.fileName());
+    }
+    void finish() override {
+        if (!m_file.flush()) raiseBroken(m_file.fileName());
+        m_file.close();
+    }
+
+  private:
+    QFile m_file;
+};
+
+} // namespace
+
+std::unique_ptr<Port::Device> openPlain(const QString& path) { return std::make_unique<PlainDevice>(path); }
+
+QString platformSerial(int number) { return u"\\\\.\\COM"_s + QString::number(number); }
+
+QString platformParallel(int number) { return u"\\\\.\\LPT"_s + QString::number(number); }
+
+} // namespace devices
