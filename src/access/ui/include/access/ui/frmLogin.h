@@ -1,0 +1,48 @@
+#pragma once
+
+#include <access/Login.h>
+#include <access/ui/KasseOpener.h>
+
+#include <QPointer>
+
+#include <memory>
+
+class frmMain;
+namespace Ui {
+class frmLogin;
+}
+
+/// The first screen, and the one the program comes back to: pick a name, type the PIN. Opens the shell, or
+/// the register when the till is nothing else. Closing it ends the program.
+class frmLogin : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit frmLogin(KasseFactory openKasse, QWidget* parent = nullptr);
+    ~frmLogin() override;
+
+  signals:
+    /// The form has been closed, and with it the program ends.
+    void Unloaded();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void LoadUsers();
+    /// `toShell`: cmdMain, which leads to the shell in any case.
+    void anmelden(bool toShell);
+    void StartKasse();
+    void showMain();
+    void comeBack();
+    void selectByText(const QString& text);
+
+    std::unique_ptr<Ui::frmLogin> m_ui;
+    Login m_login;
+    KasseOpener m_kasse;
+    QPointer<frmMain> m_main;
+};

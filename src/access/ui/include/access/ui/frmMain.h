@@ -1,0 +1,40 @@
+#pragma once
+
+#include <access/ShellBar.h>
+
+#include <QMainWindow>
+
+#include <memory>
+
+class KasseOpener;
+namespace Ui {
+class frmMain;
+}
+
+/// The back office's home: the bar `mainButtonBar` with one entry for each area. Closing it, by "Abmelden" or
+/// by its window, unloads the areas and leads back to the login.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    explicit frmMain(KasseOpener& kasse, QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    /// The bar as a table.
+    [[nodiscard]] const ShellBar& Bar() const { return m_bar; }
+
+  signals:
+    void Unloaded();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void fillBar();
+    void showBar();
+    void Logout();
+
+    std::unique_ptr<Ui::frmMain> m_ui;
+    KasseOpener& m_kasse;
+    ShellBar m_bar;
+};
