@@ -4,6 +4,7 @@
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
+#include <session/Handle.h>
 #include <session/MsgBox.h>
 #include <session/gArtikel.h>
 #include <session/gKunde.h>
@@ -152,6 +153,12 @@ void Basket::ShowGesamt(const QString& text) {
 
 void Basket::ItemClick(int row) {
     if (row < 0 || row >= rowCount()) return;
+    const bool ok = Handle(
+        "frmKasse", [&] { follow(row); }, [this] { CancelEdit(); });
+    if (!ok) Handle("frmKasse", [this] { RefreshGesamt(); });
+}
+
+void Basket::follow(int row) {
     if (row != m_selected) select(row);
     Recordset& rs = rsBestellung();
     rs.FindFirst(u"ID="_s + QString::number(m_rows[size_t(row)].ID));

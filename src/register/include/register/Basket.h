@@ -51,7 +51,8 @@ class Basket : public QAbstractTableModel {
     /// Sums the list into Gesamt().
     void RefreshGesamt();
     /// Selects `row` and follows it: record set, stock label, picture. A row that another till deleted is
-    /// told and the list is rebuilt. A row outside the list does nothing.
+    /// told and the list is rebuilt. A row outside the list does nothing. A handler of its own: failures are
+    /// reported here.
     void ItemClick(int row);
 
     /// Adds `amount` to the quantity of the selected line.
@@ -109,6 +110,7 @@ class Basket : public QAbstractTableModel {
     void replaceRows(std::vector<Row> rows);
     void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);
+    void follow(int row);
     void showStock();
     void showPicture(const QString& nummer);
     void setStock(StockLabel label);

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <register/Register.h>
+#include <session/Globals.h>
+#include <session/gAngaben.h>
+#include <session/gArtikel.h>
+#include <session/gKunde.h>
+#include <session/gUser.h>
+#include <session/gZahlung.h>
+#include <support/FixedClock.h>
+#include <support/ScriptedDialogs.h>
+#include <support/TempShop.h>
+
+#include <QFile>
+
+#include <deque>
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+
+using namespace Qt::StringLiterals;
+
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+
+/// A screen whose dialogs answer from a script; one too many or too few fails the test.
+class ScriptedScreen : public till::RegisterScreen {
+  public:
+    ~ScriptedScreen() override {
+        for (const auto& [name, answer] : m_expected)
+            ADD_FAILURE() << "never shown: " << name;
+    }
+    void expect(std::string name, std::function<void()> answer) {
+        m_expected.emplace_back(std::move(name), std::move(answer));
+    }
+
+    void ShowPreisAngabe() override { show("PreisAngabe"); }
+    void ShowRabatt() override { show("Rabatt"); }
+    void ShowFreierPreis() override { show("FreierPreis"); }
+    void ShowFreierArtikel() override { show("FreierArtikel"); }
+    void ShowArtikelLieferanten() override { show("ArtikelLieferanten"); }
+    void ShowKasseTotal() override { show("KasseTotal"); }
+    void ShowPrintDlg() override { show("PrintDlg"); }
+    void ShowKundenSuche() override { show("KundenSuche"); }
+    void ShowDesktopLogin() override { show("DesktopLogin"); }
+    void ShowKartenMenu() override { show("KartenMenu"); }
+    void UnknownArticleSound() override { ++sounds; }
+    void MovePointerAway() override {}
+    void Yield() override {
+        if (onYield) onYield();
+    }
+    void FocusInput() override { ++focused; }
+    void FocusGruppe() override {}
+
+    int sounds = 0, focused = 0;
+    std::function<void()> onYield;
+
+  private:
+    void show(const std::string& name) {
+        if (m_expected.empty() || m_expected.front().first != name) {
+            ADD_FAILURE() << "nobody expected " << name;
+            return;
+        }
+        const auto answer = m_expected.front().second;
+        m_expected.pop_front();
+        answer();
+    }
+    std::deque<std::pair<std::string, std::function<void()>>> m_expected;
+};
+
+/// A till in a small shop: what is typed and scanned here goes through the real core into a real store.
+class Till : public testing::Test {
+  protected:
+    Till() {
+        gFormatPreis = u"###0.00"_s;
+        gDecimalStellen = 2;
+        gVollerSteuerSatz = 19;
+        gHalberSteuerSatz = 7;
+        gShowWechselgeldDialog = gShowLagerBestand = gEnabledOrderSearch = true;
+        gKFMinusBuchung = gKFRabatt = gKFFreierArtikelPreis = gKFKunden = gKFBenutzerWechsel = true;
+        gKassenUser.ID = 3;
+        gKassenUser.Vorname = u"Jana"_s;
+        gKassenUser.Name = u"Koch"_s;
+        gKassenUser.R_Rabatt = gKassenUser.R_KassenAbschluss = gKassenUser.R_Kunden = true;
+        writeFile(u"karten.txt"_s, "VISA\r\n\r\nGirocard\r\n");
+    }
+    void SetUp() override { open(); }
+
+    void writeFile(const QString& name, const QByteArray& content) {
+        QFile file(shop.folder() + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    /// The till is switched on, for the first time or again.
+    void open() {
+        reg = std::make_unique<till::Register>(screen);
+        reg->Load();
+    }
+    /// As a scanner: the text, then Enter.
+    void scan(const QString& text) {
+        for (const QChar c : text)
+            reg->SetInput(reg->Input() + c);
+        reg->cmdEnter_Click();
+    }
+    void type(const QString& text) {
+        for (const QChar c : text)
+            reg->SetInput(reg->Input() + c);
+    }
+    [[nodiscard]] QString line(int row) {
+        QStringList cells;
+        for (int c = 0; c < till::Basket::ColumnCount; ++c)
+            cells << reg->basket().cell(row, till::Basket::Column(c));
+        return cells.join(u'|');
+    }
+    [[nodiscard]] QStringList list() {
+        QStringList lines;
+        for (int row = 0; row < reg->basket().rowCount(); ++row)
+            lines << line(row);
+        return lines;
+    }
+    void payCash(double given) {
+        screen.expect("KasseTotal", [given] {
+            gZahlung.Ergebnis = 1;
+            gZahlung.ZahlArt = u"BAR"_s;
+            gZahlung.Betrag_Gegeben = Currency::fromDouble(given);
+            gZahlung.Betrag_Zurueck = gZahlung.Betrag_Gegeben - gZahlung.Betrag_Gesamt;
+        });
+        reg->cmdTotal_Click();
+    }
+
+    TempShop shop;
+    FixedClock clock;
+    ScriptedDialogs dialogs;
+    ScriptedScreen screen;
+    std::unique_ptr<till::Register> reg;
+};

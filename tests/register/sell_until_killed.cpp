@@ -1,0 +1,84 @@
+#include <register/Register.h>
+#include <session/CSystem.h>
+#include <session/Globals.h>
+#include <session/MsgBox.h>
+#include <session/gUser.h>
+#include <store/Database.h>
+
+#include <QDir>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+// A till that sells as fast as it can and tells on standard output what a cashier would have seen: "+" and
+// the code of a line that stands on the screen, "=" when the sale was paid. Usage: sell_until_killed FOLDER
+// FIRST-NUMBER. It runs until somebody kills it; any message box ends it with an error.
+
+namespace {
+
+class NoScreen : public till::RegisterScreen {
+  public:
+    void ShowPreisAngabe() override {}
+    void ShowRabatt() override {}
+    void ShowFreierPreis() override {}
+    void ShowFreierArtikel() override {}
+    void ShowArtikelLieferanten() override {}
+    void ShowKasseTotal() override {}
+    void ShowPrintDlg() override {}
+    void ShowKundenSuche() override {}
+    void ShowDesktopLogin() override {}
+    void ShowKartenMenu() override {}
+    void UnknownArticleSound() override {}
+    void MovePointerAway() override {}
+    void Yield() override {}
+    void FocusInput() override {}
+    void FocusGruppe() override {}
+};
+
+class NoDialogs : public DialogHost {
+  public:
+    MsgAnswer msgBox(const QString& text, MsgButtons, MsgIcon, const QString&, MsgAnswer) override {
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+        std::exit(1);
+    }
+    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { std::exit(1); }
+    std::optional<QString> chooseFile(const FileRequest&) override { std::exit(1); }
+};
+
+void tell(char what, const QString& text) {
+    std::printf("%c%s\n", what, qPrintable(text));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) return 2;
+    NoDialogs dialogs;
+    SetDialogHost(&dialogs);
+    ResetSession();
+    gSystem = std::make_unique<CSystem>();
+    gAppPath = gDBPath = QString::fromLocal8Bit(argv[1]) + QDir::separator();
+    gFormatPreis = u"###0.00"_s;
+    gDecimalStellen = 2;
+    gVollerSteuerSatz = 19;
+    gDB = Database::OpenDatabase(gDBPath + u"Merivane.mdb"_s);
+
+    NoScreen screen;
+    till::Register reg(screen);
+    reg.Load();
+    for (qint64 number = QByteArray(argv[2]).toLongLong();; ++number) {
+        const QString code =
+            u"414%1"_s.arg(number, 10, 10, QChar(u'0')); // a press code: each line has a number of its own
+        reg.SetInput(code);
+        reg.cmdEnter_Click();
+        const till::Basket& basket = reg.basket();
+        if (basket.isEmpty() || basket.cell(basket.rowCount() - 1, till::Basket::ArtikelNr) != code) return 1;
+        tell('+', code);
+        if (number % 4 != 3) continue;
+        reg.cmdTotal_Click();
+        if (!basket.isEmpty()) return 1;
+        tell('=', code);
+    }
+}
