@@ -38,8 +38,6 @@ QString integrity(const QString& path) {
 
 QSet<QString> numbers(const TempShop& shop, const QString& table) {
     const QStringList all = shop.rows(u"SELECT ArtikelNummer FROM "_s + table);
-    EXPECT_EQ(all.size(), QSet<QString>(all.begin(), all.end()).size())
-        << "a line twice in " << table.toStdString();
     return {all.begin(), all.end()};
 }
 
