@@ -22,14 +22,21 @@ namespace {
 
 TEST(TouchKeyTest, WrapsLongCaptionsAndCutsWhatDoesNotFit) {
     TouchKey key(u"Roggenvollkornbrot mit Sonnenblumenkernen aus dem Holzofen, geschnitten, 1000 g"_s);
-    key.resize(160, 56);
+    key.resize(200, 56);
     const QStringList lines = key.shownLines();
     ASSERT_GE(lines.size(), 2);
     const QFontMetrics fm(Theme::Current().font());
     EXPECT_LE(lines.size() * fm.lineSpacing(), 56);
     EXPECT_TRUE(lines.last().endsWith(u'…')) << lines.last().toStdString();
     for (const QString& line : lines)
-        EXPECT_LE(fm.horizontalAdvance(line), 160) << line.toStdString();
+        EXPECT_LE(fm.horizontalAdvance(line), 200) << line.toStdString();
+    // Where a word is too long for the key, the letters become smaller before the word is torn apart.
+    key.resize(150, 56);
+    EXPECT_EQ(u"Roggenvollkornbrot"_s, key.shownLines().first().section(u' ', 0, 0));
+    key.setText(u"Sauerteigbrot 750 g"_s);
+    key.resize(140, 56);
+    ASSERT_EQ(2, key.shownLines().size());
+    EXPECT_TRUE(key.shownLines().last().startsWith(u"750"_s));
 
     key.setText(u"Käse && Wurst"_s);
     EXPECT_EQ(QStringList{u"Käse & Wurst"_s}, key.shownLines());

@@ -172,7 +172,7 @@ QTableView::item, QTreeView::item { padding: 2px 8px; border-bottom: 1px solid %
 QTableView::item:selected, QTreeView::item:selected { background: %selection%; color: %text%; }
 QHeaderView { background: %header%; }
 QHeaderView::section { color: %muted%; background: %header%; border: none; border-bottom: 1px solid %border%;
-  padding: 5px 8px; font-size: %small%px; font-weight: 600; }
+  padding: 5px 11px; font-size: %small%px; font-weight: 600; }
 QTableCornerButton::section { background: %header%; border: none; }
 QScrollBar:vertical { background: transparent; width: 18px; margin: 0; }
 QScrollBar::handle:vertical { background: %shadow%; border-radius: 5px; min-height: 48px; margin: 3px 4px; }

@@ -3,6 +3,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextLayout>
 
 using namespace Qt::StringLiterals;
@@ -40,13 +41,25 @@ QString TouchKey::caption() const {
     QString plain = text();
     plain.replace(u"&&"_s, QString(QChar(1)));
     plain.remove(u'&');
-    return plain.replace(QChar(1), u'&');
+    plain.replace(QChar(1), u'&');
+    // A unit stays with its number: "750 g" is not torn apart.
+    const qsizetype last = plain.lastIndexOf(u' ');
+    if (last >= 0 && plain.size() - last <= 3) plain[last] = QChar::Nbsp;
+    return plain;
 }
 
 QFont TouchKey::captionFont() const {
     const bool strong = m_accent || m_large || isChecked() || isCheckable() || !m_hint.isEmpty();
-    return Theme::Current().font(m_large ? Theme::Size::Large : Theme::Size::Normal,
-                                 strong ? QFont::DemiBold : QFont::Medium);
+    const QFont::Weight weight = strong ? QFont::DemiBold : QFont::Medium;
+    const QFont font = Theme::Current().font(m_large ? Theme::Size::Large : Theme::Size::Normal, weight);
+    if (m_large) return font;
+    // Rather smaller letters than a word that is torn apart.
+    const QFontMetrics fm(font);
+    static const QRegularExpression breaks(u"[ \\n/-]"_s);
+    for (const QString& word : caption().split(breaks, Qt::SkipEmptyParts))
+        if (fm.horizontalAdvance(word) > captionRect().width())
+            return Theme::Current().font(Theme::Size::Small, weight);
+    return font;
 }
 
 QSize TouchKey::minimumSizeHint() const {
@@ -55,14 +68,15 @@ QSize TouchKey::minimumSizeHint() const {
 }
 
 QSize TouchKey::sizeHint() const {
-    const QFontMetrics fm(captionFont());
+    const QFontMetrics fm(
+        Theme::Current().font(m_large ? Theme::Size::Large : Theme::Size::Normal, QFont::DemiBold));
     const QSize least = minimumSizeHint();
     // Longer captions wrap, so they ask for no more than this.
     const int width = std::min(fm.horizontalAdvance(caption()), 11 * least.height() / 4);
     return {std::max(least.width(), width + 28), least.height()};
 }
 
-QRect TouchKey::captionRect() const { return rect().adjusted(8, 3, -8, -5); }
+QRect TouchKey::captionRect() const { return rect().adjusted(6, 3, -6, -5); }
 
 QStringList TouchKey::shownLines() const {
     const QRect area = captionRect();
