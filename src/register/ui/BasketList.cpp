@@ -1,0 +1,59 @@
+#include "BasketList.h"
+
+#include <ui/Theme.h>
+
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QScroller>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+
+namespace {
+
+/// Marks the selected row with a bar at its edge, so that it is found at a glance.
+class RowMark : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& where) const override {
+        QStyledItemDelegate::paint(painter, option, where);
+        if (where.column() == 0 && option.state.testFlag(QStyle::State_Selected))
+            painter->fillRect(QRect(option.rect.topLeft(), QSize(5, option.rect.height())),
+                              Theme::Current().accent);
+    }
+};
+
+} // namespace
+
+BasketList::BasketList(QWidget* parent)
+    : QTableView(parent) {
+    setItemDelegate(new RowMark(this));
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setSectionsClickable(false);
+    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { scrollTo(currentIndex()); });
+}
+
+void BasketList::showRow(int row) {
+    if (row < 0) {
+        clearSelection();
+        return;
+    }
+    selectRow(row);
+    scrollTo(model()->index(row, 0));
+}
+
+void BasketList::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    fitRows();
+    scrollTo(currentIndex());
+}
+
+void BasketList::fitRows() {
+    const int wanted = Theme::Current().keyHeight * 3 / 5;
+    const int fitting = std::max(1, (viewport()->height() + wanted / 3) / wanted);
+    verticalHeader()->setDefaultSectionSize(std::max(1, viewport()->height() / fitting));
+}

@@ -1,0 +1,307 @@
+#include "EntryKeyboard.h"
+#include "KasseLayout.h"
+#include "KasseNumberDialogs.h"
+#include "KassenMenus.h"
+#include "WorkQueue.h"
+#include "frmKasseArtikelLieferanten.h"
+#include "frmKasseFreierArtikel.h"
+#include "frmKasseKundenSuche.h"
+#include "frmKasseTotal.h"
+#include "ui_frmKasse.h"
+
+#include <printing/ui/frmKassePrintDlg.h>
+#include <register/gMaschine.h>
+#include <register/ui/frmKasse.h>
+#include <session/CSystem.h>
+#include <session/Clock.h>
+#include <session/Globals.h>
+#include <store/Database.h>
+#include <ui/Pointer.h>
+#include <ui/ShowModal.h>
+#include <ui/Sound.h>
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QStyle>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
+    : QWidget(parent)
+    , m_showDesktopLogin(std::move(showDesktopLogin))
+    , m_ui(std::make_unique<Ui::frmKasse>())
+    , m_till(*this)
+    , m_queue(std::make_unique<WorkQueue>())
+    , m_clock(this) {
+    m_ui->setupUi(this);
+    m_layout = std::make_unique<KasseLayout>(*m_ui);
+    m_menus = new KassenMenus(this);
+    const bool f8IsPrice = gSystem->ReadProfileString(u"SERVICE"_s, u"F8Preis"_s, KonfigIni()) == u"1"_s;
+    m_keyboard = new EntryKeyboard(this, m_ui->txtInput, *m_queue, m_till,
+                                   FunctionKeys(f8IsPrice, gEnabledSWShortCut));
+    connectBasket();
+    connectEntry();
+    connectKeys();
+    connectFunctions();
+    applySwitches();
+    m_layout->setUp();
+
+    m_queue->run([this] { m_till.Load(); });
+    m_menus->setKarten(m_till.Karten());
+    showTitle(m_till.Title());
+    m_ui->lblVersion->setText(u"DB Jet "_s + gDB->Version());
+    m_ui->lblMaschine->setText(u"Kasse: "_s + gMaschine);
+    m_ui->lblUser->setText(m_till.UserDisplay());
+    m_ui->lblWaehrung->setText(gWaehrungsSymbol);
+    m_ui->lblGesamt->setText(m_till.basket().Gesamt());
+    showBestand(m_till.basket().Bestand());
+    refreshKeys();
+
+    m_clock.setObjectName(u"clockTimer"_s);
+    connect(&m_clock, &QTimer::timeout, this, &frmKasse::showClock);
+    m_clock.start(1000);
+    showClock();
+}
+
+frmKasse::~frmKasse() {
+    // The keyboard listens to the whole application and refers to what is about to go.
+    delete m_keyboard;
+    m_ui->lvwBestellung->setModel(nullptr);
+}
+
+void frmKasse::Open() {
+    if (gOnlyKassenModus) {
+        setWindowFlag(Qt::FramelessWindowHint);
+        showFullScreen();
+    } else {
+        showMaximized();
+    }
+}
+
+void frmKasse::LoadBestellungen() {
+    m_queue->run([this] { m_till.LoadBestellungen(); });
+}
+
+void frmKasse::applySwitches() {
+    m_ui->cmdArtikelPreis->setVisible(gKFFreierArtikelPreis);
+    m_ui->cmdKunde->setVisible(gKFKunden);
+    m_ui->cmdRabatt->setVisible(gKFRabatt);
+    m_ui->cmdFunction->setVisible(m_menus->hasFunctions());
+}
+
+void frmKasse::connectEntry() {
+    connect(&m_till, &till::Register::InputChanged, m_ui->txtInput, [this](const QString& text) {
+        if (m_ui->txtInput->text() != text) m_ui->txtInput->setText(text);
+    });
+    connect(&m_till, &till::Register::MalChanged, m_ui->txtMal, &QLineEdit::setText);
+    connect(m_ui->txtInput, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (text != m_till.Input()) m_queue->run([this, text] { m_till.SetInput(text); });
+    });
+
+    const auto press = [this](TouchKey* key, auto handler) {
+        connect(key, &TouchKey::clicked, this, [this, handler] { m_queue->run(handler); });
+    };
+    for (int i = 0; i <= 9; ++i)
+        press(findChild<TouchKey*>(u"cmdNumber%1"_s.arg(i)), [this, i] { m_till.cmdNumber_Click(i); });
+    press(m_ui->cmdDecimal, [this] { m_till.cmdDecimal_Click(); });
+    press(m_ui->cmdMal, [this] { m_till.cmdMal_Click(); });
+    press(m_ui->cmdMinus, [this] { m_till.cmdMinus_Click(); });
+    press(m_ui->cmdPlus, [this] { m_till.cmdPlus_Click(); });
+    press(m_ui->cmdEnter, [this] { m_till.cmdEnter_Click(); });
+    press(m_ui->cmdClear, [this] { function(Taste::Clear); });
+    connect(m_keyboard, &EntryKeyboard::function, this, &frmKasse::function);
+}
+
+void frmKasse::connectKeys() {
+    for (int i = 0; i < till::ArticleKeys::Groups; ++i) {
+        auto* key = findChild<TouchKey*>(u"cmdGruppe%1"_s.arg(i));
+        m_keyboard->addGroupKey(key);
+        connect(key, &TouchKey::clicked, this, [this, i] {
+            m_queue->run([this, i] { m_till.cmdGruppe_Click(i); });
+            refreshKeys();
+        });
+    }
+    for (int i = 0; i < till::ArticleKeys::Keys; ++i) {
+        connect(findChild<TouchKey*>(u"cmdArtikel%1"_s.arg(i)), &TouchKey::clicked, this,
+                [this, i] { m_queue->run([this, i] { m_till.cmdArtikel_Click(i); }); });
+    }
+    connect(&m_till, &till::Register::KeysChanged, this, &frmKasse::refreshKeys);
+}
+
+void frmKasse::connectFunctions() {
+    const std::pair<TouchKey*, Taste> keys[] = {{m_ui->cmdArtikelPreis, Taste::ArtikelPreis},
+                                                {m_ui->cmdRabatt, Taste::Rabatt},
+                                                {m_ui->cmdKunde, Taste::Kunde},
+                                                {m_ui->cmdStorno, Taste::Storno},
+                                                {m_ui->cmdFunction, Taste::Function},
+                                                {m_ui->cmdExit, Taste::Exit},
+                                                {m_ui->cmdKarte, Taste::Karte},
+                                                {m_ui->cmdTotal, Taste::Total}};
+    for (const auto& [key, taste] : keys)
+        connect(key, &TouchKey::clicked, this, [this, taste = taste] { function(taste); });
+    connect(m_menus, &KassenMenus::tool, this, &frmKasse::tool);
+    connect(&m_till, &till::Register::TitleChanged, this, &frmKasse::showTitle);
+    connect(&m_till, &till::Register::UserChanged, m_ui->lblUser, &QLabel::setText);
+}
+
+void frmKasse::connectBasket() {
+    till::Basket& basket = m_till.basket();
+    BasketList* list = m_ui->lvwBestellung;
+    list->setModel(&basket);
+    connect(list, &BasketList::clicked, this, [this](const QModelIndex& where) {
+        m_queue->run(
+            [this, row = QPersistentModelIndex(where)] { m_till.lvwBestellung_ItemClick(row.row()); });
+    });
+    connect(&basket, &till::Basket::SelectedChanged, list, &BasketList::showRow);
+    connect(&basket, &till::Basket::GesamtChanged, m_ui->lblGesamt, &QLabel::setText);
+    connect(&basket, &till::Basket::BestandChanged, this, &frmKasse::showBestand);
+    connect(&basket, &till::Basket::BildChanged, this, [this](const till::ArticlePicture& picture) {
+        m_ui->sspArtBild->showPicture(picture.file, picture.caption);
+    });
+}
+
+void frmKasse::function(Taste taste) {
+    // The menu of the functions waits for a choice without holding anything up; the others are handlers.
+    m_queue->run([this, taste] {
+        switch (taste) {
+        case Taste::Clear:
+            return m_till.cmdClear_Click();
+        case Taste::ArtikelPreis:
+            return m_till.cmdArtikelPreis_Click();
+        case Taste::Rabatt:
+            return m_till.cmdRabatt_Click();
+        case Taste::Kunde:
+            return m_till.cmdKunde_Click();
+        case Taste::Storno:
+            return m_till.cmdStorno_Click();
+        case Taste::Total:
+            return m_till.cmdTotal_Click();
+        case Taste::Karte:
+            return m_till.cmdKarte_Click();
+        case Taste::Function:
+            return m_menus->showFunction(m_ui->cmdFunction);
+        case Taste::ShortCutFocus:
+            return m_till.ToggleShortCutFocus();
+        case Taste::Exit:
+            return unload();
+        }
+    });
+}
+
+void frmKasse::tool(const QString& name, const QString& caption) {
+    m_queue->run([this, name, caption] {
+        if (name == u"FileChangeUser"_s)
+            m_till.ChangeUser();
+        else
+            m_till.PayByKarte(caption);
+    });
+}
+
+void frmKasse::refreshKeys() {
+    const till::ArticleKeys& keys = m_till.keys();
+    const auto shown = [](QString caption) { return caption.replace(u'&', u"&&"_s); };
+    for (int i = 0; i < till::ArticleKeys::Groups; ++i) {
+        auto* key = findChild<TouchKey*>(u"cmdGruppe%1"_s.arg(i));
+        key->setText(shown(keys.group(i)));
+        key->setChecked(i == keys.pressed());
+    }
+    for (int i = 0; i < till::ArticleKeys::Keys; ++i) {
+        auto* key = findChild<TouchKey*>(u"cmdArtikel%1"_s.arg(i));
+        key->setText(shown(keys.key(i).caption));
+        key->setTag(keys.key(i).artikelNummer);
+    }
+    m_ui->sspArtikel_BG->setTitle(keys.title());
+}
+
+void frmKasse::showTitle(const QString& title) {
+    QString shown = title;
+    m_ui->sspBestellung_BG->setTitle(shown.replace(u"&&"_s, u"&"_s));
+}
+
+void frmKasse::showBestand(const till::StockLabel& label) {
+    m_ui->lblBestand->setText(label.text);
+    m_ui->lblBestand->setVisible(label.visible);
+    const QString role = label.warning ? u"warning strong"_s : u"muted"_s;
+    if (m_ui->lblBestand->property("role").toString() == role) return;
+    m_ui->lblBestand->setProperty("role", role);
+    m_ui->lblBestand->style()->unpolish(m_ui->lblBestand);
+    m_ui->lblBestand->style()->polish(m_ui->lblBestand);
+}
+
+void frmKasse::showClock() { m_ui->lblUhr->setText(Now().toString(u"dd.MM.yyyy hh:mm"_s)); }
+
+void frmKasse::unload() {
+    if (m_till.QueryUnload() == till::Register::Unload::Stay) return;
+    m_unloaded = true;
+    m_queue->close();
+    if (!m_inCloseEvent) close();
+    emit Unloaded();
+}
+
+void frmKasse::closeEvent(QCloseEvent* event) {
+    if (!m_unloaded) {
+        m_inCloseEvent = true;
+        m_queue->run([this] { unload(); });
+        m_inCloseEvent = false;
+    }
+    event->setAccepted(m_unloaded);
+}
+
+void frmKasse::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_layout->fit(size());
+}
+
+void frmKasse::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    FocusInput();
+}
+
+bool frmKasse::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate) FocusInput();
+    return QWidget::event(event);
+}
+
+void frmKasse::ShowPreisAngabe() {
+    frmKassePreisAngabe dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowRabatt() {
+    frmKasseRabatt dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowFreierPreis() {
+    frmKasseFreierPreis dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowFreierArtikel() {
+    frmKasseFreierArtikel dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowArtikelLieferanten() {
+    frmKasseArtikelLieferanten dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowKasseTotal() {
+    frmKasseTotal dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowPrintDlg() {
+    frmKassePrintDlg dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowKundenSuche() {
+    frmKasseKundenSuche dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowDesktopLogin() {
+    if (m_showDesktopLogin) m_showDesktopLogin();
+}
+void frmKasse::ShowKartenMenu() { m_menus->showKarte(m_ui->cmdKarte); }
+void frmKasse::UnknownArticleSound() { SoundUnknownArticle(); }
+void frmKasse::MovePointerAway() { ::MovePointerAway(); }
+void frmKasse::Yield() { QCoreApplication::processEvents(); }
+void frmKasse::FocusInput() { m_ui->txtInput->setFocus(Qt::OtherFocusReason); }
+void frmKasse::FocusGruppe() { m_ui->cmdGruppe0->setFocus(Qt::OtherFocusReason); }

@@ -1,0 +1,85 @@
+#include "frmKasseTotal.h"
+
+#include "ui_frmKasseTotal.h"
+
+#include <session/Globals.h>
+#include <session/Handle.h>
+#include <ui/Theme.h>
+
+#include <QKeyEvent>
+
+using namespace Qt::StringLiterals;
+
+frmKasseTotal::frmKasseTotal(QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::frmKasseTotal>())
+    , m_timer(this) {
+    m_ui->setupUi(this);
+    const int edge = Theme::Current().keyHeight;
+    m_ui->pad->setKeys(DigitPad::Decimal | DigitPad::Clear);
+    m_ui->pad->setMinimumSize(edge * 6, edge * 5);
+    m_ui->pad->setTarget(m_ui->txtGegeben);
+    m_ui->cmdAHVerkauf->setVisible(gAHVerkaufAktiv);
+    m_ui->txtGegeben->installEventFilter(this);
+
+    m_ui->txtSumme->setText(m_total.Summe());
+    connect(m_ui->txtGegeben, &QLineEdit::textChanged, this, [this](const QString& text) {
+        Handle("frmKasseTotal", [&] {
+            m_total.SetGegeben(text);
+            m_ui->txtBack->setText(m_total.Back());
+        });
+    });
+    m_ui->txtBack->setText(m_total.Back());
+    showGegeben();
+
+    connect(m_ui->pad, &DigitPad::clear, this, [this] {
+        m_total.Clear();
+        showGegeben();
+    });
+    connect(m_ui->txtGegeben, &NumberEdit::enterPressed, m_ui->cmdBar, &TouchKey::click);
+    connect(m_ui->cmdBar, &TouchKey::clicked, this, [this] { pay([this] { return m_total.Bar(); }); });
+    connect(m_ui->cmdAHVerkauf, &TouchKey::clicked, this,
+            [this] { pay([this] { return m_total.AHVerkauf(); }); });
+
+    m_timer.setObjectName(u"mainTimer"_s);
+    m_timer.setInterval(5000);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, m_ui->cmdBar, &TouchKey::click);
+    if (gEnabledAutoClose) m_timer.start();
+}
+
+frmKasseTotal::~frmKasseTotal() = default;
+
+void frmKasseTotal::pay(const std::function<bool()>& how) {
+    Handle("frmKasseTotal", [&] {
+        if (how())
+            accept();
+        else
+            showGegeben();
+    });
+}
+
+void frmKasseTotal::showGegeben() {
+    m_ui->txtGegeben->setText(m_total.Gegeben());
+    m_ui->txtGegeben->selectAll();
+    m_ui->txtGegeben->setFocus();
+}
+
+void frmKasseTotal::reject() {
+    if (m_total.Escape()) QDialog::reject();
+}
+
+void frmKasseTotal::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    showGegeben();
+}
+
+bool frmKasseTotal::eventFilter(QObject* receiver, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        const QString typed = static_cast<QKeyEvent*>(event)->text();
+        if (!typed.isEmpty() && typed.front().isPrint() &&
+            till::TotalDialog::AcceptKey(typed.front()).isNull())
+            return true;
+    }
+    return QDialog::eventFilter(receiver, event);
+}
