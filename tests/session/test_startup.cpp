@@ -1,0 +1,277 @@
+#include <session/CSystem.h>
+#include <session/Globals.h>
+#include <session/Startup.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+#include <store/Schema.h>
+#include <support/ScriptedDialogs.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Notes what start-up shows, in its order.
+class Screens : public StartUpScreens {
+  public:
+    explicit Screens(QStringList& calls)
+        : m_calls(calls) {}
+    void ShowSplash() override { m_calls << u"splash"_s; }
+    void SetSplashText(const QString& text) override { m_calls << text; }
+    void UnloadSplash() override { m_calls << u"unload"_s; }
+    void ShowSetup() override {
+        m_calls << u"setup"_s;
+        if (setup) setup();
+    }
+    void ShowLogin() override {
+        m_calls << u"login"_s;
+        if (failLogin) throw RuntimeError(3078, u"keine Tabelle"_s);
+    }
+
+    std::function<void()> setup;
+    bool failLogin = false;
+
+  private:
+    QStringList& m_calls;
+};
+
+class NoWait : public Waiter {
+  public:
+    explicit NoWait(QStringList& calls)
+        : m_calls(calls) {}
+    void Yield() override { m_calls << u"yield"_s; }
+    void Wait(int milliseconds) override { m_calls << u"wait %1"_s.arg(milliseconds); }
+
+  private:
+    QStringList& m_calls;
+};
+
+class Printers : public PrinterList {
+  public:
+    [[nodiscard]] QStringList names() const override { return list; }
+    [[nodiscard]] QString defaultName() const override { return list.value(0); }
+    QStringList list{u"Theke"_s, u"Büro"_s};
+};
+
+class StartUpTest : public testing::Test {
+  protected:
+    StartUpTest() {
+        ResetSession();
+        qputenv("MERIVANE_HOME", QFile::encodeName(home()));
+        qputenv("MERIVANE_RUNTIME", QFile::encodeName(m_folder.path() + u"/run"_s));
+        QDir().mkpath(home());
+        QDir().mkpath(shop());
+        put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
+    }
+    ~StartUpTest() override {
+        ResetSession();
+        qunsetenv("MERIVANE_HOME");
+        qunsetenv("MERIVANE_RUNTIME");
+    }
+    [[nodiscard]] QString home() const { return m_folder.path() + u"/till"_s; }
+    [[nodiscard]] QString shop() const { return m_folder.path() + u"/shop"_s; }
+    [[nodiscard]] QString storePath() const { return shop() + u"/Merivane.mdb"_s; }
+    static void put(const QString& path, const QByteArray& content) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    static QByteArray content(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
+    }
+    [[nodiscard]] QString ini(const QString& section, const QString& key) const {
+        return CSystem().ReadProfileString(section, key, home() + u"/konfig.ini"_s);
+    }
+    void makeStore(const QString& password) {
+        const auto db =
+            Database::CreateDatabase(storePath(), password.isEmpty() ? QString() : u";PWD="_s + password);
+        schema::createTables(*db);
+        db->Close();
+    }
+    StartResult start() {
+        m_calls.clear();
+        gDB.reset();
+        m_start.reset(); // the lock of the process before goes with it
+        m_start = std::make_unique<StartUp>(m_screens, m_printers, m_waiter);
+        return m_start->Main();
+    }
+    int passwordFits(const QString& password) const {
+        try {
+            Database::OpenDatabase(storePath(), false, false, u";PWD="_s + password)->Close();
+            return 0;
+        } catch (const RuntimeError& error) {
+            return error.Number;
+        }
+    }
+
+    QTemporaryDir m_folder;
+    QStringList m_calls;
+    Screens m_screens{m_calls};
+    NoWait m_waiter{m_calls};
+    Printers m_printers;
+    ScriptedDialogs m_dialogs;
+    std::unique_ptr<StartUp> m_start;
+};
+
+const QStringList opening{u"splash"_s, u"Öffne Datenbank..."_s, u"yield"_s, u"wait 300"_s};
+const QStringList loading{u"Globale Einstellungen werden geladen..."_s,
+                          u"yield"_s,
+                          u"wait 400"_s,
+                          u"Alle Werte wurden ordnungsgemäß geladen..."_s,
+                          u"yield"_s,
+                          u"wait 300"_s,
+                          u"unload"_s,
+                          u"yield"_s,
+                          u"login"_s};
+
+} // namespace
+
+TEST_F(StartUpTest, FromNothingToTheLogin) {
+    makeStore(u"kestrel"_s);
+    ASSERT_EQ(start(), StartResult::Running);
+    EXPECT_EQ(m_calls, opening + loading);
+    EXPECT_EQ(gAppPath, home() + QDir::separator());
+    EXPECT_EQ(gDBPath, shop() + QDir::separator());
+    EXPECT_EQ(gDefaultUrl, u"https://www.merivane.example/"_s);
+    EXPECT_EQ(content(shop() + u"/karten.txt"_s), "VISA\r\nAmerican Express\r\n");
+    EXPECT_EQ(gBonDrucker, u"Theke"_s);
+    EXPECT_EQ(ini(u"DRUCKER"_s, u"KassenabschlussDrucker"_s), u"Theke"_s);
+    EXPECT_EQ(ini(u"GLOBAL"_s, u"ZVTEnabled"_s), u"0"_s);
+    EXPECT_FALSE(gZVTEnabled);
+    EXPECT_FALSE(gKFRabatt);
+    EXPECT_EQ(gColorBack1, 13813442);
+    ASSERT_NE(gDB, nullptr);
+    gDB.reset();
+    EXPECT_EQ(passwordFits(u"brsk-604917"_s), 0);
+    EXPECT_EQ(passwordFits(u"kestrel"_s), 3031);
+
+    // The second start: the password is the new one, the functions are on, what the shop set is left alone.
+    put(shop() + u"/karten.txt"_s, "girocard\n");
+    put(home() + u"/order.ini"_s, "[url]\ndefault_url = https://laden.example \n");
+    {
+        const auto db = Database::OpenDatabase(storePath(), false, false, u";PWD=brsk-604917"_s);
+        db->Execute(u"INSERT INTO Colors (Name, BC, FC, PBC, TBC, Aktiv) VALUES ('a', 1, 2, 3, 4, 0);"_s);
+        db->Execute(u"INSERT INTO Colors (Name, BC, FC, PBC, TBC, Aktiv) VALUES ('b', 5, 6, 7, 8, -1);"_s);
+        db->Execute(u"INSERT INTO Artikel (Nummer, Name, SteuerSatz) VALUES ('1', 'Alt', 16);"_s);
+        db->Execute(u"INSERT INTO Artikel (Nummer, Name, SteuerSatz) VALUES ('2', 'Neu', 19);"_s);
+        db->Close();
+    }
+    m_dialogs.expectMsgBox(u"ACHTUNG: Steuerumstellung 2007\n\n\n"
+                           "Es befinden sich noch 1 Artikel mit 16,0% Steuersatz in Ihrer Datenbank.\n\n"
+                           "Um Fehlbuchungen und eventl. Steuerprüfungen durch das Finanzamt zu vermeiden,\n"
+                           "stellen Sie Ihren Steuersatz auf die neuen Vorgaben zum 31.12.2006 um.\n\n"
+                           "Ein entsprechendes Tool zur Steuerumstellung finden Sie auf unserer\n...*"_s,
+                           MsgIcon::Exclamation, MsgAnswer::OK, u"Steuerumstellung..."_s);
+    ASSERT_EQ(start(), StartResult::Running);
+    EXPECT_EQ(m_calls, opening + loading);
+    EXPECT_EQ(gDefaultUrl, u"https://laden.example"_s);
+    EXPECT_EQ(content(shop() + u"/karten.txt"_s), "girocard\n");
+    EXPECT_TRUE(gKFRabatt);
+    EXPECT_EQ((QList<int>{gColorBack1, gColorBack2, gColorBack3, gColorBack4}), (QList<int>{5, 6, 7, 8}));
+}
+
+TEST_F(StartUpTest, PasswordsOfAStore) {
+    makeStore({});
+    ASSERT_EQ(start(), StartResult::Running) << "a store without a password gets one";
+    gDB.reset();
+    EXPECT_EQ(passwordFits(u"brsk-604917"_s), 0);
+
+    QFile::remove(storePath());
+    makeStore(u"fremd"_s);
+    m_dialogs.expectMsgBox(
+        u"Diese Datenbank verwendet ein Kennwort, welches nicht mit dem im Programm übereinstimmt. "
+        "Setzen Sie das Kennwort auf den Standard zurück."_s);
+    EXPECT_EQ(start(), StartResult::WrongPassword);
+    EXPECT_EQ(m_calls, opening + QStringList{u"unload"_s});
+    EXPECT_EQ(passwordFits(u"fremd"_s), 0);
+
+    // Open at another till: the old password stays for now, and nobody is told.
+    QFile::remove(storePath());
+    makeStore(u"kestrel"_s);
+    const auto other = Database::OpenDatabase(storePath(), false, false, u";PWD=kestrel"_s);
+    EXPECT_EQ(start(), StartResult::Running);
+    gDB.reset();
+    EXPECT_EQ(passwordFits(u"kestrel"_s), 0);
+}
+
+TEST_F(StartUpTest, AMissingStoreLeadsToTheSettingsAndBack) {
+    gSetupDone = 1; // of an earlier dialog; must not count
+    EXPECT_EQ(start(), StartResult::SetupCancelled);
+    EXPECT_EQ(m_calls, opening + (QStringList{u"unload"_s, u"setup"_s}));
+
+    int asked = 0;
+    m_screens.setup = [&] {
+        EXPECT_EQ(gDB, nullptr);
+        // First a path that leads nowhere, then the right one.
+        const QString path = ++asked == 1 ? m_folder.path() + u"/nowhere"_s : m_folder.path() + u"/server"_s;
+        gSystem->WriteProfileString(u"GLOBAL"_s, u"DBPath"_s, path, KonfigIni());
+        gSetupDone = 1;
+    };
+    QDir().mkpath(m_folder.path() + u"/server"_s);
+    makeStore(u"kestrel"_s);
+    QFile::rename(storePath(), m_folder.path() + u"/server/Merivane.mdb"_s);
+    EXPECT_EQ(start(), StartResult::Running);
+    const QStringList round = opening + QStringList{u"unload"_s, u"setup"_s};
+    EXPECT_EQ(m_calls, round + round + opening + loading);
+    EXPECT_EQ(gDBPath, m_folder.path() + u"/server"_s + QDir::separator());
+    EXPECT_FALSE(QFile::exists(storePath()));
+}
+
+TEST_F(StartUpTest, ThePasswordIsRetriedOnceInAProcess) {
+    makeStore(u"brsk-604917"_s);
+    EXPECT_EQ(start(), StartResult::Running);
+    gDB.reset();
+    m_dialogs.expectMsgBox(u"Diese Datenbank verwendet ein Kennwort...*"_s);
+    EXPECT_EQ(m_start->Main(), StartResult::WrongPassword);
+}
+
+TEST_F(StartUpTest, RefusesToStartTwiceOrWithoutAPrinter) {
+    makeStore(u"kestrel"_s);
+    m_printers.list.clear();
+    m_dialogs.expectMsgBox(
+        u"Das Programm konnte nicht gestartet werden, da mindestens 1 installierter Drucker erforderlich ist."_s,
+        MsgIcon::Exclamation, MsgAnswer::OK, u"Systemmeldung..."_s);
+    EXPECT_EQ(start(), StartResult::NoPrinter);
+    EXPECT_EQ(m_calls, QStringList());
+    m_printers.list = {u"PDF-Drucker"_s};
+    ASSERT_EQ(start(), StartResult::Running);
+
+    m_calls.clear();
+    StartUp second(m_screens, m_printers, m_waiter);
+    m_dialogs.expectMsgBox(u"Dieses Programm wurde bereits gestartet."_s);
+    EXPECT_EQ(second.Main(), StartResult::AlreadyRunning);
+    EXPECT_EQ(m_calls, QStringList());
+    m_start.reset();
+    EXPECT_EQ(second.Main(), StartResult::Running);
+}
+
+TEST_F(StartUpTest, FailuresEndTheStartWithAReport) {
+    makeStore(u"kestrel"_s);
+    m_screens.failLogin = true;
+    m_dialogs.expectError(3078);
+    EXPECT_EQ(start(), StartResult::Failed);
+    EXPECT_EQ(m_calls.last(), u"unload"_s);
+    m_screens.failLogin = false;
+
+    put(home() + u"/konfig.ini"_s,
+        "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n[DRUCKER]\nKopies=99999999999\n");
+    m_dialogs.expectError(6);
+    EXPECT_EQ(start(), StartResult::Failed);
+
+    put(home() + u"/konfig.ini"_s, "\xFF\xFE[\0");
+    m_dialogs.expectError(321);
+    EXPECT_EQ(start(), StartResult::Failed);
+
+    put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
+    gDB.reset();
+    put(storePath(), "no store of ours");
+    m_dialogs.expectError(3343);
+    EXPECT_EQ(start(), StartResult::Failed);
+    EXPECT_EQ(content(storePath()), "no store of ours");
+}
