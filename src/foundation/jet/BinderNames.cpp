@@ -40,7 +40,7 @@ int Binder::findColumn(const Source* source, QStringView name) const {
         if (outputs[i].name.compare(name, Qt::CaseInsensitive) == 0) return int(i);
     for (std::size_t i = 0; i < outputs.size(); ++i) // "a.Nummer" is found as Nummer
         if (outputs[i].source && outputs[i].source->table && outputs[i].column >= 0 &&
-            outputs[i].name.endsWith(u'.' + name.toString(), Qt::CaseInsensitive))
+            outputs[i].name.endsWith(QString(u'.' + name), Qt::CaseInsensitive))
             return int(i);
     return -1;
 }

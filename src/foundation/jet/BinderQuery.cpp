@@ -216,7 +216,7 @@ void Binder::orderBy(Query* q, Scope* scope, Select* s) {
             // Of a UNION also the columns of the first part may be named with their table.
             for (std::size_t i = 0; i < outputs.size() && !item.position; ++i)
                 if (e->kind == ExprKind::Name &&
-                    outputs[i].name.endsWith(u'.' + e->name.toString(), Qt::CaseInsensitive))
+                    outputs[i].name.endsWith(QString(u'.' + e->name), Qt::CaseInsensitive))
                     item.position = int(i + 1);
             if (!item.position) {
                 fail(3351,

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <jet/Functions.h>
+#include <jet/Translator.h>
+
+namespace jet {
+
+void addDateFunctions(std::vector<Function>& list);
+
+} // namespace jet
