@@ -32,9 +32,8 @@ char16_t Scanner::next(QStringView& literal) {
         const char16_t c = *m_at++;
         switch (c) {
         case u'\\':
-            if (m_at == m_end) break;
-            literal = {m_at, 1};
-            ++m_at;
+            literal = {m_at == m_end ? m_at - 1 : m_at, 1};
+            if (m_at != m_end) ++m_at;
             return isLiteral;
         case u'"': {
             const char16_t* const start = m_at;

@@ -91,7 +91,8 @@ int InStrRev(QStringView text, QStringView wanted, int start, int compare) {
     if (text.isEmpty() || start > text.size()) return 0;
     const qsizetype end = start == -1 ? text.size() : start;
     if (wanted.isEmpty()) return static_cast<int>(end);
-    return place(search.text.left(end).lastIndexOf(search.wanted));
+    // Told where to begin: from the end of a view, this version of Qt looks at the unit behind it.
+    return end < wanted.size() ? 0 : place(search.text.lastIndexOf(search.wanted, end - wanted.size()));
 }
 
 QString Replace(QStringView text, QStringView wanted, QStringView replacement, int start, int count,
