@@ -76,13 +76,14 @@ void DigitPad::setKeys(Keys keys) {
     m_grid->setContentsMargins(0, 0, 0, 0);
     m_grid->setSpacing(6);
 
+    // With nothing but C beside the digits the block is three keys wide.
+    const bool narrow = keys == Keys(Clear);
     for (int value = 0; value <= 9; ++value) {
         const int row = value == 0 ? 3 : 2 - (value - 1) / 3;
         const int column = value == 0 ? 0 : (value - 1) % 3;
-        TouchKey* key = add(u"cmdNumber"_s + QString::number(value), QString::number(value), row, column, 1,
-                            value != 0               ? 1
-                            : keys.testFlag(Decimal) ? 2
-                                                     : 3);
+        const int width = value != 0 ? 1 : keys.testFlag(Decimal) || narrow ? 2 : 3;
+        TouchKey* key =
+            add(u"cmdNumber"_s + QString::number(value), QString::number(value), row, column, 1, width);
         key->setLarge(true);
         connect(key, &TouchKey::clicked, this, [this, value] {
             type(QString::number(value));
@@ -105,7 +106,8 @@ void DigitPad::setKeys(Keys keys) {
     int row = 0;
     if (keys.testFlag(Clear)) {
         const bool alone = !keys.testFlag(Minus) && !arithmetic;
-        TouchKey* key = add(u"cmdClear"_s, u"C"_s, row, 3, alone ? 2 : 1);
+        TouchKey* key =
+            narrow ? add(u"cmdClear"_s, u"C"_s, 3, 2) : add(u"cmdClear"_s, u"C"_s, row, 3, alone ? 2 : 1);
         key->setAccessibleName(u"Eingabe löschen"_s);
         if (arithmetic) key->setHint(u"Esc"_s);
         row += alone ? 2 : 1;
@@ -149,7 +151,7 @@ void DigitPad::setKeys(Keys keys) {
         key->setHint(u"Enter"_s);
         connect(key, &TouchKey::clicked, this, &DigitPad::enter);
     }
-    for (int column = 0; column < 4; ++column)
+    for (int column = 0; column < (narrow ? 3 : 4); ++column)
         m_grid->setColumnStretch(column, 1);
     for (int r = 0; r < (enterBelow ? 5 : 4); ++r)
         m_grid->setRowStretch(r, 1);

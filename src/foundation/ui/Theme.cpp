@@ -23,8 +23,15 @@ double luminance(const QColor& c) {
 
 bool isDark(const QColor& c) { return luminance(c) < 0.18; }
 
+/// Before the colours of the shop are loaded (splash, failures at start) the delivered set is in force.
+Theme fromSession(double scale) {
+    if ((gColorBack1 | gColorBack2 | gColorBack3 | gColorBack4) == 0)
+        return Theme::FromColors(13813442, 16777215, 16118256, 9533303, scale);
+    return Theme::FromColors(gColorBack1, gColorBack2, gColorBack3, gColorBack4, scale);
+}
+
 Theme& current() {
-    static Theme theme = Theme::FromColors(gColorBack1, gColorBack2, gColorBack3, gColorBack4);
+    static Theme theme = fromSession(1);
     return theme;
 }
 
@@ -140,7 +147,8 @@ QPalette Theme::palette() const {
 QString Theme::styleSheet() const {
     QString css = uR"(
 * { font-family: "Inter", "Noto Sans", "Segoe UI", "DejaVu Sans"; font-size: %normal%px; }
-QDialog, QMainWindow { background: %page%; }
+QMainWindow { background: %page%; }
+QDialog { background: %panel%; border: 1px solid %shadow%; }
 QLabel { color: %text%; background: transparent; }
 QLabel[role~="muted"] { color: %muted%; }
 QLabel[role~="title"] { color: %titleText%; font-weight: 600; }
@@ -166,7 +174,8 @@ QComboBox QAbstractItemView::item { min-height: %row%px; padding-left: 8px; }
 QAbstractItemView { color: %text%; background: %field%; alternate-background-color: %header%;
   selection-background-color: %selection%; selection-color: %text%; border: none; outline: none;
   gridline-color: %border%; }
-QListView::item, QListWidget::item { min-height: %row%px; padding: 2px 12px; border-bottom: 1px solid %header%; }
+QDialog QListView { border: 1px solid %border%; border-radius: %radius%px; }
+QListView::item { min-height: %row%px; padding: 2px 12px; border-bottom: 1px solid %header%; }
 QListView::item:selected { background: %selection%; color: %text%; }
 QTableView::item, QTreeView::item { padding: 2px 8px; border-bottom: 1px solid %header%; }
 QTableView::item:selected, QTreeView::item:selected { background: %selection%; color: %text%; }
@@ -227,7 +236,7 @@ void Theme::Apply() {
         const QSize size = screen->size();
         scale = std::clamp(std::min(size.width() / 1366.0, size.height() / 768.0), 1.0, 1.25);
     }
-    current() = FromColors(gColorBack1, gColorBack2, gColorBack3, gColorBack4, scale);
+    current() = fromSession(scale);
     const Theme& t = current();
     QApplication::setFont(t.font(Size::Normal, QFont::Normal));
     QApplication::setPalette(t.palette());

@@ -47,7 +47,8 @@ MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon ic
     // A label that wraps has no width of its own: as wide as its longest line, within reason.
     const QFontMetrics fm(Theme::Current().font(Theme::Size::Normal, QFont::Normal));
     const int wanted = fm.size(Qt::TextExpandTabs, text).width() + 8;
-    label->setMinimumWidth(std::clamp(wanted, 300, 620));
+    const int edge = Theme::Current().keyHeight;
+    label->setMinimumWidth(std::clamp(wanted, edge * 6, edge * 11));
     setAccessibleName(title);
     setAccessibleDescription(text);
 
@@ -99,6 +100,7 @@ InputDialog::InputDialog(const QString& prompt, const QString& title, const QStr
     m_ui->lblPrompt->setText(prompt);
     m_ui->lblPrompt->setBuddy(m_ui->txtInput);
     m_ui->txtInput->setText(preset);
+    m_ui->txtInput->setMinimumWidth(Theme::Current().keyHeight * 8);
     m_ui->txtInput->setAccessibleName(prompt);
     m_ui->txtInput->selectAll();
     m_ui->txtInput->setFocus();

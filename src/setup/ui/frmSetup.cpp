@@ -22,7 +22,7 @@ frmSetup::frmSetup(QWidget* parent)
     const int edge = Theme::Current().keyHeight;
     for (TouchKey* key : {m_ui->cmdDBPath, m_ui->cmdOK, m_ui->cmdCancel})
         key->setFixedSize(edge * 11 / 4, edge);
-    m_ui->txtDBPath->setMinimumHeight(edge);
+    m_ui->txtDBPath->setMinimumSize(edge * 9, edge);
     connect(m_ui->cmdDBPath, &TouchKey::clicked, this,
             [this] { Handle("frmSetup", [this] { chooseFile(); }); });
     connect(m_ui->cmdOK, &TouchKey::clicked, this, [this] { Handle("frmSetup", [this] { save(); }); });

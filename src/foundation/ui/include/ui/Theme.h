@@ -42,8 +42,8 @@ struct Theme {
     /// are cut.
     [[nodiscard]] static Theme FromColors(int back, int fore, int panel, int title, double scale = 1);
     [[nodiscard]] static const Theme& Current();
-    /// Makes the theme of the colours in force and of the primary screen the current one and gives it to the
-    /// application: font, palette, style sheet.
+    /// Makes the theme of the colours in force (the delivered ones as long as none are loaded) and of the
+    /// primary screen the current one and gives it to the application: font, palette, style sheet.
     static void Apply();
 
     enum class Size { Small, Normal, Large, Total };
