@@ -8,7 +8,8 @@
 using namespace Qt::StringLiterals;
 
 bool HasStore(const QString& folder) {
-    return !folder.isEmpty() && QFileInfo(QDir(folder), QString::fromUtf16(StoreFileName)).isFile();
+    return !folder.isEmpty() && !folder.contains(QChar(0)) &&
+           QFileInfo(QDir(folder), QString::fromUtf16(StoreFileName)).isFile();
 }
 
 void SaveStorePath(const QString& folder) {

@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +29,7 @@ frmSetup::frmSetup(QWidget* parent)
     connect(m_ui->cmdOK, &TouchKey::clicked, this, [this] { Handle("frmSetup", [this] { save(); }); });
     connect(m_ui->cmdCancel, &TouchKey::clicked, this, &frmSetup::reject);
     connect(m_ui->txtDBPath, &QLineEdit::returnPressed, m_ui->cmdOK, &TouchKey::click);
+    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, m_ui->cmdDBPath, &TouchKey::click);
     gSetupDone = 0;
     Handle("frmSetup", [this] {
         m_ui->txtDBPath->setText(gSystem->ReadProfileString(u"GLOBAL"_s, u"DBPath"_s, KonfigIni()));

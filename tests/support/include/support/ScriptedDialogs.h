@@ -1,6 +1,7 @@
 #pragma once
 
 #include <session/MsgBox.h>
+#include <support/Print.h>
 
 #include <deque>
 #include <functional>

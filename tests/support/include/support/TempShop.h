@@ -1,6 +1,7 @@
 #pragma once
 
 #include <store/Database.h>
+#include <support/Print.h>
 
 #include <QStringList>
 #include <QTemporaryDir>

@@ -1,0 +1,222 @@
+#include <access/ui/frmLogin.h>
+#include <access/ui/frmMain.h>
+#include <session/Globals.h>
+#include <session/gUser.h>
+#include <support/ScriptedForms.h>
+#include <support/TempShop.h>
+#include <ui/TouchKey.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Stands for the register: a window that announces its end and can refuse it.
+class Till : public QWidget {
+  public:
+    explicit Till(std::function<void()> unloaded_, const bool& refuse_)
+        : unloaded(std::move(unloaded_))
+        , refuse(refuse_) {}
+
+  protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->setAccepted(!refuse);
+        if (!refuse) unloaded();
+    }
+
+  private:
+    std::function<void()> unloaded;
+    const bool& refuse;
+};
+
+class frmLoginTest : public testing::Test {
+  protected:
+    frmLoginTest() {
+        shop.person(u"Lena"_s, u"Brandt"_s, u"0012"_s);
+        m_jonas = shop.person(u"Jonas"_s, u"Weber"_s, u"77"_s);
+        shop.person(u"Mia"_s, u"Schulz"_s, u"3"_s, {{u"Gesperrt"_s, true}});
+    }
+    ~frmLoginTest() override {
+        refuse = false;
+        m_login.reset();
+        for (QWidget* window : QApplication::topLevelWidgets())
+            window->close();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    frmLogin& open() {
+        m_login = std::make_unique<frmLogin>([this](std::function<void()> unloaded) -> QWidget* {
+            if (fail) throw RuntimeError(3078, u"Tabelle fehlt"_s);
+            ++opened;
+            till = new Till(std::move(unloaded), refuse);
+            till->show();
+            return till;
+        });
+        showForm(*m_login);
+        return *m_login;
+    }
+    static frmMain* shell() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* form = qobject_cast<frmMain*>(window); form != nullptr && form->isVisible())
+                return form;
+        }
+        return nullptr;
+    }
+    static void logIn(frmLogin& form, const QString& name, const QString& pin) {
+        auto& box = control<QComboBox>(form, u"cboUser"_s);
+        box.setFocus();
+        box.lineEdit()->selectAll();
+        typeText(form, name);
+        pressKey(form, Qt::Key_Return);
+        EXPECT_TRUE(control<QLineEdit>(form, u"txtPIN"_s).hasFocus());
+        typeText(form, pin);
+        pressKey(form, Qt::Key_Return);
+        QApplication::processEvents();
+    }
+    TempShop shop;
+    ScriptedForms dialogs;
+    std::unique_ptr<frmLogin> m_login;
+    QPointer<QWidget> till;
+    int m_jonas = 0, opened = 0;
+    bool refuse = false, fail = false;
+};
+
+TEST_F(frmLoginTest, TheKeyboardLeadsToTheShellAndBack) {
+    frmLogin& form = open();
+    EXPECT_EQ(2, control<QComboBox>(form, u"cboUser"_s).count()); // blocked people are not there
+    EXPECT_EQ(u"&Anmelden"_s, control<TouchKey>(form, u"cmdLogin"_s).text());
+    EXPECT_FALSE(control<TouchKey>(form, u"cmdMain"_s).isVisible());
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    EXPECT_EQ(m_jonas, gUser.ID);
+    EXPECT_FALSE(form.isVisible());
+    frmMain* main = shell();
+    ASSERT_NE(nullptr, main);
+    EXPECT_TRUE(control<TouchKey>(*main, u"entryKasse"_s).isVisible());
+
+    pressKey(*main, Qt::Key_F12); // Abmelden
+    QApplication::processEvents();
+    EXPECT_EQ(nullptr, shell());
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(QString(), control<QLineEdit>(form, u"txtPIN"_s).text());
+}
+
+TEST_F(frmLoginTest, AWrongPinIsToldAndEmptied) {
+    frmLogin& form = open();
+    dialogs.expectMsgBox(u"Sie haben eine ungültige PIN eingegeben."_s, MsgIcon::Critical);
+    logIn(form, u"Lena Brandt"_s, u"12"_s);
+    auto& pin = control<QLineEdit>(form, u"txtPIN"_s);
+    EXPECT_EQ(QString(), pin.text());
+    EXPECT_TRUE(pin.hasFocus());
+    for (const auto* digit : {u"cmdNumber0", u"cmdNumber0", u"cmdNumber1", u"cmdNumber2"})
+        clickOn(form, QString::fromUtf16(digit));
+    clickOn(form, u"cmdLogin"_s);
+    QApplication::processEvents();
+    EXPECT_NE(nullptr, shell());
+}
+
+TEST_F(frmLoginTest, ANameThatNobodyHasGivesWay) {
+    frmLogin& form = open();
+    auto& box = control<QComboBox>(form, u"cboUser"_s);
+    box.lineEdit()->setText(u"Niemand"_s);
+    pressKey(form, Qt::Key_Return);
+    EXPECT_EQ(u"Lena Brandt"_s, box.currentText());
+}
+
+TEST_F(frmLoginTest, ATillThatIsNothingElseGoesToTheRegisterAndStillHasAShell) {
+    gOnlyKassenModus = true;
+    frmLogin& form = open();
+    EXPECT_EQ(u"&Kassenbetrieb"_s, control<TouchKey>(form, u"cmdLogin"_s).text());
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    EXPECT_EQ(1, opened);
+    EXPECT_EQ(m_jonas, gKassenUser.ID);
+    EXPECT_EQ(nullptr, shell());
+    EXPECT_FALSE(form.isVisible());
+    till->close();
+    EXPECT_TRUE(form.isVisible());
+
+    control<QLineEdit>(form, u"txtPIN"_s).setText(u"77"_s);
+    control<QComboBox>(form, u"cboUser"_s).setCurrentText(u"Jonas Weber"_s);
+    clickOn(form, u"cmdMain"_s);
+    QApplication::processEvents();
+    ASSERT_NE(nullptr, shell());
+    EXPECT_EQ(nullptr, shell()->findChild<TouchKey*>(u"entryKasse"_s));
+}
+
+TEST_F(frmLoginTest, TheShellOpensOneRegisterAndComesBackFromIt) {
+    frmLogin& form = open();
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    frmMain* main = shell();
+    ASSERT_NE(nullptr, main);
+    clickOn(*main, u"entryKasse"_s);
+    pressKey(*main, Qt::Key_F2);
+    EXPECT_EQ(1, opened);
+    till->close();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(form.isVisible()); // the shell is what the register goes back to
+    EXPECT_EQ(main, shell());
+    clickOn(*main, u"entryKasse"_s);
+    EXPECT_EQ(2, opened);
+    main->close(); // takes the register along
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(till.isNull());
+    EXPECT_TRUE(form.isVisible());
+}
+
+TEST_F(frmLoginTest, ARegisterThatKeepsItsSaleKeepsTheProgram) {
+    gOnlyKassenModus = true;
+    frmLogin& form = open();
+    bool ended = false;
+    QObject::connect(&form, &frmLogin::Unloaded, [&] { ended = true; });
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    form.show();
+    refuse = true;
+    clickOn(form, u"cmdCancel"_s);
+    EXPECT_FALSE(ended);
+    refuse = false;
+    gUser.Ergebnis = 1;
+    pressKey(form, Qt::Key_Escape);
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(0, gUser.Ergebnis);
+}
+
+TEST_F(frmLoginTest, AFailureOnTheWayBringsTheLoginBack) {
+    gOnlyKassenModus = true;
+    fail = true;
+    frmLogin& form = open();
+    dialogs.expectError(3078);
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    EXPECT_TRUE(form.isVisible());
+}
+
+TEST_F(frmLoginTest, TheStartingChangeIsAskedAndBooked) {
+    gOnlyKassenModus = gAbfrageKassenBestand = true;
+    frmLogin& form = open();
+    dialogs.expectModal(u"frmKasseWechselGeld"_s, [&](QDialog& d) {
+        dialogs.expectError(13); // an empty box is no amount
+        clickOn(d, u"cmdClear"_s);
+        pressKey(d, Qt::Key_Return);
+        typeText(d, u"150.5"_s);
+        clickOn(d, u"cmdOK"_s);
+    });
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    EXPECT_EQ(Currency::fromDouble(150.5), gKassenBestand);
+    EXPECT_EQ(QStringList{u"KASSE-1|150,5"_s}, shop.rows(u"SELECT Maschine, Bestand FROM KassenBestand"_s));
+    EXPECT_EQ(1, opened);
+}
+
+TEST_F(frmLoginTest, WithoutAnybodyOnlyTheWayOutIsOpen) {
+    shop.db().Execute(u"DELETE FROM Personal"_s);
+    frmLogin& form = open();
+    EXPECT_FALSE(control<TouchKey>(form, u"cmdLogin"_s).isEnabled());
+    pressKey(form, Qt::Key_Return); // in the PIN box
+    EXPECT_TRUE(form.isVisible());
+    clickOn(form, u"cmdCancel"_s);
+    EXPECT_FALSE(form.isVisible());
+}
+
+} // namespace
