@@ -2,7 +2,8 @@
 # Installs from the Debian registry what the named job needs: "build", "test" or "bench".
 set -euo pipefail
 build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxkbcommon-dev qt6-serialport-dev
-       qt6-multimedia-dev qt6-svg-dev libsqlite3-dev libcups2-dev fonts-inter)
+       qt6-multimedia-dev qt6-svg-dev libsqlite3-dev libcups2-dev fonts-inter
+       qt6-translations-l10n)
 packages=("${build[@]}")
 case "${1:-build}" in
   build) ;;

@@ -14,6 +14,7 @@
 #include <QCloseEvent>
 #include <QCompleter>
 #include <QPainter>
+#include <QScreen>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +23,9 @@ frmLogin::frmLogin(KasseFactory openKasse, QWidget* parent)
     , m_ui(std::make_unique<Ui::frmLogin>())
     , m_kasse(std::move(openKasse)) {
     m_ui->setupUi(this);
+    // The whole screen, also where no window manager would maximise it.
+    if (const QScreen* display = QGuiApplication::primaryScreen()) setGeometry(display->availableGeometry());
+    setWindowState(Qt::WindowMaximized);
     // Windows come and go while nobody is logged in; the program ends with this one alone.
     QApplication::setQuitOnLastWindowClosed(false);
 
@@ -110,7 +114,7 @@ void frmLogin::showMain() {
     m_main = new frmMain(m_kasse);
     m_main->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_main, &frmMain::Unloaded, this, &frmLogin::comeBack);
-    m_main->showMaximized();
+    m_main->show();
 }
 
 void frmLogin::comeBack() {

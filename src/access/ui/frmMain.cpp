@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QScreen>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +23,9 @@ frmMain::frmMain(KasseOpener& kasse, QWidget* parent)
     , m_ui(std::make_unique<Ui::frmMain>())
     , m_kasse(kasse) {
     m_ui->setupUi(this);
+    // The whole screen, also where no window manager would maximise it.
+    if (const QScreen* display = QGuiApplication::primaryScreen()) setGeometry(display->availableGeometry());
+    setWindowState(Qt::WindowMaximized);
     m_ui->mainButtonBar->setFixedWidth(Theme::Current().keyHeight * 5);
     m_ui->lblGroup->setProperty("role", u"small muted"_s);
     m_ui->lblFirma->setProperty("role", u"large"_s);

@@ -12,6 +12,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -114,6 +116,15 @@ InputDialog::InputDialog(const QString& prompt, const QString& title, const QStr
 InputDialog::~InputDialog() = default;
 
 QString InputDialog::text() const { return m_ui->txtInput->text(); }
+
+TouchDialogHost::TouchDialogHost() {
+    if (qApp == nullptr || qApp->findChild<QTranslator*>(u"german"_s) != nullptr) return;
+    auto* german = new QTranslator(qApp);
+    german->setObjectName(u"german"_s);
+    // A machine without the translations shows those few texts in English; nothing depends on them.
+    if (german->load(u"qtbase_de"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(german);
+}
 
 MsgAnswer TouchDialogHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                                   MsgAnswer preset) {

@@ -47,9 +47,11 @@ class InputDialog : public QDialog {
     std::unique_ptr<Ui::InputDialog> m_ui;
 };
 
-/// The host of production: shows the windows above over the active one.
+/// The host of production: shows the windows above over the active one. Making it also brings the toolkit's own
+/// texts (file dialog, context menus) into German.
 class TouchDialogHost : public DialogHost {
   public:
+    TouchDialogHost();
     MsgAnswer msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                      MsgAnswer preset) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title,
