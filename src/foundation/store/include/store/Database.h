@@ -5,15 +5,12 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 class Recordset;
-class Database;
-namespace jet {
-struct Table;
-}
 
 /// `Type` of OpenRecordset.
 inline constexpr int dbOpenDynaset = 2;
@@ -30,7 +27,8 @@ class TableField {
     int OrdinalPosition = 0;
 };
 
-/// The structure of one table. Changes through AppendField, DeleteField, RenameField and MoveField act at once.
+/// The structure of one table. Changes through AppendField, DeleteField, RenameField and MoveField act at
+/// once.
 class TableDef {
   public:
     QString Name;
@@ -39,40 +37,66 @@ class TableDef {
     [[nodiscard]] const TableField* Field(QStringView name) const; ///< exact spelling; nullptr when missing
 };
 
-/// One connection to a store. Every statement is Jet SQL; there is no second way to the engine. Not thread-safe:
-/// one thread, one Database.
+/// One connection to a store. Every statement is Jet SQL; there is no second way to the engine. Not
+/// thread-safe: one thread, one Database.
 ///
 /// A SQLite store is one file; ":memory:" is a store that lives with the connection.
 class Database {
   public:
-    /// Opens an existing store. `Connect` is ";PWD=" and the password. Raises 3024 missing file, 3031 wrong password,
-    /// 3343 not a store of ours (the file stays untouched), 3050 no right to lock or write, 3045 in use by another
-    /// process while `Exclusive`, or opened exclusively there.
-    static std::unique_ptr<Database> OpenDatabase(const QString& Name, bool Exclusive = false, bool ReadOnly = false,
-                                                  const QString& Connect = {});
+    /// Opens an existing store. `Connect` is ";PWD=" and the password; a store without one takes any. Raises
+    /// 3024 missing file, 3031 wrong password, 3343 not a store of ours (the file stays untouched), 3050 no
+    /// right to lock or write, 3045 in use by another process while `Exclusive`, or opened exclusively there,
+    /// 3049 damaged. `ReadOnly` wins over `Exclusive`: such a connection is shared and every write raises
+    /// 3027.
+    static std::unique_ptr<Database> OpenDatabase(const QString& Name, bool Exclusive = false,
+                                                  bool ReadOnly = false, const QString& Connect = {});
     /// Makes an empty store without tables. Raises 3204 when the file exists.
     static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {});
 
-    virtual ~Database();
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
 
     /// `Source` is an SQL text or a bare table name. Raises the errors of <jet/Translator.h>.
     [[nodiscard]] std::unique_ptr<Recordset> OpenRecordset(const QString& Source, int Type = dbOpenDynaset);
-    /// Runs anything that gives no rows; the number of rows affected. Raises likewise, and 3022 duplicate key, 3163
-    /// text too long, 3027 read-only, 3026 disk full, 3260 locked.
+    /// Runs anything that gives no rows; the number of rows affected. Raises likewise, and 3022 duplicate
+    /// key, 3163 text too long, 3027 read-only, 3026 disk full, 3260 locked.
     qint64 Execute(const QString& SQL);
+
+    /// The engine's text for a statement, as it would run; nothing is run.
+    [[nodiscard]] QString Translated(const QString& SQL);
+    /// Runs a query once and hands its rows over as they come, without keeping them: `columns` once, with
+    /// names and types (Null: told row by row), then `row` for each. Neither may use this Database. Raises
+    /// 3065 like Execute the other way round when the text gives no rows.
+    void ForEachRow(const QString& SQL, const std::function<void(const std::vector<TableField>&)>& columns,
+                    const std::function<void(const std::vector<Value>&)>& row);
+    /// True for a text that gives rows.
+    [[nodiscard]] bool IsQuery(const QString& SQL);
 
     [[nodiscard]] std::vector<TableDef> TableDefs() const;
     [[nodiscard]] std::optional<TableDef> FindTableDef(QStringView name) const; ///< exact spelling
     [[nodiscard]] TableDef CreateTableDef(const QString& name) const;
+    /// Changes of structure are one transaction each. Raise 3010 table exists, 3376 no such table, 3380
+    /// column exists, 3381 no such column, 3280 column of a unique index, 3125 impossible name, 3191, 3264,
+    /// 3292.
     void AppendTableDef(const TableDef& table);
     void DeleteTableDef(const QString& name);
+    /// Behind the last column; existing rows get Null (False in a Boolean).
     void AppendField(const QString& table, const TableField& field);
     void DeleteField(const QString& table, const QString& field);
     void RenameField(const QString& table, const QString& from, const QString& to);
+    /// Positions count from 0; beyond the end means last.
     void MoveField(const QString& table, const QString& field, int ordinalPosition);
 
     /// Engine and version for the status bars, "SQLite 3.40.1".
     [[nodiscard]] QString Version() const;
+    /// A German sentence when the store stands where it is not safe (a network folder), else empty.
+    [[nodiscard]] QString Warning() const;
+    /// For imports that write thousands of rows: all of them reach the disk with CommitTrans or none does.
+    /// Other tills cannot write meanwhile. Raise 3219 when one is open already or none is.
+    void BeginTrans();
+    void CommitTrans();
+    void Rollback();
     /// Raises 3031 when `Old` is not the password, 3621 unless the store is open exclusively.
     void NewPassword(const QString& Old, const QString& New);
     /// Ends the connection; what is still open on it raises 3420 from then on.

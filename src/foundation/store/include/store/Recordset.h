@@ -11,8 +11,8 @@
 
 class Database;
 
-/// A dynaset: a key set that is read as far as it is needed, over rows that are read live. A set over one table can
-/// be changed; joins, groups and unions are read-only (3027).
+/// A dynaset: a key set that is read as far as it is needed, over rows that are read live. A set over one
+/// table can be changed; joins, groups and unions are read-only (3027).
 ///
 ///     auto rs = gDB->OpenRecordset(u"SELECT * FROM Artikel WHERE Aktiv=-1"_s);
 ///     for (; !rs->Eof(); rs->MoveNext()) use(rs->Text(u"Name"));
@@ -31,8 +31,9 @@ class Recordset {
 
     [[nodiscard]] QStringList FieldNames() const;
     [[nodiscard]] Type FieldType(QStringView name) const;
-    /// Reads from the edit buffer while AddNew or Edit is open, else from the current row. Names compare without
-    /// case, "Table.Column" is allowed. Raises 3265 unknown name, 3021 no current row, 3167 row deleted meanwhile.
+    /// Reads from the edit buffer while AddNew or Edit is open, else from the current row. Names compare
+    /// without case, "Table.Column" is allowed. Raises 3265 unknown name, 3021 no current row, 3167 row
+    /// deleted meanwhile.
     [[nodiscard]] Value Field(QStringView name) const;
     [[nodiscard]] Value Field(int index) const;
     /// As Field, with Null as "", 0, 0, 0 and False.
@@ -44,15 +45,16 @@ class Recordset {
     /// Null gives a Null date: std::nullopt.
     [[nodiscard]] std::optional<DateTime> Date(QStringView name) const;
 
-    /// Opens the edit buffer for a new row: defaults are filled, an AutoNumber is reserved and can be read at once.
+    /// Opens the edit buffer for a new row: defaults are filled, an AutoNumber is reserved and can be read at
+    /// once.
     void AddNew();
     /// Opens the edit buffer on the current row. Raises 3021, 3167.
     void Edit();
-    /// Puts a value into the edit buffer, converted to the column's type. Raises 3020 without AddNew or Edit, 3163
-    /// text too long, 3421 wrong type, 3265.
+    /// Puts a value into the edit buffer, converted to the column's type. Raises 3020 without AddNew or Edit,
+    /// 3163 text too long, 3421 wrong type, 3265.
     void Set(QStringView name, const Value& value);
-    /// Writes the buffer. After AddNew the current row stays where it was, as in DAO. Raises 3022, 3260, 3026; on an
-    /// error the buffer stays open.
+    /// Writes the buffer. After AddNew the current row stays where it was, as in DAO. Raises 3022, 3260,
+    /// 3026; on an error the buffer stays open.
     void Update();
     void CancelUpdate(); ///< never raises
     [[nodiscard]] bool Editing() const;

@@ -1,0 +1,239 @@
+#include "DatabaseImpl.h"
+#include "Errors.h"
+#include "Password.h"
+#include "RecordsetImpl.h"
+#include "sqlite/SqliteEngine.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QUuid>
+
+using namespace Qt::StringLiterals;
+using store::raise;
+
+namespace {
+
+constexpr int dbAutoIncrField = 16;
+
+QString passwordOf(const QString& connect) {
+    const qsizetype at = connect.indexOf(u";PWD="_s, 0, Qt::CaseInsensitive);
+    return at < 0 ? QString() : connect.mid(at + 5).section(u';', 0, 0);
+}
+
+void writePassword(store::Engine& engine, const QString& password) {
+    store::PasswordVerifier verifier;
+    if (!password.isEmpty()) verifier = store::PasswordVerifier::make(password);
+    setSetting(engine, "salt", verifier.salt.toHex());
+    setSetting(engine, "iterations",
+               password.isEmpty() ? QByteArray() : QByteArray::number(verifier.iterations));
+    setSetting(engine, "verifier", verifier.derived.toHex());
+}
+
+void checkPassword(store::Engine& engine, const QString& password) {
+    store::PasswordVerifier verifier;
+    verifier.derived = QByteArray::fromHex(setting(engine, "verifier"));
+    if (verifier.derived.isEmpty()) return;
+    verifier.salt = QByteArray::fromHex(setting(engine, "salt"));
+    verifier.iterations = setting(engine, "iterations").toInt();
+    if (!verifier.accepts(password)) raise(3031);
+}
+
+void furnish(store::Engine& engine, const QString& password) {
+    engine.run("PRAGMA application_id=" + QByteArray::number(store::applicationId));
+    engine.begin();
+    store::Catalogue::create(engine);
+    setSetting(engine, "format", "1");
+    writePassword(engine, password);
+    engine.commit();
+}
+
+jet::Column columnOf(const TableField& field) {
+    jet::Column column;
+    column.name = field.Name;
+    column.type = field.Type;
+    column.size = field.Size;
+    column.defaultText = field.DefaultValue;
+    column.allowZeroLength = field.AllowZeroLength;
+    column.autoNumber = (field.Attributes & dbAutoIncrField) != 0;
+    return column;
+}
+
+TableDef tableDefOf(const jet::Table& table) {
+    TableDef def;
+    def.Name = table.name;
+    int ordinal = 0;
+    for (const jet::Column& column : table.columns) {
+        TableField field;
+        field.Name = column.name;
+        field.Type = column.type;
+        field.Size = column.size;
+        field.DefaultValue = column.defaultText;
+        field.AllowZeroLength = column.allowZeroLength;
+        field.Attributes = column.autoNumber ? dbAutoIncrField : 0;
+        field.OrdinalPosition = ordinal++;
+        def.Fields.push_back(field);
+    }
+    return def;
+}
+
+} // namespace
+
+TableField TableDef::CreateField(const QString& name) const {
+    TableField field;
+    field.Name = name;
+    return field;
+}
+
+const TableField* TableDef::Field(QStringView name) const {
+    for (const TableField& field : Fields)
+        if (field.Name == name) return &field;
+    return nullptr;
+}
+
+Database::Database(std::unique_ptr<Impl> impl)
+    : m_impl(std::move(impl)) {}
+Database::~Database() { Close(); }
+
+std::unique_ptr<Database> Database::OpenDatabase(const QString& Name, bool Exclusive, bool ReadOnly,
+                                                 const QString& Connect) {
+    using Mode = store::SqliteEngine::Mode;
+    const Mode mode = ReadOnly ? Mode::ReadOnly : Exclusive ? Mode::Exclusive : Mode::Shared;
+    auto engine = std::make_unique<store::SqliteEngine>(Name, mode);
+    if (Name == u":memory:") furnish(*engine, {});
+    checkPassword(*engine, passwordOf(Connect));
+    auto impl = std::make_unique<Impl>();
+    impl->connection = std::make_shared<store::Connection>(std::move(engine));
+    return std::unique_ptr<Database>(new Database(std::move(impl)));
+}
+
+std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QString& Connect) {
+    if (Name == u":memory:") return OpenDatabase(Name);
+    const QFileInfo info(Name);
+    if (info.exists()) raise(3204, Name);
+    if (!QFileInfo(info.absolutePath()).isDir()) raise(3024, Name);
+    // Made under another name, so that a store is there completely or not at all.
+    const QString passing = info.absoluteFilePath() + u'.' + QUuid::createUuid().toString(QUuid::Id128);
+    try {
+        store::SqliteEngine engine(passing, store::SqliteEngine::Mode::Create);
+        furnish(engine, passwordOf(Connect));
+        engine.close();
+        if (!QFile::rename(passing, info.absoluteFilePath())) raise(info.exists() ? 3204 : 3050, Name);
+    } catch (...) {
+        for (const QString& ending : {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s})
+            QFile::remove(passing + ending);
+        throw;
+    }
+    return OpenDatabase(Name, false, false, Connect);
+}
+
+std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, int Type) {
+    if (Type != dbOpenDynaset) raise(3219);
+    return std::make_unique<Recordset>(std::make_unique<Recordset::Impl>(m_impl->connection, Source));
+}
+
+qint64 Database::Execute(const QString& SQL) { return m_impl->connection->execute(SQL); }
+
+QString Database::Translated(const QString& SQL) {
+    std::vector<Value> literals;
+    return QString::fromUtf8(m_impl->connection->plan(SQL, literals)->statement->sql);
+}
+
+bool Database::IsQuery(const QString& SQL) {
+    std::vector<Value> literals;
+    return m_impl->connection->plan(SQL, literals)->statement->kind == jet::Kind::Select;
+}
+
+void Database::ForEachRow(const QString& SQL,
+                          const std::function<void(const std::vector<TableField>&)>& columns,
+                          const std::function<void(const std::vector<Value>&)>& row) {
+    store::Connection& connection = *m_impl->connection;
+    std::vector<Value> literals;
+    connection.engine();
+    connection.refreshStructure();
+    const auto plan = connection.plan(SQL, literals);
+    const jet::Statement& statement = *plan->statement;
+    if (statement.kind != jet::Kind::Select) raise(3219);
+    std::vector<TableField> fields;
+    for (const jet::ResultColumn& column : statement.columns) {
+        TableField field;
+        field.Name = column.name;
+        field.Type = column.type;
+        field.OrdinalPosition = static_cast<int>(fields.size());
+        fields.push_back(field);
+    }
+    store::Prepared& prepared = connection.prepared(plan->main, statement.sql);
+    store::Connection::bind(prepared, statement, literals);
+    store::Running running(prepared);
+    bool more = running.step(); // a failure at the first row comes before any output
+    columns(fields);
+    std::vector<Value> values(fields.size());
+    for (; more; more = running.step()) {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            values[i] = prepared.value(static_cast<int>(i), fields[i].Type);
+        row(values);
+    }
+}
+
+std::vector<TableDef> Database::TableDefs() const {
+    store::Connection& connection = *m_impl->connection;
+    connection.engine();
+    connection.refreshStructure();
+    std::vector<TableDef> list;
+    for (const store::TableDefinition* table : connection.catalogue().all())
+        list.push_back(tableDefOf(table->table));
+    return list;
+}
+
+std::optional<TableDef> Database::FindTableDef(QStringView name) const {
+    m_impl->connection->engine();
+    m_impl->connection->refreshStructure();
+    const jet::Table* table = m_impl->connection->catalogue().find(name);
+    if (!table || table->name != name) return std::nullopt;
+    return tableDefOf(*table);
+}
+
+TableDef Database::CreateTableDef(const QString& name) const {
+    TableDef def;
+    def.Name = name;
+    return def;
+}
+
+void Database::AppendTableDef(const TableDef& table) {
+    store::TableDefinition definition;
+    definition.table.name = table.Name;
+    for (const TableField& field : table.Fields)
+        definition.table.columns.push_back(columnOf(field));
+    m_impl->connection->createTable(std::move(definition));
+}
+
+void Database::DeleteTableDef(const QString& name) { m_impl->connection->dropTable(name); }
+
+void Database::AppendField(const QString& table, const TableField& field) {
+    m_impl->connection->appendColumn(table, columnOf(field));
+}
+void Database::DeleteField(const QString& table, const QString& field) {
+    m_impl->connection->deleteColumn(table, field);
+}
+void Database::RenameField(const QString& table, const QString& from, const QString& to) {
+    m_impl->connection->renameColumn(table, from, to);
+}
+void Database::MoveField(const QString& table, const QString& field, int ordinalPosition) {
+    m_impl->connection->moveColumn(table, field, ordinalPosition);
+}
+
+QString Database::Version() const { return m_impl->connection->engine().version(); }
+QString Database::Warning() const { return m_impl->connection->engine().warning(); }
+void Database::BeginTrans() { m_impl->connection->beginTrans(); }
+void Database::CommitTrans() { m_impl->connection->commitTrans(); }
+void Database::Rollback() { m_impl->connection->rollbackTrans(); }
+
+void Database::NewPassword(const QString& Old, const QString& New) {
+    store::Engine& engine = m_impl->connection->engine();
+    if (!engine.exclusive()) raise(3621);
+    checkPassword(engine, Old);
+    store::Transaction transaction(*m_impl->connection);
+    writePassword(engine, New);
+    transaction.commit();
+}
+
+void Database::Close() { m_impl->connection->close(); }

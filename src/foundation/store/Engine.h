@@ -1,0 +1,112 @@
+#pragma once
+
+#include <jet/Translator.h>
+#include <text/RuntimeError.h>
+#include <text/Value.h>
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+/// What the store asks of a database engine. One class per engine; callers never ask which one it is.
+namespace store {
+
+struct IndexDefinition {
+    QString name;
+    std::vector<std::pair<QString, bool>> columns; ///< name, descending
+    bool unique = false;
+    bool primary = false;
+    [[nodiscard]] bool covers(QStringView column) const;
+};
+
+struct TableDefinition {
+    jet::Table table;
+    std::vector<IndexDefinition> indexes;
+    [[nodiscard]] const jet::Column* autoNumber() const;
+};
+
+/// A prepared statement. It is never left open: a reader that stays open would keep an old view of the store
+/// and make a later write fail once another till has written. `Running` resets it whatever happens.
+class Prepared {
+  public:
+    virtual ~Prepared() = default;
+    /// Parameters count from 1.
+    virtual void bind(int parameter, const Value& value) = 0; ///< in the engine's shapes, see jet::encode
+    virtual void bindInteger(int parameter, qint64 value) = 0;
+    /// True for a row, false when done.
+    [[nodiscard]] virtual bool step() = 0;
+    virtual void reset() noexcept = 0;
+    [[nodiscard]] virtual int columnCount() const = 0;
+    [[nodiscard]] virtual qint64 integer(int column) const = 0;
+    [[nodiscard]] virtual Value value(int column, Type type) const = 0;
+    /// How often the engine had to prepare the text anew because the structure changed.
+    [[nodiscard]] virtual int reprepared() const = 0;
+};
+
+class Running {
+  public:
+    explicit Running(Prepared& statement)
+        : m_statement(statement) {}
+    ~Running() { m_statement.reset(); }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    [[nodiscard]] bool step() { return m_statement.step(); }
+    Prepared* operator->() { return &m_statement; }
+
+  private:
+    Prepared& m_statement;
+};
+
+class Engine {
+  public:
+    virtual ~Engine() = default;
+
+    /// Ends the connection; prepared statements that still exist become empty.
+    virtual void close() noexcept = 0;
+    [[nodiscard]] virtual std::unique_ptr<Prepared> prepare(const QByteArray& sql) = 0;
+    /// Runs texts without parameters, several separated by semicolons.
+    virtual void run(const QByteArray& sql) = 0;
+
+    [[nodiscard]] virtual qint64 affected() const = 0;    ///< rows changed by the last write
+    [[nodiscard]] virtual qint64 changeCount() const = 0; ///< rows changed by this connection so far
+    [[nodiscard]] virtual qint64 lastKey() const = 0;     ///< row key of the last insert
+    [[nodiscard]] virtual qint64 structureVersion() = 0;  ///< changes with the structure, whoever changed it
+    [[nodiscard]] virtual bool inTransaction() const = 0;
+    virtual void begin() = 0;
+    virtual void commit() = 0;
+    virtual void rollback() noexcept = 0;
+
+    /// Takes the next AutoNumber so that no other process gets it; survives as long as any process that saw
+    /// it.
+    [[nodiscard]] virtual qint64 nextAutoNumber(const QString& table) = 0;
+    /// The column that names a row for good, e.g. "_rowid_".
+    [[nodiscard]] virtual QByteArray keyColumn() const = 0;
+    [[nodiscard]] virtual std::shared_ptr<const jet::Emitter> emitter() const = 0;
+    [[nodiscard]] virtual QString version() const = 0;
+    [[nodiscard]] virtual bool readOnly() const = 0;
+    [[nodiscard]] virtual bool exclusive() const = 0;
+    /// A German sentence for the start-up when the store stands where it is not safe, else empty.
+    [[nodiscard]] virtual QString warning() const = 0;
+
+    /// The engine's texts for a table and its indexes; `name` may differ from the table's own while it is
+    /// rebuilt.
+    [[nodiscard]] virtual QByteArray tableSql(const TableDefinition& table, const QString& name) = 0;
+    [[nodiscard]] virtual QByteArray indexSql(const TableDefinition& table, const IndexDefinition& index) = 0;
+    virtual void createTable(const TableDefinition& table) = 0;
+    /// Copies rows into the rebuilt table and puts it in the old one's place, row keys and counter included.
+    /// `source` gives for each new column the old one's name, or "".
+    virtual void rebuild(const TableDefinition& from, const TableDefinition& to,
+                         const std::vector<QString>& source) = 0;
+    virtual void dropTable(const QString& table) = 0;
+};
+
+/// A name as identifier of the engines' SQL.
+[[nodiscard]] QByteArray quoted(QStringView name);
+/// "Long", "Text", ... as the catalogue keeps them, and back (Null for anything else).
+[[nodiscard]] QString typeName(Type type);
+[[nodiscard]] Type typeNamed(QStringView name);
+
+} // namespace store

@@ -1,0 +1,163 @@
+#include "ColumnValue.h"
+#include "Errors.h"
+#include "RecordsetImpl.h"
+
+using namespace Qt::StringLiterals;
+using store::raise;
+
+void Recordset::Impl::checkChangeable() const {
+    checkOpen();
+    if (!keyed() || m_connection->engine().readOnly()) raise(3027);
+}
+
+void Recordset::Impl::prepareDefaults() {
+    const auto& columns = m_plan->base->table.columns;
+    if (m_plan->defaults.empty())
+        for (const jet::Column& column : columns)
+            m_plan->defaults.push_back(m_connection->defaultOf(column));
+    m_buffer.values.resize(columns.size());
+    m_buffer.written.assign(columns.size(), false);
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const store::Plan::Default& rule = m_plan->defaults[i];
+        m_buffer.values[i] = rule.constant ? rule.value : m_connection->defaultOf(columns[i]).value;
+        m_buffer.written[i] = rule.present;
+    }
+}
+
+void Recordset::Impl::addNew() {
+    checkChangeable();
+    cancelUpdate();
+    if (m_connection->refreshStructure() || m_plan->generation != m_connection->generation()) {
+        m_started = false;
+        translate();
+        checkChangeable();
+    }
+    prepareDefaults();
+    m_buffer.mode = Buffer::Add;
+}
+
+void Recordset::Impl::edit() {
+    checkChangeable();
+    cancelUpdate();
+    m_rowValid = false;
+    const std::vector<Value>& row = currentRow();
+    m_buffer.values.assign(m_plan->base->table.columns.size(), Value());
+    m_buffer.written.assign(m_plan->base->table.columns.size(), false);
+    for (std::size_t i = 0; i < row.size(); ++i)
+        if (const int base = m_plan->baseColumns[i]; base >= 0)
+            m_buffer.values[static_cast<std::size_t>(base)] = row[i];
+    m_buffer.mode = Buffer::Change;
+}
+
+const Value& Recordset::Impl::value(std::size_t column) {
+    if (m_buffer.mode == Buffer::None) return currentRow()[column];
+    static const Value null;
+    const int base = m_plan->baseColumns[column];
+    if (base < 0) return m_buffer.mode == Buffer::Change ? currentRow()[column] : null;
+    const auto at = static_cast<std::size_t>(base);
+    // The number of a new row is taken when somebody wants to see it; otherwise the insert gives one by
+    // itself.
+    if (m_buffer.mode == Buffer::Add && baseColumn(at).autoNumber && !m_buffer.written[at]) {
+        m_buffer.values[at] = m_connection->engine().nextAutoNumber(m_plan->base->table.name);
+        m_buffer.written[at] = true;
+    }
+    return m_buffer.values[at];
+}
+
+void Recordset::Impl::set(QStringView name, const Value& value) {
+    checkOpen();
+    if (!editing()) raise(3020);
+    const std::size_t column = columnIndex(name);
+    const int base = m_plan->baseColumns[column];
+    if (base < 0) raise(3164, columns()[column].name);
+    const auto at = static_cast<std::size_t>(base);
+    if (m_buffer.mode == Buffer::Change && baseColumn(at).autoNumber) raise(3164, baseColumn(at).name);
+    m_buffer.values[at] = store::valueForColumn(value, baseColumn(at));
+    m_buffer.written[at] = true;
+}
+
+void Recordset::Impl::update() {
+    checkOpen();
+    if (!editing()) raise(3020);
+    if (m_buffer.mode == Buffer::Add)
+        insertBuffer();
+    else
+        updateBuffer();
+    cancelUpdate();
+}
+
+void Recordset::Impl::bindBuffer(store::Prepared& statement) {
+    int parameter = 0;
+    for (std::size_t i = 0; i < m_buffer.values.size(); ++i)
+        if (m_buffer.written[i]) statement.bind(++parameter, jet::encode(m_buffer.values[i]));
+}
+
+void Recordset::Impl::insertBuffer() {
+    auto& prepared = m_plan->inserts[m_buffer.written];
+    if (!prepared) {
+        QByteArrayList names;
+        QByteArrayList places;
+        for (std::size_t i = 0; i < m_buffer.written.size(); ++i) {
+            if (!m_buffer.written[i]) continue;
+            names.append(store::quoted(baseColumn(i).name));
+            places.append('?' + QByteArray::number(places.size() + 1));
+        }
+        const QByteArray into = "INSERT INTO " + store::quoted(m_plan->base->table.name);
+        prepared = m_connection->engine().prepare(
+            names.isEmpty() ? into + " DEFAULT VALUES"
+                            : into + " (" + names.join(", ") + ") VALUES (" + places.join(", ") + ')');
+    }
+    bindBuffer(*prepared);
+    store::Connection::finish(*prepared);
+    // A set that is not read to its end meets the new row by itself.
+    if (m_started && m_keys->complete()) {
+        const bool counted = m_seen == m_keys->known();
+        m_keys->append(m_connection->engine().lastKey());
+        if (counted && m_seen > 0) ++m_seen;
+    }
+}
+
+void Recordset::Impl::updateBuffer() {
+    const qint64 key = currentKey();
+    if (std::find(m_buffer.written.begin(), m_buffer.written.end(), true) == m_buffer.written.end()) return;
+    auto& prepared = m_plan->updates[m_buffer.written];
+    int count = 0;
+    for (const bool written : m_buffer.written)
+        count += written ? 1 : 0;
+    if (!prepared) {
+        QByteArrayList parts;
+        for (std::size_t i = 0; i < m_buffer.written.size(); ++i)
+            if (m_buffer.written[i])
+                parts.append(store::quoted(baseColumn(i).name) + "=?" + QByteArray::number(parts.size() + 1));
+        store::Engine& engine = m_connection->engine();
+        prepared =
+            engine.prepare("UPDATE " + store::quoted(m_plan->base->table.name) + " SET " + parts.join(", ") +
+                           " WHERE " + engine.keyColumn() + "=?" + QByteArray::number(count + 1));
+    }
+    bindBuffer(*prepared);
+    prepared->bindInteger(count + 1, key);
+    store::Connection::finish(*prepared);
+    m_rowValid = false;
+    if (m_connection->engine().affected() == 0) {
+        cancelUpdate();
+        raise(3167);
+    }
+}
+
+void Recordset::Impl::remove() {
+    checkChangeable();
+    cancelUpdate();
+    const qint64 key = currentKey();
+    if (!m_plan->remove)
+        m_plan->remove =
+            m_connection->engine().prepare("DELETE FROM " + store::quoted(m_plan->base->table.name) +
+                                           " WHERE " + m_connection->engine().keyColumn() + "=?1");
+    settle();
+    m_plan->remove->bindInteger(1, key);
+    store::Connection::finish(*m_plan->remove);
+    m_rowValid = false;
+    if (m_connection->engine().affected() == 0) raise(3167);
+    m_keys->erase(m_index);
+    if (m_seen > 0) --m_seen;
+    m_gone = true;
+}

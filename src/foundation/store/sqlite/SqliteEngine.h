@@ -1,0 +1,76 @@
+#pragma once
+
+#include "../Engine.h"
+#include "SqliteErrors.h"
+#include "SqliteFile.h"
+
+#include <unordered_set>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace store {
+
+class SqlitePrepared;
+
+class SqliteEngine final : public Engine {
+  public:
+    enum class Mode { Shared, Exclusive, ReadOnly, Create };
+    /// Opens a file or, with ":memory:", a store that lives with the connection. Raises 3024, 3343, 3050,
+    /// 3045.
+    SqliteEngine(const QString& file, Mode mode);
+    ~SqliteEngine() override;
+    SqliteEngine(const SqliteEngine&) = delete;
+    SqliteEngine& operator=(const SqliteEngine&) = delete;
+
+    void close() noexcept override;
+    std::unique_ptr<Prepared> prepare(const QByteArray& sql) override;
+    void run(const QByteArray& sql) override;
+
+    qint64 affected() const override;
+    qint64 changeCount() const override;
+    qint64 lastKey() const override;
+    qint64 structureVersion() override;
+    bool inTransaction() const override;
+    void begin() override { run("BEGIN IMMEDIATE"); }
+    void commit() override { run("COMMIT"); }
+    void rollback() noexcept override;
+
+    qint64 nextAutoNumber(const QString& table) override;
+    QByteArray keyColumn() const override { return "_rowid_"; }
+    std::shared_ptr<const jet::Emitter> emitter() const override { return jet::sqliteEmitter(); }
+    QString version() const override;
+    bool readOnly() const override { return m_mode == Mode::ReadOnly; }
+    bool exclusive() const override { return m_mode == Mode::Exclusive || m_mode == Mode::Create; }
+    QString warning() const override;
+
+    QByteArray tableSql(const TableDefinition& table, const QString& name) override;
+    QByteArray indexSql(const TableDefinition& table, const IndexDefinition& index) override;
+    void createTable(const TableDefinition& table) override;
+    void rebuild(const TableDefinition& from, const TableDefinition& to,
+                 const std::vector<QString>& source) override;
+    void dropTable(const QString& table) override;
+
+  private:
+    friend class SqlitePrepared;
+    void openConnection();
+    int openHandle(bool immutable);
+    void configure();
+    void takeHold();
+    [[noreturn]] void raiseLast(int code, SqliteTask task = SqliteTask::Work);
+    [[nodiscard]] qint64 number(const QByteArray& sql);
+    [[nodiscard]] QByteArray text(const QByteArray& sql);
+
+    QString m_file;
+    Mode m_mode;
+    sqlite3* m_db = nullptr;
+    PendingError m_pending;
+    bool m_opening = true;
+    bool m_network = false;
+    std::unique_ptr<UserLock> m_users;
+    std::unique_ptr<Prepared> m_structureVersion;
+    std::unique_ptr<Prepared> m_nextNumber;
+    std::unordered_set<SqlitePrepared*> m_statements;
+};
+
+} // namespace store

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "SqliteErrors.h"
+
+#include <text/Value.h>
+
+struct sqlite3;
+struct sqlite3_value;
+
+namespace store {
+
+/// Registers the dialect's functions and aggregates, the German collation and the conversion that a rebuilt
+/// table needs. Errors that they raise go to `pending`.
+void registerFunctions(sqlite3* db, PendingError& pending);
+
+/// Decodes by the type, Null by the engine's own storage class. Raises 6 for a REAL where the type is whole:
+/// the engine widens silently.
+[[nodiscard]] Value decode(sqlite3_value* value, Type type);
+
+} // namespace store
