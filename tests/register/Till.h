@@ -20,8 +20,6 @@
 
 using namespace Qt::StringLiterals;
 
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
-
 /// A screen whose dialogs answer from a script; one too many or too few fails the test.
 class ScriptedScreen : public till::RegisterScreen {
   public:
