@@ -51,7 +51,8 @@ frmLogin::frmLogin(KasseFactory openKasse, QWidget* parent)
     connect(m_ui->cboUser, &QComboBox::activated, this, [this] { m_ui->txtPIN->setFocus(); });
     connect(m_ui->cboUser, &QComboBox::editTextChanged, this, &frmLogin::selectByText);
     m_ui->cboUser->completer()->setCaseSensitivity(Qt::CaseInsensitive);
-    m_ui->cboUser->lineEdit()->installEventFilter(this);
+    m_ui->cboUser->installEventFilter(
+        this); // the focus is the list's, its line edit only gets what it passes on
     connect(&m_kasse, &KasseOpener::Unloaded, this, [this] {
         // Only a till that is nothing else goes from the register to the login; the shell is still open
         // otherwise.
