@@ -21,6 +21,7 @@ frmDesktopLogin::frmDesktopLogin(QWidget* parent)
     m_ui->txtPIN->setProperty("role", u"large"_s);
     m_ui->pad->setKeys(DigitPad::Clear);
     m_ui->pad->setTarget(m_ui->txtPIN);
+    m_ui->pad->setMinimumHeight(4 * edge + 3 * 6);
     m_ui->lvwUsers->setFocusPolicy(Qt::NoFocus);
     for (TouchKey* key : {m_ui->cmdLogin, m_ui->cmdCancel})
         key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

@@ -176,7 +176,7 @@ QAbstractItemView { color: %text%; background: %field%; alternate-background-col
   gridline-color: %border%; }
 QDialog QListView { border: 1px solid %border%; border-radius: %radius%px; }
 QListView::item { min-height: %row%px; padding: 2px 12px; border-bottom: 1px solid %header%; }
-QListView::item:selected { background: %selection%; color: %text%; }
+QListView::item:selected { background: %selection%; color: %text%; border-left: 4px solid %accent%; }
 QTableView::item, QTreeView::item { padding: 2px 8px; border-bottom: 1px solid %header%; }
 QTableView::item:selected, QTreeView::item:selected { background: %selection%; color: %text%; }
 QHeaderView { background: %header%; }
