@@ -109,6 +109,7 @@ void DigitPad::setKeys(Keys keys) {
         TouchKey* key =
             narrow ? add(u"cmdClear"_s, u"C"_s, 3, 2) : add(u"cmdClear"_s, u"C"_s, row, 3, alone ? 2 : 1);
         key->setAccessibleName(u"Eingabe löschen"_s);
+        key->setLarge(true);
         if (arithmetic) key->setHint(u"Esc"_s);
         row += alone ? 2 : 1;
         connect(key, &TouchKey::clicked, this, [this] {
@@ -151,8 +152,9 @@ void DigitPad::setKeys(Keys keys) {
         key->setHint(u"Enter"_s);
         connect(key, &TouchKey::clicked, this, &DigitPad::enter);
     }
-    for (int column = 0; column < (narrow ? 3 : 4); ++column)
+    for (int column = 0; column < 3; ++column)
         m_grid->setColumnStretch(column, 1);
+    m_grid->setColumnStretch(3, !narrow && keys & ~Keys(Decimal | Search) ? 1 : 0);
     for (int r = 0; r < (enterBelow ? 5 : 4); ++r)
         m_grid->setRowStretch(r, 1);
 }

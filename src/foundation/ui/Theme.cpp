@@ -154,6 +154,7 @@ QLabel[role~="muted"] { color: %muted%; }
 QLabel[role~="title"] { color: %titleText%; font-weight: 600; }
 QLabel[role~="headerInfo"] { color: %titleText%; }
 QLabel[role~="warning"] { color: %warning%; }
+QLabel[role~="strong"] { font-weight: 700; }
 QLabel[role~="small"] { font-size: %small%px; }
 QLabel[role~="large"] { font-size: %large%px; font-weight: 600; }
 QLabel[role~="total"] { font-size: %total%px; font-weight: 700; }
@@ -166,6 +167,7 @@ QLineEdit:focus, QComboBox:focus, QSpinBox:focus, QPlainTextEdit:focus, QTextEdi
 QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled { color: %muted%; background: %header%; }
 QLineEdit:read-only { background: %header%; }
 QLineEdit[role~="large"] { font-size: %large%px; font-weight: 600; }
+QLineEdit[role~="total"] { font-size: %total%px; font-weight: 700; }
 QComboBox::drop-down { border: none; width: %keyHeight%px; }
 QComboBox::down-arrow { image: url(:/ui/down.svg); width: 14px; height: 14px; }
 QComboBox QAbstractItemView { color: %text%; background: %field%; border: 1px solid %shadow%; outline: none;
@@ -190,7 +192,7 @@ QScrollBar::handle:horizontal { background: %shadow%; border-radius: 5px; min-wi
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QMenu { color: %text%; background: %field%; border: 1px solid %shadow%; padding: 6px; }
-QMenu::item { min-height: %row%px; padding: 4px 28px 4px 16px; border-radius: 5px; }
+QMenu::item { min-height: %keyHeight%px; padding: 7px 28px 7px 16px; border-radius: 5px; }
 QMenu::item:selected { color: %accentText%; background: %accent%; }
 QMenu::item:disabled { color: %muted%; }
 QMenu::separator { height: 1px; background: %border%; margin: 6px 10px; }

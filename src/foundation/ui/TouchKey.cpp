@@ -44,7 +44,7 @@ QString TouchKey::caption() const {
     plain.replace(QChar(1), u'&');
     // A unit stays with its number: "750 g" is not torn apart.
     const qsizetype last = plain.lastIndexOf(u' ');
-    if (last >= 0 && plain.size() - last <= 3) plain[last] = QChar::Nbsp;
+    if (last > 0 && plain[last - 1].isDigit()) plain[last] = QChar::Nbsp;
     return plain;
 }
 
@@ -103,6 +103,7 @@ QStringList TouchKey::shownLines() const {
         layout.endLayout();
         if (lines.size() >= most) break;
     }
+    lines.replaceInStrings(QString(QChar::Nbsp), u" "_s);
     return lines;
 }
 
