@@ -58,6 +58,6 @@ frmKassePreisAngabe::frmKassePreisAngabe(QWidget* parent)
 
 frmKasseFreierPreis::frmKasseFreierPreis(QWidget* parent)
     : KasseNumberDialog(till::NumberDialog(till::NumberDialog::FreierPreis), u"Freier Preis..."_s,
-                        u"Bitte geben Sie den neuen Preis des Artikels ein."_s, parent) {
+                        u"Bitte geben Sie den neuen Preis ein."_s, parent) {
     setObjectName(u"frmKasseFreierPreis"_s);
 }

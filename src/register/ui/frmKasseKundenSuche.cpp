@@ -58,6 +58,7 @@ void frmKasseKundenSuche::search() {
     Handle("frmKasseKundenSuche", [this] {
         const QString text = m_ui->txtSuchBegriff->text();
         m_customers.Search(by(), text);
+        if (m_customers.canFetchMore({})) m_customers.fetchMore({});
         // The standard customer stands first; what was looked for follows.
         m_ui->lvwKunden->selectRow(!text.isEmpty() && m_customers.rowCount() > 1 ? 1 : 0);
         if (by() == CustomerSearch::Number) selectNumber(text);

@@ -16,8 +16,9 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
     , m_timer(this) {
     m_ui->setupUi(this);
     const int edge = Theme::Current().keyHeight;
-    m_ui->pad->setKeys(DigitPad::Decimal | DigitPad::Clear);
-    m_ui->pad->setMinimumSize(edge * 6, edge * 5);
+    m_ui->pad->setKeys(DigitPad::Decimal);
+    m_ui->pad->setMinimumSize(edge * 5, edge * 5);
+    m_ui->cmdBar->setMinimumWidth(edge * 2);
     m_ui->pad->setTarget(m_ui->txtGegeben);
     m_ui->cmdAHVerkauf->setVisible(gAHVerkaufAktiv);
     m_ui->txtGegeben->installEventFilter(this);
@@ -32,7 +33,7 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
     m_ui->txtBack->setText(m_total.Back());
     showGegeben();
 
-    connect(m_ui->pad, &DigitPad::clear, this, [this] {
+    connect(m_ui->cmdClear, &TouchKey::clicked, this, [this] {
         m_total.Clear();
         showGegeben();
     });
