@@ -4,6 +4,7 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 
+#include <QDeadlineTimer>
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -15,15 +16,29 @@ QString PdfFolder() {
     return told + QDir::separator();
 }
 
+struct SystemPrinters::Cache {
+    const devices::PrintQueues& queues() {
+        if (fresh.hasExpired()) {
+            last = devices::printQueues();
+            fresh.setRemainingTime(5000);
+        }
+        return last;
+    }
+    QDeadlineTimer fresh{0};
+    devices::PrintQueues last;
+};
+
+SystemPrinters::SystemPrinters()
+    : m_cache(std::make_unique<Cache>()) {}
+SystemPrinters::~SystemPrinters() = default;
+
 QStringList SystemPrinters::names() const {
-    QStringList names = devices::printQueues().names;
+    QStringList names = m_cache->queues().names;
     if (!PdfFolder().isEmpty()) names << QString::fromUtf16(pdfPrinterName);
     return names;
 }
 
 QString SystemPrinters::defaultName() const {
-    const devices::PrintQueues queues = devices::printQueues();
-    if (!queues.defaultName.isEmpty()) return queues.defaultName;
-    if (!queues.names.isEmpty()) return queues.names.first();
-    return PdfFolder().isEmpty() ? QString() : QString::fromUtf16(pdfPrinterName);
+    const QString name = m_cache->queues().defaultName;
+    return name.isEmpty() ? names().value(0) : name;
 }

@@ -10,7 +10,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -249,6 +252,28 @@ TEST_F(StartUpTest, RefusesToStartTwiceOrWithoutAPrinter) {
     EXPECT_EQ(m_calls, QStringList());
     m_start.reset();
     EXPECT_EQ(second.Main(), StartResult::Running);
+}
+
+TEST_F(StartUpTest, AKilledTillDoesNotKeepTheNextFromStarting) {
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t other = fork();
+    if (other == 0) {
+        StartUp start(m_screens, m_printers, m_waiter); // ends in the settings, since there is no store
+        start.Main();
+        (void)!write(ready[1], "x", 1);
+        for (;;)
+            pause();
+    }
+    char byte = 0;
+    ASSERT_EQ(read(ready[0], &byte, 1), 1);
+    m_dialogs.expectMsgBox(u"Dieses Programm wurde bereits gestartet."_s);
+    EXPECT_EQ(start(), StartResult::AlreadyRunning);
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
+    EXPECT_EQ(start(), StartResult::SetupCancelled);
+    close(ready[0]);
+    close(ready[1]);
 }
 
 TEST_F(StartUpTest, FailuresEndTheStartWithAReport) {

@@ -5,13 +5,20 @@
 /// The printer that writes documents into the folder of konfig.ini [DRUCKER] PdfOrdner.
 inline constexpr auto pdfPrinterName = u"PDF-Drucker";
 
-/// The print queues of the system, and the PDF printer when a folder for it is told. Asked anew at each call,
-/// so that a queue set up meanwhile is seen. A print system that does not answer has no queues.
+/// The print queues of the system, and the PDF printer when a folder for it is told. The system is asked at
+/// most every few seconds, since asking may take a good part of one. A print system that does not answer has
+/// no queues.
 class SystemPrinters : public PrinterList {
   public:
+    SystemPrinters();
+    ~SystemPrinters() override;
     [[nodiscard]] QStringList names() const override;
     /// The system's default queue; without one the first of names().
     [[nodiscard]] QString defaultName() const override;
+
+  private:
+    struct Cache;
+    std::unique_ptr<Cache> m_cache;
 };
 
 /// The folder of the PDF printer, ends in a separator; "" when there is none.
