@@ -74,6 +74,7 @@ class Writer {
     void selectBody(const Select* s);
     void selectList(const Select* s, bool named, bool collated);
     void topWithTies(const Select* s, const Query* q);
+    void joinRow(const Source* s, std::vector<const Expr*>& conditions);
     void orderTerms(const Query* q, const Select* s, bool positions);
     void collate(const Expr* e);
     void checkSize() const;

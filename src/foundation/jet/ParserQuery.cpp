@@ -81,12 +81,23 @@ void Parser::atEnd() {
     if (!is(Tok::End)) fail(u"Hier endet die Anweisung, oder ein Operator fehlt."_s);
 }
 
+// A SELECT, or one in parentheses of its own that a UNION, an ORDER BY or nothing follows: "((SELECT ..) +
+// 1)" and
+// "((SELECT ..) AS a INNER JOIN ..)" only look alike.
 bool Parser::startsQuery() const {
-    for (int i = 0; i < maxDepth; ++i) {
-        if (peek(i).kind == Tok::Open) continue;
-        return peek(i).kind == Tok::Name && peek(i).word == Word::Select;
+    if (is(Word::Select)) return true;
+    std::size_t at = m_at;
+    while (m_tokens[at].kind == Tok::Open)
+        ++at;
+    if (at == m_at || m_tokens[at].word != Word::Select) return false;
+    int depth = 0;
+    for (at = m_at; m_tokens[at].kind != Tok::End; ++at) {
+        if (m_tokens[at].kind == Tok::Open) ++depth;
+        if (m_tokens[at].kind == Tok::Close && --depth == 0) break;
     }
-    return false;
+    if (m_tokens[at].kind == Tok::End) return true;
+    const Token& next = m_tokens[at + 1];
+    return next.kind == Tok::Close || next.word == Word::Union || next.word == Word::Order;
 }
 
 Query* Parser::query() {
@@ -299,27 +310,13 @@ Source* Parser::source() {
     if (is(Tok::Open)) {
         const qsizetype pos = take().pos;
         if (startsQuery()) {
-            // "((SELECT ..) AS a INNER JOIN ..)" starts alike: the parenthesis belongs to the join.
-            const bool nestedJoin = [&] {
-                if (!is(Tok::Open)) return false;
-                int depth = 0;
-                for (std::size_t i = m_at; i < m_tokens.size(); ++i) {
-                    if (m_tokens[i].kind == Tok::Open) ++depth;
-                    if (m_tokens[i].kind == Tok::Close && --depth == 0)
-                        return i + 1 < m_tokens.size() && m_tokens[i + 1].kind != Tok::Close &&
-                               m_tokens[i + 1].word != Word::Union && m_tokens[i + 1].word != Word::Order;
-                }
-                return false;
-            }();
-            if (!nestedJoin) {
-                Source* s = m_tree.arena.make<Source>();
-                s->form = Source::Form::Derived;
-                s->pos = pos;
-                s->query = query();
-                expect(Tok::Close, u"Eine schließende Klammer fehlt."_s);
-                s->alias = alias();
-                return s;
-            }
+            Source* s = m_tree.arena.make<Source>();
+            s->form = Source::Form::Derived;
+            s->pos = pos;
+            s->query = query();
+            expect(Tok::Close, u"Eine schließende Klammer fehlt."_s);
+            s->alias = alias();
+            return s;
         }
         Source* s = joined();
         expect(Tok::Close, u"Eine schließende Klammer fehlt."_s);

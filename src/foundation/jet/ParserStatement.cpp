@@ -59,6 +59,7 @@ void Parser::selectStatement() { m_tree.query = query(); }
 void Parser::transformStatement() {
     take();
     m_tree.transform = expression();
+    alias();
     m_tree.query = query();
     expect(Word::Pivot, u"Zu TRANSFORM gehört PIVOT."_s);
     m_tree.pivot = expression();

@@ -223,20 +223,46 @@ void Writer::source(const Source* s) {
     case Source::Form::Join:
         break;
     }
-    // A RIGHT JOIN is the LEFT JOIN of its sides exchanged.
-    const bool swapped = s->join == JoinKind::Right;
+    // A RIGHT JOIN is the LEFT JOIN of its sides exchanged. A join in parentheses on the right would become a
+    // subquery without row keys, so it comes first where the order does not matter, or is drawn into the row.
+    const bool outer = s->join == JoinKind::Left || s->join == JoinKind::Right;
+    const bool nestedRight = s->right->form == Source::Form::Join;
+    const bool swapped =
+        s->join == JoinKind::Right || (!outer && nestedRight && s->left->form != Source::Form::Join);
     const Source* left = swapped ? s->right : s->left;
     const Source* right = swapped ? s->left : s->right;
     source(left);
-    out += s->join == JoinKind::Left || swapped ? " LEFT JOIN " : " JOIN ";
-    const bool nested = right->form == Source::Form::Join;
-    if (nested) out += '(';
-    source(right);
-    if (nested) out += ')';
-    if (s->on) {
-        out += " ON ";
-        condition(s->on);
+    std::vector<const Expr*> conditions;
+    if (!outer) {
+        joinRow(right, conditions);
+    } else {
+        const bool nested = right->form == Source::Form::Join;
+        out += nested ? " LEFT JOIN (" : " LEFT JOIN ";
+        source(right);
+        if (nested) out += ')';
     }
+    if (s->on) conditions.push_back(s->on);
+    for (std::size_t i = 0; i < conditions.size(); ++i) {
+        out += i ? " AND (" : conditions.size() > 1 ? " ON (" : " ON ";
+        condition(conditions[i]);
+        if (conditions.size() > 1) out += ')';
+    }
+}
+
+// " JOIN a JOIN b ..": the tables of inner joins, their conditions gathered.
+void Writer::joinRow(const Source* s, std::vector<const Expr*>& conditions) {
+    const bool inner =
+        s->form == Source::Form::Join && (s->join == JoinKind::Inner || s->join == JoinKind::Cross);
+    if (inner) {
+        joinRow(s->left, conditions);
+        joinRow(s->right, conditions);
+        if (s->on) conditions.push_back(s->on);
+        return;
+    }
+    const bool nested = s->form == Source::Form::Join;
+    out += nested ? " JOIN (" : " JOIN ";
+    source(s);
+    if (nested) out += ')';
 }
 
 void Writer::dynaset(const Query* q, Dynaset& result) {
