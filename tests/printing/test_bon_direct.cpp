@@ -15,7 +15,7 @@ namespace {
 const QByteArray rule = QByteArray(40, '-') + "\r\n";
 const QByteArray tableHead = "Anz Artikelname             Ust  Gesamt \r\n" + rule;
 const QByteArray taxHead = "Enthaltene Ust                          \r\n";
-const QByteArray foot("\x1B\x61\x01\r\nVielen Dank fuer Ihren Einkauf\r\n\x1B\x64\x0D\x1B\x56\x42\x00", 43);
+const QByteArray foot("\x1B\x61\x01\r\nVielen Dank fuer Ihren Einkauf\r\n\x1B\x64\x0D\x1B\x56\x42\x00", 44);
 
 class BonDirect : public testing::Test {
   protected:
@@ -98,7 +98,7 @@ TEST_F(BonDirect, CardWithoutChangeLineAndOverflowingFields) {
     const double total = 1.1531 * 1000.5 * 1.07;
     ASSERT_GT(total, 1234.0); // eight characters
     expectPrinted(id, head(id) +
-                          "1000N\xFCsse lose, das Kilo z 7,0  1.234,4\r\n"
+                          "1000N\xFCsse lose, das Kilo zu 7,0  1.234,4\r\n"
                           "-1  Leergut                 7,0  -0,11  \r\n" +
                           rule +
                           "Summe                            1.234,5\r\n"
