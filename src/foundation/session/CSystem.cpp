@@ -81,6 +81,10 @@ QString CSystem::ReadProfileString(const QString& Section, const QString& Key, c
 
 void CSystem::WriteProfileString(const QString& Section, const QString& Key, const QString& Value,
                                  const QString& File) {
+    WriteProfileStrings({{Section, Key, Value}}, File);
+}
+
+void CSystem::WriteProfileStrings(const std::vector<Entry>& Entries, const QString& File) {
     const QFileInfo info(File);
     const auto fail = [&](int number, const QString& text) {
         throw RuntimeError(number, text + u": "_s + QDir::toNativeSeparators(File), u"CSystem"_s);
@@ -94,7 +98,8 @@ void CSystem::WriteProfileString(const QString& Section, const QString& Key, con
         before = file.readAll();
     }
     IniFile ini(before);
-    ini.setValue(Section, Key, Value);
+    for (const Entry& entry : Entries)
+        ini.setValue(entry.Section, entry.Key, entry.Value);
     const QByteArray after = ini.bytes();
     if (info.exists() && after == before) return;
     if (info.exists() && !info.isWritable()) fail(70, u"Zugriff verweigert"_s);

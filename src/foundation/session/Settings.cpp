@@ -42,15 +42,18 @@ void assign(const Setting& setting, const QString& value) {
     }
 }
 
-void read(const Setting& setting, CSystem& system, const QString& file) {
+using Entries = std::vector<CSystem::Entry>;
+
+/// Fills the global; what is to be written back joins `missing`.
+void read(const Setting& setting, CSystem& system, const QString& file, Entries& missing) {
     const QString section = text(setting.section);
     const QString key = text(setting.key);
     QString value = system.ReadProfileString(section, key, file);
     if (setting.trimmed) value = value.trimmed();
     const bool writeBack = value.isEmpty() && setting.back;
     if (writeBack)
-        system.WriteProfileString(setting.backSection ? text(setting.backSection) : section, key,
-                                  text(setting.back), file);
+        missing.push_back(
+            {setting.backSection ? text(setting.backSection) : section, key, text(setting.back)});
     if (writeBack && setting.backTarget)
         *setting.backTarget = true;
     else
@@ -74,22 +77,31 @@ const Setting* FindSetting(const QString& section, const QString& key) {
 }
 
 void WriteDefaultPrinters(CSystem& system, const QString& file, const QString& defaultPrinter) {
+    Entries missing;
     for (const Setting& setting : Settings()) {
         if (setting.kind != SettingKind::Printer) continue;
         const QString name = system.ReadProfileString(text(setting.section), text(setting.key), file);
         if (name.isEmpty() || name.toUpper() == u"DEFAULT"_s)
-            system.WriteProfileString(text(setting.section), text(setting.key), defaultPrinter, file);
+            missing.push_back({text(setting.section), text(setting.key), defaultPrinter});
     }
+    if (!missing.empty()) system.WriteProfileStrings(missing, file);
 }
 
 void ReadSettings(CSystem& system, const QString& file) {
+    Entries missing;
+    const auto writeBack = [&] {
+        if (!missing.empty()) system.WriteProfileStrings(missing, file);
+    };
     for (const Setting& setting : Settings()) {
         if (setting.reader != SettingReader::StartUp) continue;
         try {
-            read(setting, system, file);
+            read(setting, system, file, missing);
         } catch (const RuntimeError& error) {
             // A malformed value is no reason not to start.
-            if (error.Number != 13) throw;
+            if (error.Number == 13) continue;
+            writeBack();
+            throw;
         }
     }
+    writeBack();
 }

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 /// Access to ini files and to what the machine is called. Ini files may be Windows-1252 or UTF-8; section and
 /// key names compare without case; comments, order and unknown keys survive a write; a write replaces the
@@ -24,6 +25,11 @@ class CSystem {
     /// file in UTF-16.
     virtual void WriteProfileString(const QString& Section, const QString& Key, const QString& Value,
                                     const QString& File);
+    /// Several keys at once, for one write of the file.
+    struct Entry {
+        QString Section, Key, Value;
+    };
+    virtual void WriteProfileStrings(const std::vector<Entry>& Entries, const QString& File);
     /// The machine's name, the identity `Maschine` of a till, at most 50 characters; the environment variable
     /// MERIVANE_MASCHINE overrides.
     [[nodiscard]] virtual QString ComputerName() const;
