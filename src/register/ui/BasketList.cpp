@@ -3,9 +3,9 @@
 #include <ui/Theme.h>
 
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QScroller>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
@@ -33,7 +33,6 @@ BasketList::BasketList(QWidget* parent)
     verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setSectionsClickable(false);
-    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { scrollTo(currentIndex()); });
 }
 
@@ -44,6 +43,27 @@ void BasketList::showRow(int row) {
     }
     selectRow(row);
     scrollTo(model()->index(row, 0));
+}
+
+void BasketList::mousePressEvent(QMouseEvent* event) {
+    m_pressedAt = event->position().toPoint().y();
+    m_scrolledBefore = verticalScrollBar()->value();
+    m_dragged = false;
+}
+
+void BasketList::mouseMoveEvent(QMouseEvent* event) {
+    if (m_pressedAt < 0) return;
+    const int rows =
+        (m_pressedAt - event->position().toPoint().y()) / std::max(1, verticalHeader()->defaultSectionSize());
+    if (rows != 0) m_dragged = true;
+    if (m_dragged) verticalScrollBar()->setValue(m_scrolledBefore + rows);
+}
+
+void BasketList::mouseReleaseEvent(QMouseEvent* event) {
+    const bool tap = m_pressedAt >= 0 && !m_dragged;
+    m_pressedAt = -1;
+    const int row = rowAt(event->position().toPoint().y());
+    if (tap && row >= 0) emit tapped(row);
 }
 
 void BasketList::resizeEvent(QResizeEvent* event) {

@@ -49,6 +49,11 @@ void KasseLayout::fit(const QSize& form) {
     fitColumns(form.width() - side);
 }
 
+void KasseLayout::alignLetters(QLabel& label) {
+    const bool blank = label.text().startsWith(u' ');
+    label.setMargin(blank ? -label.fontMetrics().horizontalAdvance(u' ') : 0);
+}
+
 void KasseLayout::fitColumns(int width) {
     const QFontMetrics metrics(Theme::Current().font());
     const bool narrow = width < NarrowBelow;

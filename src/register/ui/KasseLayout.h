@@ -3,8 +3,8 @@
 namespace Ui {
 class frmKasse;
 }
+class QLabel;
 class QSize;
-class QTableView;
 
 /// What the layout of the register needs beyond its grid: the keypad's width for a size of the screen, the
 /// title of the function keys where there is room for it, and the columns of the list.
@@ -15,6 +15,8 @@ class KasseLayout {
     /// Fonts and heights by the theme in force, once after the form was built.
     void setUp();
     void fit(const QSize& form);
+    /// Texts of the till may begin with a blank; their letters stand in line with the others all the same.
+    static void alignLetters(QLabel& label);
 
   private:
     void fitColumns(int width);

@@ -150,9 +150,12 @@ void frmKasse::connectBasket() {
     till::Basket& basket = m_till.basket();
     BasketList* list = m_ui->lvwBestellung;
     list->setModel(&basket);
-    connect(list, &BasketList::clicked, this, [this](const QModelIndex& where) {
-        m_queue->run(
-            [this, row = QPersistentModelIndex(where)] { m_till.lvwBestellung_ItemClick(row.row()); });
+    connect(list, &BasketList::tapped, this, [this](int row) {
+        // The row itself is meant, wherever it stands by the time its turn comes.
+        const QPersistentModelIndex where(m_till.basket().index(row, 0));
+        m_queue->run([this, where] {
+            if (where.isValid()) m_till.lvwBestellung_ItemClick(where.row());
+        });
     });
     connect(&basket, &till::Basket::SelectedChanged, list, &BasketList::showRow);
     connect(&basket, &till::Basket::GesamtChanged, m_ui->lblGesamt, &QLabel::setText);
@@ -211,6 +214,7 @@ void frmKasse::refreshKeys() {
         auto* key = findChild<TouchKey*>(u"cmdArtikel%1"_s.arg(i));
         key->setText(shown(keys.key(i).caption));
         key->setTag(keys.key(i).artikelNummer);
+        key->setEnabled(!key->text().isEmpty() || !key->tag().isEmpty());
     }
     m_ui->sspArtikel_BG->setTitle(keys.title());
 }
@@ -218,10 +222,12 @@ void frmKasse::refreshKeys() {
 void frmKasse::showTitle(const QString& title) {
     QString shown = title;
     m_ui->sspBestellung_BG->setTitle(shown.replace(u"&&"_s, u"&"_s));
+    KasseLayout::alignLetters(*m_ui->sspBestellung_BG->titleLabel());
 }
 
 void frmKasse::showBestand(const till::StockLabel& label) {
     m_ui->lblBestand->setText(label.text);
+    KasseLayout::alignLetters(*m_ui->lblBestand);
     m_ui->lblBestand->setVisible(label.visible);
     const QString role = label.warning ? u"warning strong"_s : u"muted"_s;
     if (m_ui->lblBestand->property("role").toString() == role) return;

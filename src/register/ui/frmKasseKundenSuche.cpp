@@ -30,7 +30,10 @@ frmKasseKundenSuche::frmKasseKundenSuche(QWidget* parent)
     list->setColumnWidth(CustomerSearch::Ort, metrics.averageCharWidth() * 20);
     m_ui->lvwKFZ->setModel(m_vehicles);
     m_ui->lvwKFZ->verticalHeader()->setDefaultSectionSize(rowHeight);
+    m_ui->lvwKFZ->horizontalHeader()->setStretchLastSection(true);
     m_ui->lvwKFZ->setVisible(gShowKundenKFZInfo);
+    for (QTableView* table : {m_ui->lvwKunden, m_ui->lvwKFZ})
+        table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_ui->txtSuchBegriff->installEventFilter(this);
 
     connect(m_ui->txtSuchBegriff, &QLineEdit::textChanged, this, &frmKasseKundenSuche::search);
@@ -85,6 +88,7 @@ void frmKasseKundenSuche::showVehicles(int row) {
     Handle("frmKasseKundenSuche", [this, row] {
         m_vehicles->clear();
         m_vehicles->setHorizontalHeaderLabels(CustomerSearch::VehicleHeaders());
+        m_ui->lvwKFZ->resizeColumnsToContents();
         if (row < 0) return;
         for (const QStringList& vehicle : m_customers.Vehicles(row)) {
             QList<QStandardItem*> items;
@@ -92,6 +96,7 @@ void frmKasseKundenSuche::showVehicles(int row) {
                 items << new QStandardItem(text);
             m_vehicles->appendRow(items);
         }
+        m_ui->lvwKFZ->resizeColumnsToContents();
     });
 }
 

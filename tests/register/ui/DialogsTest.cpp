@@ -10,6 +10,7 @@ TEST_F(Kasse, SellsAFreeArticleWithNameRateAndGroup) {
         EXPECT_EQ(u"Diverser Artikel"_s, control<QLineEdit>(d, u"txtName"_s).selectedText());
         auto& rate = control<QComboBox>(d, u"cboSteuerSatz"_s);
         EXPECT_EQ(u"7,0"_s, rate.currentText());
+        keep(d, d.objectName());
         rate.setCurrentIndex(0);
         typeText(d, u" "_s);
         pressKey(d, Qt::Key_Return);
@@ -35,6 +36,7 @@ TEST_F(Kasse, ChoosesBetweenArticlesOfOneOrderNumber) {
         shop.insert(u"ArtikelLieferanten"_s, {{u"ArtikelNummer"_s, number}, {u"BestellNummer"_s, u"B1"_s}});
     dialogs.expectModal(u"frmKasseArtikelLieferanten"_s, [](QDialog& d) {
         EXPECT_EQ(2, control<QTableView>(d, u"lvwArtikel"_s).model()->rowCount());
+        keep(d, d.objectName());
         pressKey(d, Qt::Key_Down);
         pressKey(d, Qt::Key_Return);
     });
@@ -98,6 +100,7 @@ TEST_F(Kasse, FindsTheCustomerByNameTownAndNumber) {
     gShowKundenKFZInfo = true;
     dialogs.expectModal(u"frmKasseKundenSuche"_s, [](QDialog& d) {
         EXPECT_TRUE(control<QTableView>(d, u"lvwKFZ"_s).isVisible());
+        keep(d, d.objectName());
         typeText(d, u"niemand"_s);
         pressKey(d, Qt::Key_Return);
     });

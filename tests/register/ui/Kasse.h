@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,6 +27,12 @@
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
+
+/// Keeps what a form looks like when the environment variable MERIVANE_SCREENSHOTS names a folder for it.
+inline void keep(QWidget& form, const QString& name) {
+    const QString folder = qEnvironmentVariable("MERIVANE_SCREENSHOTS");
+    if (!folder.isEmpty() && QDir().mkpath(folder)) form.grab().save(folder + u'/' + name + u".png"_s);
+}
 
 /// The register's real form in a small shop, used as a cashier uses it: by keys and clicks.
 class Kasse : public testing::Test {

@@ -105,6 +105,13 @@ TEST_F(Kasse, UpAndDownMoveInTheListAndStopAtItsEnds) {
     EXPECT_EQ(1, selected());
     typeText(*form, u"+"_s);
     EXPECT_EQ(u"2"_s, list().model()->index(1, 2).data().toString());
+    // A finger that drags scrolls the list and selects nothing.
+    const QPoint down = list().visualRect(list().model()->index(2, 2)).center();
+    QTest::mousePress(list().viewport(), Qt::LeftButton, {}, down);
+    QTest::mouseMove(list().viewport(), down - QPoint(0, 80));
+    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, down - QPoint(0, 80));
+    EXPECT_EQ(1, selected());
+    EXPECT_GT(list().rowAt(1), 0);
     scan(bread);
     EXPECT_EQ(12, selected());
     EXPECT_TRUE(list().viewport()->rect().contains(list().visualRect(list().currentIndex())));

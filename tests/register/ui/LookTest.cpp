@@ -1,14 +1,6 @@
 #include "Kasse.h"
 
-#include <QDir>
-
 namespace {
-
-/// Keeps what a form looks like when the environment variable names a folder for it.
-void keep(QWidget& form, const QString& name) {
-    const QString folder = qEnvironmentVariable("MERIVANE_SCREENSHOTS");
-    if (!folder.isEmpty() && QDir().mkpath(folder)) form.grab().save(folder + u'/' + name + u".png"_s);
-}
 
 bool fits(const QLabel& label) {
     return label.fontMetrics().horizontalAdvance(label.text()) <= label.contentsRect().width();
@@ -61,5 +53,29 @@ TEST_P(Look, EveryThingHasItsRoom) {
 INSTANTIATE_TEST_SUITE_P(Screens, Look,
                          testing::Values(QSize(1024, 768), QSize(1366, 768), QSize(1920, 1080)),
                          [](const auto& screen) { return "w" + std::to_string(screen.param.width()); });
+
+TEST_F(Kasse, WarnsOfAShortStockAndShowsThePicture) {
+    shop.article(
+        u"55"_s, u"Apfelsaft"_s, 2.20,
+        {{u"LagerAktiv"_s, true}, {u"IstBestand"_s, 6}, {u"SollBestand"_s, 5}, {u"Einheit"_s, u"Fl."_s}});
+    QImage picture(40, 80, QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    ASSERT_TRUE(picture.save(shop.folder() + u"artimg_55.bmp"_s));
+    auto& stock = control<QLabel>(*form, u"lblBestand"_s);
+    auto& shown = control<QLabel>(*form, u"sspArtBild"_s);
+    scan(u"55"_s);
+    EXPECT_EQ(u" aktueller Bestand: 5 Fl."_s, stock.text());
+    const QColor plain = stock.palette().color(QPalette::WindowText);
+    EXPECT_FALSE(shown.pixmap().isNull());
+    EXPECT_GT(shown.pixmap().height(), 80) << "as large as there is room";
+    typeText(*form, u"+"_s);
+    EXPECT_EQ(u" aktueller Bestand: 4 Fl."_s, stock.text());
+    EXPECT_NE(plain, stock.palette().color(QPalette::WindowText));
+    keep(*form, u"frmKasse-warning"_s);
+    scan(bread);
+    EXPECT_EQ(u" keine Lagerhaltung..."_s, stock.text());
+    EXPECT_EQ(plain, stock.palette().color(QPalette::WindowText));
+    EXPECT_EQ(u"Kein Artikelbild verfügbar"_s, shown.text());
+}
 
 } // namespace
