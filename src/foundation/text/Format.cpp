@@ -42,7 +42,8 @@ constexpr Named namedFormats[] = {
 const Named* findNamed(QStringView format) {
     if (format.size() < 4 || !format[0].isLetter()) return nullptr;
     for (const Named& named : namedFormats)
-        if (format.compare(named.name, Qt::CaseInsensitive) == 0) return &named;
+        if (format.size() == named.name.size() && format.compare(named.name, Qt::CaseInsensitive) == 0)
+            return &named;
     return nullptr;
 }
 

@@ -35,7 +35,9 @@ class DateWriter {
         , m_time(date.time())
         , m_format(format)
         , m_firstDayOfWeek(firstDayOfWeek)
-        , m_firstWeekOfYear(firstWeekOfYear) {}
+        , m_firstWeekOfYear(firstWeekOfYear) {
+        m_date.getDate(&m_year, &m_month, &m_day);
+    }
 
     QString write() {
         findClock();
@@ -95,7 +97,7 @@ class DateWriter {
             break;
         case u'q':
         case u'Q':
-            m_out.number((m_date.month() + 2) / 3, 1);
+            m_out.number((m_month + 2) / 3, 1);
             break;
         case u'c':
         case u'C':
@@ -136,30 +138,30 @@ class DateWriter {
         case 6:
             m_out.put(german::weekdays[weekday]);
             m_out.put(u", ");
-            m_out.number(m_date.day(), 1);
+            m_out.number(m_day, 1);
             m_out.put(u". ");
             month(4, false);
             m_out.put(u' ');
-            return m_out.number(m_date.year(), 4);
+            return m_out.number(m_year, 4);
         default:
-            m_out.number(m_date.day(), letters);
+            m_out.number(m_day, letters);
         }
     }
 
     void month(int letters, bool behindHour) {
         if (behindHour && letters <= 2) return m_out.number(m_time.minute(), letters);
-        const auto index = static_cast<size_t>(m_date.month() - 1);
+        const auto index = static_cast<size_t>(m_month - 1);
         if (letters == 3) return m_out.put(german::shortMonths[index]);
         if (letters == 4) return m_out.put(german::months[index]);
-        m_out.number(m_date.month(), letters);
+        m_out.number(m_month, letters);
     }
 
     void year(Scanner& scanner) {
         if (scanner.rest().startsWith(u"yyy", Qt::CaseInsensitive)) {
             scanner.skip(3);
-            m_out.number(m_date.year(), 4);
+            m_out.number(m_year, 4);
         } else if (scanner.run(u'y', 1) == 1) {
-            m_out.number(m_date.year() % 100, 2);
+            m_out.number(m_year % 100, 2);
         } else {
             m_out.number(m_date.dayOfYear(), 1);
         }
@@ -193,11 +195,11 @@ class DateWriter {
     }
 
     void shortDate() {
-        m_out.number(m_date.day(), 2);
+        m_out.number(m_day, 2);
         m_out.put(u'.');
-        m_out.number(m_date.month(), 2);
+        m_out.number(m_month, 2);
         m_out.put(u'.');
-        m_out.number(m_date.year(), 4);
+        m_out.number(m_year, 4);
     }
 
     void clockTime() {
@@ -210,6 +212,7 @@ class DateWriter {
 
     DateTime m_moment;
     QDate m_date;
+    int m_year = 0, m_month = 0, m_day = 0;
     QTime m_time;
     QStringView m_format;
     int m_firstDayOfWeek;

@@ -118,6 +118,10 @@ Kind kindOf(QStringView format) {
 
 Sections split(QStringView format) {
     Sections sections;
+    if (!format.contains(u';')) {
+        sections.part.append(format);
+        return sections;
+    }
     const char16_t* start = format.utf16();
     Scanner scanner(format);
     QStringView literal;

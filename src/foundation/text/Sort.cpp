@@ -2,6 +2,9 @@
 
 #include <text/Sort.h>
 
+#include <cstring>
+#include <span>
+
 namespace collation {
 
 namespace {
@@ -88,6 +91,8 @@ Elements elementsOf(char32_t character) {
     return character < tableEnd ? table()[character] : compute(character);
 }
 
+std::span<const Elements> frequentElements() { return table(); }
+
 char32_t take(const char*& at, const char* end) {
     const auto byte = [&](qsizetype i) { return static_cast<unsigned char>(at[i]); };
     const unsigned char lead = byte(0);
@@ -129,7 +134,8 @@ class Stream {
             return true;
         }
         if (m_at == m_end) return false;
-        const Elements e = elementsOf(take(m_at, m_end));
+        const char32_t c = take(m_at, m_end);
+        const Elements& e = c < m_frequent.size() ? m_frequent[c] : (m_rare = elementsOf(c));
         m_pending = e.two;
         m_second = e.second;
         element = e.first;
@@ -139,6 +145,8 @@ class Stream {
   private:
     const Char* m_at;
     const Char* m_end;
+    std::span<const Elements> m_frequent = frequentElements();
+    Elements m_rare;
     Element m_second;
     bool m_pending = false;
 };
@@ -156,27 +164,55 @@ int compareElements(const Char* a, const Char* aEnd, const Char* b, const Char* 
     }
 }
 
+/// Length of what both texts begin with, eight bytes at a time.
 template <class Char>
-int compare(const Char* a, const Char* aEnd, const Char* b, const Char* bEnd) {
-    using Unit = std::make_unsigned_t<Char>;
-    while (a != aEnd && b != bEnd) {
-        const auto x = static_cast<Unit>(*a), y = static_cast<Unit>(*b);
-        if ((x | y) >= 128) return compareElements(a, aEnd, b, bEnd);
-        if (x != y && asciiRank[x] != asciiRank[y]) return asciiRank[x] < asciiRank[y] ? -1 : 1;
-        ++a;
-        ++b;
+qsizetype commonLength(const Char* a, const Char* b, qsizetype length) {
+    constexpr qsizetype step = 8 / sizeof(Char);
+    qsizetype i = 0;
+    for (std::uint64_t x, y; i + step <= length; i += step) {
+        std::memcpy(&x, a + i, sizeof x);
+        std::memcpy(&y, b + i, sizeof y);
+        if (x != y) break;
     }
-    return a != aEnd ? 1 : b != bEnd ? -1 : 0;
+    while (i < length && a[i] == b[i])
+        ++i;
+    return i;
+}
+
+/// Where the character begins that the unit at `i` belongs to; what stands before is the same in both texts.
+qsizetype characterStart(const char* text, qsizetype i) {
+    for (qsizetype back = 1; back <= 3 && back <= i; ++back)
+        if (static_cast<unsigned char>(text[i - back]) >= 0xc0) return i - back;
+    return i;
+}
+
+qsizetype characterStart(const char16_t* text, qsizetype i) {
+    return i > 0 && QChar::isHighSurrogate(text[i - 1]) ? i - 1 : i;
+}
+
+template <class Char>
+int compare(const Char* a, qsizetype aLength, const Char* b, qsizetype bLength) {
+    using Unit = std::make_unsigned_t<Char>;
+    const qsizetype shorter = std::min(aLength, bLength);
+    for (qsizetype i = 0;; ++i) {
+        i += commonLength(a + i, b + i, shorter - i);
+        const unsigned x = i < aLength ? static_cast<Unit>(a[i]) : 0U;
+        const unsigned y = i < bLength ? static_cast<Unit>(b[i]) : 0U;
+        if ((x | y) >= 128) {
+            const qsizetype start = characterStart(a, i);
+            return compareElements(a + start, a + aLength, b + start, b + bLength);
+        }
+        if (i == shorter) return aLength < bLength ? -1 : aLength > bLength ? 1 : 0;
+        if (asciiRank[x] != asciiRank[y]) return asciiRank[x] < asciiRank[y] ? -1 : 1;
+    }
 }
 
 } // namespace
 
-int CompareText(QStringView a, QStringView b) {
-    return compare(a.utf16(), a.utf16() + a.size(), b.utf16(), b.utf16() + b.size());
-}
+int CompareText(QStringView a, QStringView b) { return compare(a.utf16(), a.size(), b.utf16(), b.size()); }
 
 int CompareUtf8(const char* a, qsizetype aLength, const char* b, qsizetype bLength) {
-    return compare(a, a + aLength, b, b + bLength);
+    return compare(a, aLength, b, bLength);
 }
 
 QString PrefixEnd(QStringView prefix) {
