@@ -4,7 +4,10 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cerrno>
+#include <initializer_list>
+#include <new>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -45,18 +48,31 @@ QString columnOf(const QString& message) {
     }
 }
 
-bool diskIsFull(sqlite3* db) {
-    const int system = sqlite3_system_errno(db);
-#ifdef EDQUOT
-    if (system == EDQUOT) return true;
-#endif
-    return system == ENOSPC || system == EFBIG;
+// The engine tells only ENOSPC as a full disk; quotas and limits of the file size come as a failed write,
+// whose reason the file itself remembers, be it the store or its log.
+int lastErrno(sqlite3* db, int pointer) {
+    sqlite3_file* file = nullptr;
+    if (sqlite3_file_control(db, "main", pointer, &file) != SQLITE_OK || !file || !file->pMethods) return 0;
+    int number = 0;
+    return file->pMethods->xFileControl(file, SQLITE_FCNTL_LAST_ERRNO, &number) == SQLITE_OK ? number : 0;
 }
 
-bool lacksRights(sqlite3* db) {
-    const int system = sqlite3_system_errno(db);
-    return system == EACCES || system == EPERM || system == EROFS;
+bool isOneOf(sqlite3* db, std::initializer_list<int> numbers) {
+    const auto among = [&](int number) {
+        return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+    };
+    return among(sqlite3_system_errno(db)) || among(lastErrno(db, SQLITE_FCNTL_FILE_POINTER)) ||
+           among(lastErrno(db, SQLITE_FCNTL_JOURNAL_POINTER));
 }
+
+bool diskIsFull(sqlite3* db) {
+#ifdef EDQUOT
+    if (isOneOf(db, {EDQUOT})) return true;
+#endif
+    return isOneOf(db, {ENOSPC, EFBIG});
+}
+
+bool lacksRights(sqlite3* db) { return isOneOf(db, {EACCES, EPERM, EROFS}); }
 
 } // namespace
 

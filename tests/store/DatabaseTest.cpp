@@ -1,0 +1,163 @@
+#include "Password.h"
+#include "Support.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QByteArray contentOf(const QString& file) {
+    QFile f(file);
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly));
+    return f.readAll();
+}
+
+void write(const QString& file, const QByteArray& content) {
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(content);
+}
+
+} // namespace
+
+TEST_F(StoreTest, PasswordsAreAskedAndChangedOnlyInAnExclusiveStore) {
+    Database::CreateDatabase(m_file, u";PWD=kestrel"_s).reset();
+    EXPECT_EQ(errorOf([&] { open(); }), 3031);
+    EXPECT_EQ(errorOf([&] { open(false, false, u"Kestrel"_s); }), 3031);
+    EXPECT_EQ(errorOf([&] { open(false, true, u"falsch"_s); }), 3031);
+    {
+        auto shared = open(false, false, u"kestrel"_s);
+        EXPECT_EQ(errorOf([&] { shared->NewPassword(u"kestrel"_s, u"x"_s); }), 3621);
+    }
+    {
+        auto alone = open(true, false, u"kestrel"_s);
+        EXPECT_EQ(errorOf([&] { alone->NewPassword(u"falsch"_s, u"x"_s); }), 3031);
+        alone->NewPassword(u"kestrel"_s, u"brsk-604917"_s);
+    }
+    EXPECT_EQ(errorOf([&] { open(false, false, u"kestrel"_s); }), 3031);
+    open(true, false, u"brsk-604917"_s)->NewPassword(u"brsk-604917"_s, {});
+    EXPECT_EQ(errorOf([&] { open(); }), 0) << "without a password every connect text opens";
+    EXPECT_EQ(errorOf([&] { open(true)->NewPassword({}, u"kestrel"_s); }), 0)
+        << "an old store gets its first one";
+    EXPECT_EQ(errorOf([&] { open(); }), 3031);
+    EXPECT_FALSE(contentOf(m_file).contains("kestrel")) << "the password must not be readable in the file";
+}
+
+// Test vector of RFC 7914, section 11, cut to one block.
+TEST(Password, IsDerivedAsPbkdf2WithSha256) {
+    EXPECT_EQ(store::pbkdf2("passwd", "salt", 1).toHex(),
+              "55ac046e56e3089fec1691c22544b605f94185216dde0465e68b9d57c20dacbc");
+    const auto one = store::PasswordVerifier::make(u"kestrel"_s);
+    const auto two = store::PasswordVerifier::make(u"kestrel"_s);
+    EXPECT_NE(one.derived, two.derived) << "salted";
+}
+
+TEST_F(StoreTest, WhatIsNotOursIsToldAndLeftUntouched) {
+    EXPECT_EQ(errorOf([&] { open(); }), 3024);
+    EXPECT_EQ(errorOf([&] { Database::OpenDatabase(m_folder.filePath(u"kein/Ordner/x.mdb"_s)); }), 3024);
+    EXPECT_EQ(errorOf([&] { Database::OpenDatabase(m_folder.path()); }), 3343);
+
+    auto db = Database::CreateDatabase(m_folder.filePath(u"eigen.mdb"_s));
+    db->Execute(u"CREATE TABLE T (A LONG)"_s);
+    db->Close();
+    QByteArray stranger = contentOf(m_folder.filePath(u"eigen.mdb"_s));
+    stranger.replace(68, 4, "\0\0\0\0", 4); // the same engine, another program's file
+    for (const QByteArray& content : {QByteArray(), QByteArray("x"), QByteArray(5000, 'x'), stranger}) {
+        write(m_file, content);
+        const auto before = QDir(m_folder.path()).entryList(QDir::Files);
+        for (const bool exclusive : {false, true})
+            EXPECT_EQ(errorOf([&] { open(exclusive); }), 3343);
+        EXPECT_EQ(errorOf([&] { open(false, true); }), 3343);
+        EXPECT_EQ(contentOf(m_file), content);
+        EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files), before) << "no file beside it either";
+        EXPECT_EQ(errorOf([&] { Database::CreateDatabase(m_file); }), 3204);
+    }
+}
+
+TEST_F(StoreTest, ADamagedStoreIsToldAndNotMadeWorse) {
+    makeSample();
+    QByteArray damaged = contentOf(m_file);
+    for (qsizetype i = 100; i < damaged.size(); ++i)
+        damaged[i] = static_cast<char>(damaged[i] ^ 0x5a);
+    write(m_file, damaged);
+    EXPECT_EQ(errorOf([&] { open(); }), 3049);
+    write(m_file, damaged.left(3000));
+    EXPECT_EQ(errorOf([&] { open(); }), 3049);
+}
+
+TEST_F(StoreTest, AReadOnlyConnectionReadsAndWritesNothing) {
+    makeSample();
+    const QByteArray before = contentOf(m_file);
+    {
+        auto db = open(false, true);
+        auto rs = db->OpenRecordset(u"SELECT * FROM T ORDER BY ID"_s);
+        EXPECT_EQ(rs->Text(u"Nummer"), u"A1");
+        EXPECT_EQ(errorOf([&] { db->Execute(u"UPDATE T SET Preis=0"_s); }), 3027);
+        EXPECT_EQ(errorOf([&] { db->Execute(u"DROP TABLE T"_s); }), 3027);
+        EXPECT_EQ(errorOf([&] { rs->AddNew(); }), 3027);
+        EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3027);
+        EXPECT_EQ(errorOf([&] { rs->Delete(); }), 3027);
+    }
+    EXPECT_EQ(contentOf(m_file), before);
+}
+
+// Rights mean nothing to root, so the console looks at the store as another user.
+TEST_F(StoreTest, WithoutRightsItIs3050AndReadingStillWorks) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
+    makeSample();
+    const auto asNobody = [&](const QStringList& arguments) {
+        QProcess process;
+        process.setChildProcessModifier([] {
+            if (setgid(65534) != 0 || setuid(65534) != 0) _exit(99);
+        });
+        process.start(QStringLiteral(MERIVANE_SQL), arguments);
+        process.waitForFinished();
+        return QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
+    };
+    ASSERT_EQ(chmod(m_folder.path().toUtf8().constData(), 0755), 0);
+    ASSERT_EQ(chmod(m_file.toUtf8().constData(), 0666), 0);
+    EXPECT_TRUE(asNobody({m_file, u"SELECT Nummer FROM T"_s}).startsWith(u"3050"_s)) << "folder read-only";
+    EXPECT_EQ(asNobody({u"--readonly"_s, m_file, u"SELECT Nummer FROM T WHERE ID=1"_s}), u"Nummer\nA1\n");
+    ASSERT_EQ(chmod(m_folder.path().toUtf8().constData(), 0777), 0);
+    ASSERT_EQ(chmod(m_file.toUtf8().constData(), 0444), 0);
+    EXPECT_TRUE(asNobody({m_file, u"SELECT Nummer FROM T"_s}).startsWith(u"3050"_s)) << "file read-only";
+    ASSERT_EQ(chmod(m_file.toUtf8().constData(), 0), 0);
+    EXPECT_TRUE(asNobody({u"--readonly"_s, m_file, u"SELECT 1"_s}).startsWith(u"3050"_s))
+        << "file not readable";
+}
+
+TEST_F(StoreTest, AfterCloseEverythingTells3420) {
+    makeSample();
+    auto db = open();
+    auto rs = db->OpenRecordset(u"T"_s);
+    EXPECT_FALSE(rs->Eof());
+    db->Close();
+    EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3420);
+    EXPECT_EQ(errorOf([&] { std::ignore = rs->Field(u"Nummer"); }), 3420);
+    EXPECT_EQ(errorOf([&] { db->Execute(u"DELETE FROM T"_s); }), 3420);
+    EXPECT_EQ(errorOf([&] { std::ignore = db->TableDefs(); }), 3420);
+    EXPECT_EQ(errorOf([&] { open(true); }), 0) << "the recordset must not hold the file";
+    rs->CancelUpdate();
+}
+
+TEST_F(StoreTest, ATransactionIsWrittenWholeOrNotAtAll) {
+    makeSample();
+    auto db = open();
+    db->BeginTrans();
+    EXPECT_EQ(errorOf([&] { db->BeginTrans(); }), 3219);
+    db->Execute(u"DELETE FROM T"_s);
+    db->Execute(u"CREATE TABLE Neu (A LONG)"_s);
+    db->Rollback();
+    EXPECT_EQ(errorOf([&] { db->CommitTrans(); }), 3219);
+    EXPECT_EQ(countOf(*db, u"T"_s), 3);
+    EXPECT_FALSE(db->FindTableDef(u"Neu"));
+    EXPECT_EQ(errorOf([&] { countOf(*db, u"Neu"_s); }), 3078);
+    db->BeginTrans();
+    db->Execute(u"DELETE FROM T WHERE ID=1"_s);
+    db->CommitTrans();
+    EXPECT_EQ(countOf(*open(), u"T"_s), 2);
+}
