@@ -92,8 +92,8 @@ void Binder::insertStatement() {
         }
     }
     if (m_tree.query) {
+        m_tree.query->named = true;
         query(m_tree.query, nullptr);
-        // Without a list, columns of the same name go together, as far as the counts differ.
         checkCount(m_tree.query->outputs.size(), m_tree.query->pos);
         for (std::size_t i = 0; i < indexes.size(); ++i)
             assignOutput(m_tree.query, i, to.columns[std::size_t(indexes[i])]);

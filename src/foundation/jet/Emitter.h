@@ -81,6 +81,7 @@ class Writer {
 
     const Emitter& m_engine;
     std::vector<Parameter>& m_parameters;
+    std::vector<int> m_lastOf, m_previous;
     QByteArray m_filter; ///< of the aggregates of a PIVOT's cell
     int m_shift = 0;
 };

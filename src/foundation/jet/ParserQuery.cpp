@@ -87,7 +87,7 @@ void Parser::atEnd() {
 bool Parser::startsQuery() const {
     if (is(Word::Select)) return true;
     std::size_t at = m_at;
-    while (m_tokens[at].kind == Tok::Open)
+    while (m_tokens[at].kind == Tok::Open && at - m_at <= std::size_t(maxDepth))
         ++at;
     if (at == m_at || m_tokens[at].word != Word::Select) return false;
     int depth = 0;

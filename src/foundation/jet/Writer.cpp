@@ -6,12 +6,19 @@ namespace jet {
 void Writer::parameter(const Expr* literal, Encoding encoding) {
     if (literal->literal < 0) return m_engine.literal(out, encode(*literal->value, encoding));
     const int number = literal->literal + m_shift;
-    std::size_t i = 0;
-    while (i < m_parameters.size() &&
-           (m_parameters[i].literal != number || m_parameters[i].encoding != encoding))
-        ++i;
-    if (i == m_parameters.size()) m_parameters.push_back({number, encoding});
-    m_engine.parameter(out, int(i + 1));
+    // The parameters of one literal form a chain: with thousands of literals nobody can look through all.
+    if (m_lastOf.size() <= std::size_t(number)) m_lastOf.resize(std::size_t(number) + 16, -1);
+    m_previous.resize(m_parameters.size(), -1);
+    int i = m_lastOf[std::size_t(number)];
+    while (i >= 0 && m_parameters[std::size_t(i)].encoding != encoding)
+        i = m_previous[std::size_t(i)];
+    if (i < 0) {
+        i = int(m_parameters.size());
+        m_parameters.push_back({number, encoding});
+        m_previous.push_back(m_lastOf[std::size_t(number)]);
+        m_lastOf[std::size_t(number)] = i;
+    }
+    m_engine.parameter(out, i + 1);
 }
 
 void Writer::columnName(const Source* s, int column) {
@@ -33,7 +40,8 @@ void Writer::operand(const Expr* e) {
         e = e->target;
     const bool atom = !e->condition && (e->kind == ExprKind::Literal || e->kind == ExprKind::Name ||
                                         e->kind == ExprKind::Call || e->kind == ExprKind::Scalar ||
-                                        e->kind == ExprKind::Null || e->kind == ExprKind::False);
+                                        e->kind == ExprKind::Null || e->kind == ExprKind::True ||
+                                        e->kind == ExprKind::False || e->kind == ExprKind::Convert);
     if (!atom) out += '(';
     value(e);
     if (!atom) out += ')';
