@@ -10,11 +10,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::vector<LoginEntry> entries(Recordset& personal) {
+std::vector<LoginEntry> entries(const QString& source) {
     std::vector<LoginEntry> list;
-    for (; !personal.Eof(); personal.MoveNext()) {
-        list.push_back({u"ID"_s + QString::number(personal.Long(u"ID")),
-                        personal.Text(u"Vorname") + u' ' + personal.Text(u"Name")});
+    const auto personal = gDB->OpenRecordset(source);
+    for (; !personal->Eof(); personal->MoveNext()) {
+        list.push_back({u"ID"_s + QString::number(personal->Long(u"ID")),
+                        personal->Text(u"Vorname") + u' ' + personal->Text(u"Name")});
     }
     return list;
 }
@@ -31,39 +32,34 @@ void readRights(const Recordset& rs, Rechte& r) {
     r.R_SystemExit = rs.Flag(u"R_SystemExit");
 }
 
-bool find(Recordset* personal, const QString& Key) {
-    const int id = GetKeyID(Key, 2);
-    if (personal == nullptr) return false;
-    personal->Requery();
-    personal->FindFirst(u"ID="_s + QString::number(id));
-    return !personal->NoMatch();
+/// The person's row as it is now, also when they were blocked after the list was filled; nullptr when it is
+/// gone.
+std::unique_ptr<Recordset> find(const QString& Key) {
+    auto rs =
+        gDB->OpenRecordset(u"SELECT * FROM Personal WHERE ID="_s + QString::number(GetKeyID(Key, 2)) + u';');
+    if (rs->Eof()) rs.reset();
+    return rs;
 }
 
 void tellBlocked() {
     MsgBox(u"Das System konnte Sie nicht anmelden, da Ihr Konto im Moment gesperrt ist. Wenden Sie sich an "
-           u"den dafür "
-           "zuständigen Mitarbeiter."_s,
+           "den dafür zuständigen Mitarbeiter."_s,
            MsgIcon::Critical);
 }
 
 } // namespace
 
-Login::Login() = default;
-Login::~Login() = default;
+std::vector<LoginEntry> LoadActiveUsers() { return entries(u"SELECT * FROM Personal WHERE Gesperrt=0;"_s); }
 
-std::vector<LoginEntry> Login::LoadUsers() {
-    m_personal = gDB->OpenRecordset(u"SELECT * FROM Personal WHERE Gesperrt=0;"_s);
-    return entries(*m_personal);
-}
-
-LoginResult Login::Anmelden(const QString& Key, const QString& PIN) {
-    if (!find(m_personal.get(), Key)) {
+LoginResult Anmelden(const QString& Key, const QString& PIN) {
+    const auto found = find(Key);
+    if (!found) {
         MsgBox(
             u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese durch einen "
             "anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
         return LoginResult::NotFound;
     }
-    const Recordset& rs = *m_personal;
+    const Recordset& rs = *found;
     gUser.ID = rs.Long(u"ID");
     gUser.Name = rs.Text(u"Name");
     gUser.Vorname = rs.Text(u"Vorname");
@@ -88,22 +84,17 @@ LoginResult Login::Anmelden(const QString& Key, const QString& PIN) {
     return LoginResult::Done;
 }
 
-DesktopLogin::DesktopLogin() = default;
-DesktopLogin::~DesktopLogin() = default;
+std::vector<LoginEntry> LoadAllUsers() { return entries(u"Personal"_s); }
 
-std::vector<LoginEntry> DesktopLogin::LoadUsers() {
-    m_personal = gDB->OpenRecordset(u"Personal"_s);
-    return entries(*m_personal);
-}
-
-LoginResult DesktopLogin::Anmelden(const QString& Key, const QString& PIN) {
-    if (!find(m_personal.get(), Key)) {
+LoginResult KassenAnmelden(const QString& Key, const QString& PIN) {
+    const auto found = find(Key);
+    if (!found) {
         MsgBox(u"Die von Ihnen angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden "
                u"diese durch "
                "einen anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
         return LoginResult::NotFound;
     }
-    const Recordset& rs = *m_personal;
+    const Recordset& rs = *found;
     if (rs.Flag(u"Gesperrt")) {
         tellBlocked();
         gKassenUser.Result = 0;

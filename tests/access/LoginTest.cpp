@@ -36,19 +36,17 @@ class LoginTest : public testing::Test {
 };
 
 TEST_F(LoginTest, ListsActivePeopleOnlyAndTheRegisterListsAll) {
-    EXPECT_EQ(QStringList{key(m_lena) + u" Lena Brandt"_s}, texts(Login().LoadUsers()));
+    EXPECT_EQ(QStringList{key(m_lena) + u" Lena Brandt"_s}, texts(LoadActiveUsers()));
     EXPECT_EQ((QStringList{key(m_lena) + u" Lena Brandt"_s, key(m_jonas) + u" Jonas Weber"_s}),
-              texts(DesktopLogin().LoadUsers()));
+              texts(LoadAllUsers()));
 }
 
 TEST_F(LoginTest, ThePinIsTextWithItsZeros) {
-    Login login;
-    login.LoadUsers();
     for (const QString& wrong : {u"12"_s, QString(), u"0012 "_s}) {
         dialogs.expectMsgBox(u"Sie haben eine ungültige PIN eingegeben."_s, MsgIcon::Critical);
-        EXPECT_EQ(LoginResult::WrongPin, login.Anmelden(key(m_lena), wrong));
+        EXPECT_EQ(LoginResult::WrongPin, Anmelden(key(m_lena), wrong));
     }
-    EXPECT_EQ(LoginResult::Done, login.Anmelden(key(m_lena), u"0012"_s));
+    EXPECT_EQ(LoginResult::Done, Anmelden(key(m_lena), u"0012"_s));
     EXPECT_EQ(m_lena, gUser.ID);
     EXPECT_EQ(u"Ulm"_s, gUser.Ort);
     EXPECT_FALSE(gUser.R_Setup);
@@ -56,35 +54,34 @@ TEST_F(LoginTest, ThePinIsTextWithItsZeros) {
 }
 
 TEST_F(LoginTest, PeopleBlockedOrDeletedAfterTheListWasFilledAreRefused) {
-    Login login;
-    login.LoadUsers();
     shop.db().Execute(u"UPDATE Personal SET PIN='1' WHERE ID="_s + QString::number(m_lena));
-    EXPECT_EQ(LoginResult::Done, login.Anmelden(key(m_lena), u"1"_s)); // what the row holds now
+    EXPECT_EQ(LoginResult::Done, Anmelden(key(m_lena), u"1"_s)); // what the row holds now
+    shop.db().Execute(u"UPDATE Personal SET Gesperrt=-1 WHERE ID="_s + QString::number(m_lena));
+    dialogs.expectMsgBox(blocked, MsgIcon::Critical);
+    EXPECT_EQ(LoginResult::Blocked, Anmelden(key(m_lena), u"1"_s));
     shop.db().Execute(u"DELETE FROM Personal WHERE ID="_s + QString::number(m_lena));
     dialogs.expectMsgBox(
         u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese durch "
         "einen anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s,
         MsgIcon::Information);
-    EXPECT_EQ(LoginResult::NotFound, login.Anmelden(key(m_lena), u"1"_s));
-    EXPECT_TRUE(login.LoadUsers().empty());
-    EXPECT_THROW(login.Anmelden(QString(), u"1"_s), RuntimeError);
+    EXPECT_EQ(LoginResult::NotFound, Anmelden(key(m_lena), u"1"_s));
+    EXPECT_TRUE(LoadActiveUsers().empty());
+    EXPECT_THROW(Anmelden(QString(), u"1"_s), RuntimeError);
 }
 
 TEST_F(LoginTest, AtTheRegisterOnlyASuccessChangesThePerson) {
-    DesktopLogin login;
-    login.LoadUsers();
     gUser.ID = 99;
     gKassenUser.ID = 5;
     gKassenUser.Result = 1;
     dialogs.expectMsgBox(blocked, MsgIcon::Critical);
-    EXPECT_EQ(LoginResult::Blocked, login.Anmelden(key(m_jonas), u"7"_s));
+    EXPECT_EQ(LoginResult::Blocked, KassenAnmelden(key(m_jonas), u"7"_s));
     EXPECT_EQ(0, gKassenUser.Result);
     gKassenUser.Result = 1;
     dialogs.expectMsgBox(u"Sie haben eine falsche PIN eingeben."_s, MsgIcon::Critical);
-    EXPECT_EQ(LoginResult::WrongPin, login.Anmelden(key(m_lena), u"12"_s));
+    EXPECT_EQ(LoginResult::WrongPin, KassenAnmelden(key(m_lena), u"12"_s));
     EXPECT_EQ(0, gKassenUser.Result);
     EXPECT_EQ(5, gKassenUser.ID);
-    EXPECT_EQ(LoginResult::Done, login.Anmelden(key(m_lena), u"0012"_s));
+    EXPECT_EQ(LoginResult::Done, KassenAnmelden(key(m_lena), u"0012"_s));
     EXPECT_EQ(1, gKassenUser.Result);
     EXPECT_EQ(m_lena, gKassenUser.ID);
     EXPECT_FALSE(gKassenUser.R_Setup);
@@ -92,13 +89,11 @@ TEST_F(LoginTest, AtTheRegisterOnlyASuccessChangesThePerson) {
     dialogs.expectMsgBox(
         u"Die von Ihnen angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden "
         "diese durch einen anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
-    EXPECT_EQ(LoginResult::NotFound, login.Anmelden(u"ID4711"_s, u"0012"_s));
+    EXPECT_EQ(LoginResult::NotFound, KassenAnmelden(u"ID4711"_s, u"0012"_s));
 }
 
 TEST_F(LoginTest, TheWayToTheRegisterCopiesThePersonAndAsksForTheChangeOnce) {
-    Login login;
-    login.LoadUsers();
-    login.Anmelden(key(m_lena), u"0012"_s);
+    Anmelden(key(m_lena), u"0012"_s);
     gKassenUser.Result = 1;
     int asked = 0;
     const auto ask = [&] { gKassenBestand = Currency::fromDouble(50.0 + ++asked); };

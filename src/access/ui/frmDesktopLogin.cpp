@@ -1,5 +1,6 @@
 #include "ui_frmDesktopLogin.h"
 
+#include <access/Login.h>
 #include <access/ui/frmDesktopLogin.h>
 #include <session/Handle.h>
 #include <session/gUser.h>
@@ -41,7 +42,7 @@ frmDesktopLogin::~frmDesktopLogin() = default;
 void frmDesktopLogin::LoadUsers() {
     m_ui->lvwUsers->clear();
     const QString current = u"ID"_s + QString::number(gKassenUser.ID);
-    for (const LoginEntry& entry : m_login.LoadUsers()) {
+    for (const LoginEntry& entry : LoadAllUsers()) {
         auto* item = new QListWidgetItem(entry.Text, m_ui->lvwUsers);
         item->setData(Qt::UserRole, entry.Key);
         if (entry.Key == current) m_ui->lvwUsers->setCurrentItem(item);
@@ -51,7 +52,7 @@ void frmDesktopLogin::LoadUsers() {
 void frmDesktopLogin::anmelden() {
     const QListWidgetItem* item = m_ui->lvwUsers->currentItem();
     if (item == nullptr) return;
-    switch (m_login.Anmelden(item->data(Qt::UserRole).toString(), m_ui->txtPIN->text())) {
+    switch (KassenAnmelden(item->data(Qt::UserRole).toString(), m_ui->txtPIN->text())) {
     case LoginResult::Done:
         accept();
         return;

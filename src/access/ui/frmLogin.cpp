@@ -1,5 +1,6 @@
 #include "ui_frmLogin.h"
 
+#include <access/Login.h>
 #include <access/ui/frmLogin.h>
 #include <access/ui/frmMain.h>
 #include <session/Globals.h>
@@ -71,7 +72,7 @@ void frmLogin::LoadUsers() {
     m_ui->cboUser->clear();
     m_ui->cmdLogin->setEnabled(false);
     m_ui->cmdMain->setEnabled(false);
-    for (const LoginEntry& entry : m_login.LoadUsers())
+    for (const LoginEntry& entry : LoadActiveUsers())
         m_ui->cboUser->addItem(entry.Text, entry.Key);
     const bool any = m_ui->cboUser->count() > 0;
     m_ui->cboUser->setCurrentIndex(any ? 0 : -1);
@@ -90,7 +91,7 @@ void frmLogin::selectByText(const QString& text) {
 
 void frmLogin::anmelden(bool toShell) {
     const QString key = m_ui->cboUser->currentData().toString();
-    switch (m_login.Anmelden(key, m_ui->txtPIN->text())) {
+    switch (Anmelden(key, m_ui->txtPIN->text())) {
     case LoginResult::Done:
         break;
     case LoginResult::NotFound:

@@ -2,10 +2,7 @@
 
 #include <QString>
 
-#include <memory>
 #include <vector>
-
-class Recordset;
 
 /// A person in the list of a login: key "ID" + number, text first name and name.
 struct LoginEntry {
@@ -19,34 +16,16 @@ enum class LoginResult {
     WrongPin,
 };
 
-/// The rules of frmLogin. Keeps the set of active people open as long as it lives. What there is to say about
-/// a refusal has been said when a routine returns.
-class Login {
-  public:
-    Login();
-    ~Login();
+/// The rules behind the two logins. A PIN is compared as text with what the store holds at this moment. What there is
+/// to say about a refusal has been said when a routine returns. All raise what GetKeyID and the store raise.
 
-    /// The people who are not blocked, read anew.
-    std::vector<LoginEntry> LoadUsers();
-    /// Compares the PIN as text. Fills gUser from the row as soon as the person was found, so gUser counts
-    /// only after Done. Raises what GetKeyID and the store raise.
-    LoginResult Anmelden(const QString& Key, const QString& PIN);
+/// For frmLogin: the people who are not blocked.
+[[nodiscard]] std::vector<LoginEntry> LoadActiveUsers();
+/// For frmLogin: fills gUser as soon as the person was found, so gUser counts only after Done.
+LoginResult Anmelden(const QString& Key, const QString& PIN);
 
-  private:
-    std::unique_ptr<Recordset> m_personal;
-};
-
-/// The rules of frmDesktopLogin: lists everybody and fills gKassenUser only when the PIN is right.
-class DesktopLogin {
-  public:
-    DesktopLogin();
-    ~DesktopLogin();
-
-    /// Everybody, blocked ones too.
-    std::vector<LoginEntry> LoadUsers();
-    /// gKassenUser.Result is 1 after Done; it stays untouched by NotFound and is 0 after a refusal.
-    LoginResult Anmelden(const QString& Key, const QString& PIN);
-
-  private:
-    std::unique_ptr<Recordset> m_personal;
-};
+/// For frmDesktopLogin: everybody, blocked ones too.
+[[nodiscard]] std::vector<LoginEntry> LoadAllUsers();
+/// For frmDesktopLogin: fills gKassenUser only when the PIN is right. Its Result is 1 after Done and 0 after a
+/// refusal; NotFound leaves it as it is.
+LoginResult KassenAnmelden(const QString& Key, const QString& PIN);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <access/Login.h>
-
 #include <QDialog>
 
 #include <memory>
@@ -30,5 +28,4 @@ class frmDesktopLogin : public QDialog {
     void moveSelection(int by);
 
     std::unique_ptr<Ui::frmDesktopLogin> m_ui;
-    DesktopLogin m_login;
 };

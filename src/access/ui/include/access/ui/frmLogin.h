@@ -1,6 +1,5 @@
 #pragma once
 
-#include <access/Login.h>
 #include <access/ui/KasseOpener.h>
 
 #include <QPointer>
@@ -42,7 +41,6 @@ class frmLogin : public QWidget {
     void selectByText(const QString& text);
 
     std::unique_ptr<Ui::frmLogin> m_ui;
-    Login m_login;
     KasseOpener m_kasse;
     QPointer<frmMain> m_main;
 };
