@@ -1,5 +1,7 @@
 #include <ui/ShowModal.h>
 
+#include <QTimer>
+
 #include <utility>
 
 namespace {
@@ -13,6 +15,11 @@ int ShowModal(QDialog& dialog) {
     dialog.setModal(true);
     // A copy: what drives the dialog may change the hook.
     if (const ModalHook drive = hook()) return drive(dialog);
+    // On a till without a window manager nobody else gives a new window the keyboard.
+    QTimer::singleShot(0, &dialog, [&dialog] {
+        dialog.raise();
+        dialog.activateWindow();
+    });
     return dialog.exec();
 }
 
