@@ -1,13 +1,12 @@
+#include "NoScreen.h"
+
 #include <register/Register.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
-#include <session/MsgBox.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 
 #include <QDir>
-
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -16,35 +15,6 @@ using namespace Qt::StringLiterals;
 // FIRST-NUMBER. It runs until somebody kills it; any message box ends it with an error.
 
 namespace {
-
-class NoScreen : public till::RegisterScreen {
-  public:
-    void ShowPreisAngabe() override {}
-    void ShowRabatt() override {}
-    void ShowFreierPreis() override {}
-    void ShowFreierArtikel() override {}
-    void ShowArtikelLieferanten() override {}
-    void ShowKasseTotal() override {}
-    void ShowPrintDlg() override {}
-    void ShowKundenSuche() override {}
-    void ShowDesktopLogin() override {}
-    void ShowKartenMenu() override {}
-    void UnknownArticleSound() override {}
-    void MovePointerAway() override {}
-    void Yield() override {}
-    void FocusInput() override {}
-    void FocusGruppe() override {}
-};
-
-class NoDialogs : public DialogHost {
-  public:
-    MsgAnswer msgBox(const QString& text, MsgButtons, MsgIcon, const QString&, MsgAnswer) override {
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-        std::exit(1);
-    }
-    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { std::exit(1); }
-    std::optional<QString> chooseFile(const FileRequest&) override { std::exit(1); }
-};
 
 void tell(char what, const QString& text) {
     std::printf("%c%s\n", what, qPrintable(text));
