@@ -56,6 +56,7 @@ void CustomerSearch::Search(By by, const QString& text) {
     m_rows.clear();
     m_rows.push_back({0, {u"0"_s, u"Standardkunde"_s, u"-"_s, u"-"_s, u"-"_s}});
     endResetModel();
+    fetchMore({});
 }
 
 QString CustomerSearch::key(int row) const {
