@@ -59,9 +59,12 @@ TEST_F(BasketTest, PriceNoteOfVolumeArticles) {
     scan(u"2"_s);
     EXPECT_EQ((QStringList{u"1 kg=12,99"_s, u""_s}),
               shop.rows(u"SELECT PreisInfo FROM Bestellung ORDER BY ID"_s));
-    gFormatPreis = u"###0.00\" Euro je Kilogramm aus dem offenen Behälter, lose\""_s;
-    scan(u"4"_s);
-    EXPECT_EQ(50, shop.value(u"SELECT PreisInfo FROM Bestellung ORDER BY ID DESC"_s).toText().size());
+    shop.article(
+        u"5"_s, u"Safran"_s, 9e13,
+        {{u"VolumenAngabe"_s, true}, {u"Menge"_s, 0.12345678901234}, {u"Einheit"_s, QString(20, u'g')}});
+    scan(u"5"_s);
+    EXPECT_EQ(u"0,12345678901234 gggggggggggggggggggg=900000000000"_s,
+              shop.value(u"SELECT PreisInfo FROM Bestellung ORDER BY ID DESC"_s).toText());
 }
 
 TEST_F(BasketTest, StockLabelOfTheSelectedLine) {

@@ -3,9 +3,9 @@
 #include <text/Sort.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QSet>
+#include <QThread>
 
 #include <random>
 #include <sqlite3.h>
@@ -51,7 +51,9 @@ TEST(Crash, NothingShownIsLost) {
         ASSERT_TRUE(cards.open(QIODevice::WriteOnly));
     }
     std::mt19937 random(4711);
-    std::uniform_int_distribution<int> milliseconds(0, 40);
+    // Killed after some steps, somewhere in the middle of the next.
+    std::uniform_int_distribution<int> steps(1, 8);
+    std::uniform_int_distribution<unsigned long> microseconds(0, 12000);
     QSet<QString> open; // told as shown and not as paid, by any round so far
     int shown = 0, paid = 0;
     qint64 next = 0;
@@ -59,11 +61,12 @@ TEST(Crash, NothingShownIsLost) {
         gDB.reset();
         QProcess till;
         till.start(QStringLiteral(SELL_UNTIL_KILLED), {shop.folder().chopped(1), QString::number(next)});
-        ASSERT_TRUE(till.waitForReadyRead(20000)) << till.readAllStandardError().toStdString();
-        QElapsedTimer life;
-        life.start();
-        for (const int end = milliseconds(random); life.elapsed() < end;)
-            till.waitForReadyRead(1);
+        QByteArray told;
+        for (const int enough = steps(random); told.count('\n') < enough;) {
+            ASSERT_TRUE(till.waitForReadyRead(20000)) << till.readAllStandardError().toStdString();
+            told += till.readAllStandardOutput();
+        }
+        QThread::usleep(microseconds(random));
         till.kill();
         ASSERT_TRUE(till.waitForFinished(20000));
         ASSERT_EQ(QProcess::CrashExit, till.exitStatus()) << till.readAllStandardError().toStdString();
@@ -73,13 +76,13 @@ TEST(Crash, NothingShownIsLost) {
         // lost.
         const QSet<QString> lines = numbers(shop, u"Bestellung"_s),
                             booked = numbers(shop, u"RechnungsDetail"_s);
-        for (const QByteArray& told : till.readAllStandardOutput().split('\n')) {
-            const QString code = QString::fromLatin1(told.mid(1));
-            if (told.startsWith('+')) {
+        for (const QByteArray& step : (told + till.readAllStandardOutput()).split('\n')) {
+            const QString code = QString::fromLatin1(step.mid(1));
+            if (step.startsWith('+')) {
                 open.insert(code);
                 next = code.mid(3).toLongLong() + 1;
                 ++shown;
-            } else if (told.startsWith('=')) {
+            } else if (step.startsWith('=')) {
                 for (const QString& line : open)
                     ASSERT_TRUE(booked.contains(line)) << "paid, but not booked: " << line.toStdString();
                 open.clear();

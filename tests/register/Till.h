@@ -8,6 +8,7 @@
 #include <session/gUser.h>
 #include <session/gZahlung.h>
 #include <support/FixedClock.h>
+#include <support/Print.h>
 #include <support/ScriptedDialogs.h>
 #include <support/TempShop.h>
 

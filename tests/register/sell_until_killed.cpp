@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
         const till::Basket& basket = reg.basket();
         if (basket.isEmpty() || basket.cell(basket.rowCount() - 1, till::Basket::ArtikelNr) != code) return 1;
         tell('+', code);
-        if (number % 4 != 3) continue;
+        if (number % 3 != 2) continue;
         reg.cmdTotal_Click();
         if (!basket.isEmpty()) return 1;
         tell('=', code);
