@@ -81,11 +81,13 @@ bool EntryKeyboard::eventFilter(QObject* receiver, QEvent* event) {
 bool EntryKeyboard::keyPressed(QWidget* receiver, const QKeyEvent& key) {
     QWidget* window = receiver->window();
     if (window != m_form) {
-        const bool ourMenu =
-            window->windowType() == Qt::Popup && m_form->isAncestorOf(window->parentWidget());
-        const bool ours = ourMenu || (window->windowType() == Qt::Popup && window->parentWidget() == m_form);
-        if (!ours || movesInMenu(key) || !(isTyping(key) || m_keys.find(key))) return false;
+        const bool ourMenu = window->windowType() == Qt::Popup && window->parentWidget() != nullptr &&
+                             window->parentWidget()->window() == m_form;
+        const std::optional<Taste> taste = m_keys.find(key);
+        if (!ourMenu || movesInMenu(key) || !(isTyping(key) || taste)) return false;
         window->close();
+        // The key that opened a menu closes it.
+        if (taste == Taste::Karte || taste == Taste::Function) return true;
     }
     const std::shared_ptr<QKeyEvent> copy(key.clone());
     m_queue.input([this, copy] { dispatch(*copy); });

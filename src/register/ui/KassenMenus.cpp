@@ -16,6 +16,9 @@ KassenMenus::KassenMenus(QWidget* form)
     , m_popKarte(new QMenu(form)) {
     m_popFunction->setObjectName(u"popFunction"_s);
     m_popKarte->setObjectName(u"popKarte"_s);
+    // A tap beside a menu closes it and does nothing else.
+    for (QMenu* menu : {m_popFunction, m_popKarte})
+        menu->setAttribute(Qt::WA_NoMouseReplay);
     if (gKFBenutzerWechsel) add(m_popFunction, u"FileChangeUser"_s, u"Benutzerwechsel"_s);
     setKarten({});
 }

@@ -20,6 +20,7 @@ TEST_P(Look, EveryThingHasItsRoom) {
     typeText(*form, u"6*20020100"_s);
     QApplication::processEvents();
     EXPECT_EQ(size, form->size()) << "the form must not be larger than the screen";
+    EXPECT_LE(form->minimumSizeHint().height(), size.height() - 40) << "a title bar has to fit above it";
 
     const int least = Theme::Current().keyHeight;
     const QList<TouchKey*> keys = form->findChildren<TouchKey*>();

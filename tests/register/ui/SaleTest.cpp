@@ -100,6 +100,9 @@ TEST_F(Kasse, TakesACardFromTheMenuByHand) {
     EXPECT_EQ(u"sonstige Kreditkarte"_s, entries[0]->text());
     EXPECT_TRUE(entries[1]->isSeparator());
     EXPECT_GE(menu.actionGeometry(entries[2]).height(), 56);
+    QTest::keyClick(&menu, Qt::Key_F11);
+    EXPECT_FALSE(menu.isVisible()) << "the key that opened it closes it";
+    press(Qt::Key_F11);
 
     dialogs.expectMsgBox(u"OK, Zahlung erfolgt mit Kreditkarte!...*"_s, MsgIcon::Information,
                          MsgAnswer::Cancel);
