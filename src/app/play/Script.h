@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+namespace play {
+
+/// One line of a script: a verb and what it applies to.
+struct Step {
+    int line = 0;
+    QString verb, argument;
+};
+
+/// A script is UTF-8 text, one step a line; "#" starts a comment line. Verbs and what they mean:
+///
+///     note TEXT             a heading in the log
+///     clock hh:mm           sets the clock of the program
+///     window NAME           waits until the window of that name has the focus
+///     scan CODE             types the code and Enter, as a scanner does, whatever has the focus
+///     type TEXT             types the text where the focus is
+///     key F10, key Ctrl+F1  presses a key
+///     press NAME            clicks the control of that name in the window
+///     choose NAME TEXT      picks an entry of a list or a combo by the arrow keys
+///     menu TEXT             picks an entry of the open menu by the arrow keys
+///     box ANSWER TEXT       waits for a message box that holds the text and presses OK, Abbrechen, Ja or
+///     Nein see NAME TEXT         waits until the control shows the text lines N               waits until
+///     the open sale of this till has N lines booked ART TOTAL      waits for the next booked receipt; kind
+///     of payment and total must be these receipt TEXT          waits for the next printed receipt, which
+///     must hold the text stock NUMBER AMOUNT   the stock of an article must be this shot NAME saves a
+///     picture of the screen
+///
+/// Raises 5 and tells the line for an unknown verb or a missing argument.
+[[nodiscard]] QList<Step> parseScript(const QByteArray& text);
+
+/// First word and the rest, both trimmed.
+[[nodiscard]] std::pair<QString, QString> firstWord(const QString& text);
+
+} // namespace play

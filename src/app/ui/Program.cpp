@@ -1,0 +1,96 @@
+#include <access/ui/frmDesktopLogin.h>
+#include <access/ui/frmLogin.h>
+#include <access/ui/frmSplash.h>
+#include <app/ui/Program.h>
+#include <devices/Printers.h>
+#include <register/ui/frmKasse.h>
+#include <session/Error.h>
+#include <session/Globals.h>
+#include <session/Log.h>
+#include <setup/ui/frmSetup.h>
+#include <store/Database.h>
+#include <ui/ShowModal.h>
+#include <ui/Theme.h>
+
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void showDesktopLogin() {
+    frmDesktopLogin dialog(QApplication::activeWindow());
+    ShowModal(dialog);
+}
+
+QWidget* openKasse(const std::function<void()>& unloaded) {
+    auto* kasse = new frmKasse(&showDesktopLogin);
+    QObject::connect(kasse, &frmKasse::Unloaded, kasse, unloaded);
+    kasse->Open();
+    return kasse;
+}
+
+} // namespace
+
+Application::Application(int& argc, char** argv)
+    : QApplication(argc, argv) {
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    setApplicationName(u"merivane"_s);
+    setApplicationDisplayName(u"Merivane"_s);
+    // Windows come and go while the login is hidden; closing the login is what ends the program.
+    setQuitOnLastWindowClosed(false);
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const RuntimeError& error) {
+        ShowProgrammFehler(error, u"Merivane"_s);
+    } catch (const std::exception& error) {
+        ShowProgrammFehler(51, u"Merivane"_s, QString::fromUtf8(error.what()));
+    }
+    return false;
+}
+
+Program::Program(Waiter& waiter)
+    : m_dialogsBefore(SetDialogHost(&m_dialogs)) {
+    OpenLog();
+    m_printers = std::make_unique<SystemPrinters>();
+    m_startUp = std::make_unique<StartUp>(static_cast<StartUpScreens&>(*this), *m_printers, waiter);
+    Theme::Apply();
+}
+
+Program::~Program() {
+    m_login.reset();
+    m_splash.reset();
+    gDB.reset();
+    m_startUp.reset();
+    CloseLog();
+    SetDialogHost(m_dialogsBefore);
+}
+
+StartResult Program::Start() { return m_startUp->Main(); }
+
+void Program::ShowSplash() {
+    m_splash = std::make_unique<frmSplash>();
+    m_splash->show();
+}
+
+void Program::SetSplashText(const QString& text) {
+    if (m_splash) m_splash->SetInfo(text);
+}
+
+void Program::UnloadSplash() { m_splash.reset(); }
+
+void Program::ShowSetup() {
+    frmSetup dialog;
+    ShowModal(dialog);
+}
+
+void Program::ShowLogin() {
+    Theme::Apply(); // the colours of the store are known by now
+    m_login = std::make_unique<frmLogin>(&openKasse);
+    QObject::connect(m_login.get(), &frmLogin::Unloaded, qApp, &QCoreApplication::quit);
+    m_login->show();
+    m_login->activateWindow();
+}
