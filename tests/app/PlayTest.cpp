@@ -30,6 +30,12 @@ Played runPlayer(const QString& script, const QString& folder) {
             QString::fromUtf8(process.readAllStandardError())};
 }
 
+/// The bytes of a literal with its zeros.
+template <std::size_t size>
+QByteArray raw(const char (&text)[size]) {
+    return QByteArray(text, size - 1);
+}
+
 QString writeScript(const QTemporaryDir& place, const QByteArray& text) {
     QFile file(place.filePath(u"script.txt"_s));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -70,7 +76,7 @@ TEST(ReceiptPrinter, TakesReceiptsByteForByte) {
     QByteArray all;
     for (int i = 0; i < 256; ++i)
         all.append(static_cast<char>(i));
-    const QByteArray first = all.repeated(40) + QByteArray("\x1bVB\0", 4), second = QByteArray("\x1bVB\0", 4);
+    const QByteArray first = all.repeated(40) + raw("\x1bVB\0"), second = raw("\x1bVB\0");
     QSerialPort line(printer.device());
     ASSERT_TRUE(line.open(QIODevice::WriteOnly));
     line.write(first + second + "rest");
@@ -85,13 +91,10 @@ TEST(ReceiptPrinter, TakesReceiptsByteForByte) {
 }
 
 TEST(ReceiptPrinter, RendersWhatStandsOnThePaper) {
-    const QByteArray bytes = QByteArray("\x1b@\r\n\x1b"
-                                        "a\x01\r\n\x1b!\x01\r\nK\xE4se\r\n\x1b"
-                                        "a\0\r\nSumme 1 \x80\n\n",
-                                        33) +
-                             QByteArray("\r\nEnde\r\n\x1b"
-                                        "d\x0d\x1bVB\0",
-                                        18);
+    const QByteArray bytes = raw("\x1b@\r\n\x1b"
+                                 "a\x01\r\n\x1b!\x01\r\nK\xE4se\r\n\x1b"
+                                 "a\0\r\nSumme 1 \x80\n\n\r\nEnde\r\n\x1b"
+                                 "d\x0d\x1bVB\0");
     EXPECT_EQ(play::receiptText(bytes), u"                  Käse\nSumme 1 €\n\n\nEnde\n"_s);
 }
 
@@ -104,7 +107,7 @@ TEST(Player, PlaysTheMorningThroughTheRealForms) {
     QFile receipt(out.filePath(u"beleg-01.bin"_s));
     ASSERT_TRUE(receipt.open(QIODevice::ReadOnly));
     const QByteArray bytes = receipt.readAll();
-    EXPECT_TRUE(bytes.startsWith("\x1b@\r\n") && bytes.endsWith(QByteArray("\x1bVB\0", 4)));
+    EXPECT_TRUE(bytes.startsWith("\x1b@\r\n") && bytes.endsWith(raw("\x1bVB\0")));
     EXPECT_TRUE(bytes.contains(ToWindows1252(u"Naturkost Haselbusch\r\n")));
     EXPECT_FALSE(QImage(out.filePath(u"bild-03-verkauf.png"_s)).isNull());
     EXPECT_GE(QDir(out.path()).entryList({u"beleg-*.txt"_s}).size(), 8);

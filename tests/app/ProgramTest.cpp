@@ -112,13 +112,8 @@ TEST_F(ProgramTest, AStoreThatIsNotOursIsToldAndLeftAlone) {
 TEST_F(ProgramTest, ClosingTheLoginEndsTheProgram) {
     Program program(m_waiter);
     ASSERT_EQ(program.Start(), StartResult::Running);
-    QTest::keyClick(visible(u"frmLogin"_s), Qt::Key_Escape);
     QMetaObject::invokeMethod(
-        qApp,
-        [] {
-            if (QWidget* login = visible(u"frmLogin"_s)) login->close();
-        },
-        Qt::QueuedConnection);
+        qApp, [] { QTest::keyClick(visible(u"frmLogin"_s), Qt::Key_Escape); }, Qt::QueuedConnection);
     EXPECT_EQ(QCoreApplication::exec(), 0);
 }
 
