@@ -123,7 +123,7 @@ TEST(Player, FailsWithTheLineThatDoesNotHold) {
     };
     const QByteArray sale =
         login + "scan 101\nkey F10\nwindow frmKasseTotal\nkey Return\nwindow frmKassePrintDlg\n";
-    EXPECT_EQ(fails(sale + "key F3\nbooked BAR 4,06\n", u"Zeile 14 (booked BAR 4,06)"_s), 1);
+    EXPECT_EQ(fails(sale + "key F3\nbooked BAR 4,06\n", u"Zeile 15 (booked BAR 4,06)"_s), 1);
     EXPECT_EQ(fails(sale + "key F3\nbooked BAR 4,05\n", u"der Schlussprüfung"_s), 1)
         << "the receipt was not asked for";
     EXPECT_EQ(fails(login + "scan 2002000000354\n", u"eine Meldung steht noch offen"_s), 1);

@@ -67,6 +67,11 @@ int playScript(const QString& scriptFile, const QString& out) {
     return result;
 }
 
+/// The screen in memory complains about every window; that would bury what matters.
+void quiet(QtMsgType, const QMessageLogContext&, const QString& message) {
+    if (!message.startsWith(u"This plugin does not support"_s)) std::fputs(qPrintable(message + u'\n'), stderr);
+}
+
 /// Without a display the screen is one in memory, as large as that of a till.
 void chooseScreen(QTemporaryFile& settings) {
     const bool display =
@@ -85,6 +90,7 @@ void chooseScreen(QTemporaryFile& settings) {
 } // namespace
 
 int main(int argc, char** argv) {
+    qInstallMessageHandler(&quiet);
     QTemporaryFile screenSettings;
     chooseScreen(screenSettings);
     try {
