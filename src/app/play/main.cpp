@@ -73,13 +73,13 @@ void quiet(QtMsgType, const QMessageLogContext&, const QString& message) {
 }
 
 /// Without a display the screen is one in memory, as large as that of a till.
-void chooseScreen(QTemporaryFile& settings) {
+void chooseScreen(QFile& settings) {
     const bool display =
         !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     if (platform.isEmpty() ? display : platform != "offscreen") return;
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (!settings.open()) return;
+    if (!settings.open(QIODevice::ReadWrite)) return;
     settings.write(
         R"({"windowFrameMargins":false,"screens":[{"name":"Kasse","x":0,"y":0,"width":1366,"height":768,"dpr":1,"logicalDpi":96,)"
         R"("logicalBaseDpi":96}]})");
