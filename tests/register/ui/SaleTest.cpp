@@ -1,5 +1,6 @@
 #include "Kasse.h"
 
+#include <QPointer>
 #include <QTimer>
 
 namespace {
@@ -67,6 +68,7 @@ TEST_F(Kasse, ATillThatClosesByItselfPaysAsShown) {
     scan(bread);
     dialogs.expectModal(u"frmKasseTotal"_s, [](QDialog& d) {
         EXPECT_TRUE(control<TouchKey>(d, u"cmdAHVerkauf"_s).isVisible());
+        keep(d, d.objectName());
         auto* timer = d.findChild<QTimer*>(u"mainTimer"_s);
         ASSERT_NE(nullptr, timer);
         EXPECT_EQ(5000, timer->interval());
@@ -96,6 +98,7 @@ TEST_F(Kasse, TakesACardFromTheMenuByHand) {
     ASSERT_TRUE(menu.isVisible());
     const QList<QAction*> entries = menu.actions();
     ASSERT_EQ(4, entries.size());
+    keep(menu, u"popKarte"_s);
     EXPECT_EQ(u"FileOtherKarte"_s, entries[0]->objectName());
     EXPECT_EQ(u"sonstige Kreditkarte"_s, entries[0]->text());
     EXPECT_TRUE(entries[1]->isSeparator());
@@ -222,6 +225,21 @@ TEST_F(Kasse, ClosesOnlyWhenTheOpenSaleIsGivenUp) {
     EXPECT_EQ(1, shop.count(u"Stornos"_s));
     EXPECT_TRUE(form->close()) << "a closed register stays closed without another question";
     EXPECT_EQ(1, unloaded);
+}
+
+TEST_F(Kasse, ClosingDuringABookingWaitsForItsEnd) {
+    gShowWechselgeldDialog = false;
+    scan(bread);
+    const QPointer<frmKasse> kasse = form.release();
+    kasse->setAttribute(Qt::WA_DeleteOnClose);
+    QTimer::singleShot(0, kasse, [&] {
+        EXPECT_FALSE(kasse->close());
+        typeText(*kasse, milk);
+    });
+    pressKey(*kasse, Qt::Key_F10);
+    EXPECT_EQ(1, shop.count(u"Rechnung"_s));
+    EXPECT_EQ(1, unloaded);
+    EXPECT_TRUE(waitFor([&] { return kasse.isNull(); }));
 }
 
 TEST_F(Kasse, ComesBackWithTheInterruptedSale) {
