@@ -6,5 +6,6 @@
 namespace jet {
 
 void addDateFunctions(std::vector<Function>& list);
+void addFinanceFunctions(std::vector<Function>& list);
 
 } // namespace jet

@@ -255,6 +255,7 @@ std::vector<Function> makeFunctions() {
         {"jet_rnd", rnd, false},
     };
     addDateFunctions(list);
+    addFinanceFunctions(list);
     return list;
 }
 

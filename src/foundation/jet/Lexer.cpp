@@ -115,11 +115,8 @@ constexpr auto makeWordTable() {
 }
 constexpr auto wordTable = makeWordTable();
 
-Word wordOf(QStringView text) {
+Word wordOf(QStringView text, std::uint32_t hash) {
     if (text.size() > qsizetype(longestWord)) return Word::None;
-    std::uint32_t hash = 0;
-    for (QChar c : text)
-        hash = step(hash, c.unicode());
     for (std::size_t at = hash % tableSize; wordTable[at].text; at = (at + 1) % tableSize) {
         const Entry& e = wordTable[at];
         if (e.length != text.size()) continue;
@@ -131,15 +128,31 @@ Word wordOf(QStringView text) {
     return Word::None;
 }
 
-bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+enum : std::uint8_t { NameStart = 1, NamePart = 2, Digit = 4, Blank = 8 };
+
+constexpr auto makeKinds() {
+    std::array<std::uint8_t, 128> kinds{};
+    for (std::size_t c = 0; c < 128; ++c) {
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+        const bool digit = c >= '0' && c <= '9';
+        kinds[c] = std::uint8_t((letter ? NameStart : 0) | (letter || digit || c == '$' ? NamePart : 0) |
+                                (digit ? Digit : 0) | (c == ' ' || (c >= 9 && c <= 13) ? Blank : 0));
+    }
+    return kinds;
+}
+constexpr auto kinds = makeKinds();
+
+bool isDigit(char16_t c) { return c < 128 && (kinds[c] & Digit); }
+
+bool isBlank(char16_t c) { return c < 128 ? kinds[c] & Blank : QChar(c).isSpace(); }
 
 bool isNameStart(char16_t c) {
-    if (c < 128) return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_';
+    if (c < 128) return kinds[c] & NameStart;
     return QChar(c).isLetter() || QChar::isSurrogate(c);
 }
 
 bool isNamePart(char16_t c) {
-    if (c < 128) return isNameStart(c) || isDigit(c) || c == u'$';
+    if (c < 128) return kinds[c] & NamePart;
     return QChar(c).isLetterOrNumber() || QChar(c).isMark() || QChar::isSurrogate(c) || c == u'°';
 }
 
@@ -163,7 +176,7 @@ QStringView Lexer::nameOf(const Token& token) const {
 
 Token Lexer::next() {
     const qsizetype size = m_text.size();
-    while (m_pos < size && (m_text[m_pos] == u' ' || m_text[m_pos].isSpace()))
+    while (m_pos < size && isBlank(m_text[m_pos].unicode()))
         ++m_pos;
     Token token;
     token.pos = token.end = m_pos;
@@ -218,9 +231,10 @@ void Lexer::literal(Token& token, Value&& value, LiteralClass kind) {
 void Lexer::name(Token& token) {
     token.kind = Tok::Name;
     const qsizetype size = m_text.size();
-    while (m_pos < size && isNamePart(m_text[m_pos].unicode()))
-        ++m_pos;
-    token.word = wordOf(m_text.mid(token.pos, m_pos - token.pos));
+    std::uint32_t hash = 0;
+    for (; m_pos < size && isNamePart(m_text[m_pos].unicode()); ++m_pos)
+        hash = step(hash, m_text[m_pos].unicode());
+    token.word = wordOf(m_text.mid(token.pos, m_pos - token.pos), hash);
 }
 
 void Lexer::number(Token& token) {

@@ -324,7 +324,20 @@ Source* Parser::source() {
     }
     Source* s = m_tree.arena.make<Source>();
     s->pos = peek().pos;
-    if (is(Tok::Quoted) && m_lexer.nameOf(peek()).startsWith(u'[')) fail(u"Der Name der Tabelle fehlt."_s);
+    if (is(Tok::Quoted) && peek(1).kind == Tok::Dot &&
+        m_lexer.nameOf(peek()).trimmed().startsWith(u"SELECT ", Qt::CaseInsensitive)) {
+        // "[SELECT ..]. AS a", the old spelling of a derived table.
+        const Nesting nesting(*this);
+        Parser inner(m_lexer.nameOf(take()), m_tree, false);
+        inner.m_depth = m_depth;
+        s->form = Source::Form::Derived;
+        s->query = inner.query();
+        inner.atEnd();
+        m_height = std::max(m_height, s->query->height);
+        take();
+        s->alias = alias();
+        return s;
+    }
     s->name = name(u"Der Name der Tabelle fehlt."_s);
     while (accept(Tok::Dot))
         s->name = name(u"Der Name der Tabelle fehlt."_s);

@@ -22,6 +22,11 @@ void Parser::statement() {
         selectStatement();
         return atEnd();
     }
+    if (isWord(u"PARAMETERS")) { // their names are unknown to whoever uses them: nobody is asked here
+        while (!is(Tok::Semicolon) && !is(Tok::End))
+            take();
+        expect(Tok::Semicolon, u"Nach PARAMETERS fehlt das Semikolon."_s);
+    }
     switch (peek().word) {
     case Word::Select:
     case Word::Table:
@@ -50,6 +55,10 @@ void Parser::statement() {
         break;
     default:
         fail(u"Erwartet wird SELECT, INSERT, UPDATE, DELETE, TRANSFORM, CREATE, ALTER oder DROP."_s);
+    }
+    if (m_tree.kind == Kind::Select && accept(Word::With)) { // rights of the owner mean nothing here
+        if (!acceptWord(u"OWNERACCESS")) fail(u"Hier fehlt OWNERACCESS OPTION."_s);
+        expect(Word::Option, u"Hier fehlt OPTION."_s);
     }
     atEnd();
 }

@@ -1,0 +1,35 @@
+#include "../jet/Shop.h"
+#include "Fuzz.h"
+
+#include <text/RuntimeError.h>
+
+namespace {
+
+const ShopCatalogue shop;
+const jet::Translator translator(shop, jet::sqliteEmitter());
+
+} // namespace
+
+// Any text is translated or refused with an error of the dialect; what translates also prints, and what is
+// printed translates to the same.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
+    std::shared_ptr<const jet::Statement> statement;
+    try {
+        jet::Lifted lifted;
+        jet::lift(text, lifted);
+        statement = translator.translate(text);
+        for (const jet::Parameter& p : statement->parameters)
+            static_cast<void>(jet::encode(lifted.literals.at(std::size_t(p.literal)), p.encoding));
+    } catch (const RuntimeError&) {
+    }
+    if (!statement) return 0;
+    QString again;
+    try {
+        again = jet::printed(text);
+        fuzz::require(translator.translate(again)->sql == statement->sql);
+    } catch (const RuntimeError& e) {
+        fuzz::require(e.Number != 3075); // what was printed must at least be read
+    }
+    return 0;
+}

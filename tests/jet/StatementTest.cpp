@@ -1,0 +1,113 @@
+#include <jet/Functions.h>
+#include <jet/Translator.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+#include <text/RuntimeError.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A statement of a file and what it must answer: rows, a number of affected rows, or an error with its
+/// place.
+struct Case {
+    int line = 0;
+    QString statement;
+    QStringList answer;
+};
+
+// "> statement", then its answer: "| value | value" for each row, "= n" for n affected rows, "! number place"
+// for an error. Lines with # are remarks.
+std::vector<Case> readCases(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    std::vector<Case> cases;
+    for (int line = 1; !file.atEnd(); ++line) {
+        const QString text = QString::fromUtf8(file.readLine()).trimmed();
+        if (text.startsWith(u'>'))
+            cases.push_back({line, text.mid(1).trimmed(), {}});
+        else if (!text.isEmpty() && !text.startsWith(u'#') && !cases.empty())
+            cases.back().answer.push_back(text);
+    }
+    return cases;
+}
+
+QString shown(const Value& v) {
+    if (v.isNull()) return u"Null"_s;
+    if (v.type() == Type::Boolean) return v.toBool() ? u"True"_s : u"False"_s;
+    if (v.type() == Type::Currency) return v.toText() + u" €"_s;
+    return v.toText();
+}
+
+QStringList answerOf(Database& db, const QString& statement) {
+    QStringList answer;
+    try {
+        const bool asks = statement.startsWith(u"SELECT", Qt::CaseInsensitive) ||
+                          statement.startsWith(u"TRANSFORM", Qt::CaseInsensitive) ||
+                          statement.startsWith(u'(');
+        if (!asks || statement.contains(u" INTO ")) return {u"= "_s + QString::number(db.Execute(statement))};
+        const auto rows = db.OpenRecordset(statement);
+        const int columns = int(rows->FieldNames().size());
+        for (; !rows->Eof(); rows->MoveNext()) {
+            QStringList row;
+            for (int i = 0; i < columns; ++i)
+                row += shown(rows->Field(i));
+            answer.push_back((u"| "_s + row.join(u" | "_s)).trimmed());
+        }
+    } catch (const RuntimeError& e) {
+        return {u"! "_s + QString::number(e.Number) + u' ' + QString::number(e.Place)};
+    }
+    return answer;
+}
+
+QDateTime fixedNow() { return {QDate(2026, 11, 22), QTime(14, 30)}; }
+
+class Statements : public testing::TestWithParam<QString> {
+  protected:
+    void SetUp() override {
+        jet::setClock(fixedNow);
+        db = Database::CreateDatabase(u":memory:"_s);
+        for (const Case& c : readCases(QStringLiteral(TEST_DATA "/statements/shop.sql")))
+            db->Execute(c.statement);
+    }
+    void TearDown() override { jet::setClock(nullptr); }
+
+    std::unique_ptr<Database> db;
+    std::vector<Case> cases = readCases(QStringLiteral(TEST_DATA "/statements/") + GetParam() + u".txt"_s);
+};
+
+TEST_P(Statements, AnswerAsWritten) {
+    for (const Case& c : cases)
+        EXPECT_EQ(answerOf(*db, c.statement).join(u'\n').toStdString(), c.answer.join(u'\n').toStdString())
+            << qPrintable(GetParam()) << " line " << c.line << ": " << qPrintable(c.statement);
+}
+
+// Printed from the tree they answer alike; only the places of errors are others.
+TEST_P(Statements, AnswerAlikePrinted) {
+    for (const Case& c : cases) {
+        QString printed;
+        try {
+            printed = jet::printed(c.statement);
+        } catch (const RuntimeError&) {
+            continue;
+        }
+        const QString got = answerOf(*db, printed).join(u'\n'), due = c.answer.join(u'\n');
+        if (due.startsWith(u'!'))
+            EXPECT_EQ(got.section(u' ', 0, 1).toStdString(), due.section(u' ', 0, 1).toStdString())
+                << qPrintable(printed);
+        else
+            EXPECT_EQ(got.toStdString(), due.toStdString()) << qPrintable(printed);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Statements,
+                         testing::Values(u"expressions"_s, u"functions"_s, u"queries"_s, u"changes"_s,
+                                         u"errors"_s),
+                         [](const auto& test) { return test.param.toStdString(); });
+
+} // namespace
