@@ -27,7 +27,7 @@ constexpr int articles = 100'000, lines = 50, rounds = 12;
 
 QString number(int i) { return QString::number(2'000'000 + i % articles); }
 
-/// The twin: tables of the same columns in a file beside the store.
+/// The twin: tables of the same columns and indexes in a file beside the store.
 class Raw {
   public:
     explicit Raw(const QString& path) {
@@ -56,6 +56,9 @@ class Raw {
             " snnummer TEXT, warengruppe TEXT, langtext TEXT, zusatz1 TEXT, zusatz2 TEXT, preisinfo TEXT,"
             " bestellnummer TEXT);"
             "CREATE INDEX d1 ON detail(rechnungid); CREATE INDEX d2 ON detail(artikelnummer);"
+            "CREATE INDEX d3 ON detail(datum); CREATE INDEX d4 ON detail(kundennummer);"
+            "CREATE INDEX d5 ON detail(snnummer); CREATE INDEX r1 ON rechnung(maschine); CREATE INDEX r2 ON "
+            "rechnung(datum);"
             "CREATE TABLE lieferanten (artikelnummer TEXT, bestellnummer TEXT);"
             "CREATE INDEX l1 ON lieferanten(artikelnummer);"
             "CREATE TABLE serien (artikelnummer TEXT, snnummer TEXT, vkdatum TEXT, rechnungid INTEGER);"
