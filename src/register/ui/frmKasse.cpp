@@ -110,7 +110,7 @@ void frmKasse::connectEntry() {
     press(m_ui->cmdMinus, [this] { m_till.cmdMinus_Click(); });
     press(m_ui->cmdPlus, [this] { m_till.cmdPlus_Click(); });
     press(m_ui->cmdEnter, [this] { m_till.cmdEnter_Click(); });
-    press(m_ui->cmdClear, [this] { function(Taste::Clear); });
+    press(m_ui->cmdClear, [this] { m_till.cmdClear_Click(); });
     connect(m_keyboard, &EntryKeyboard::function, this, &frmKasse::function);
 }
 
