@@ -30,6 +30,11 @@ void KasseLayout::setUp() {
     m_ui.sumBar->setBackgroundRole(QPalette::Base);
     m_ui.sumLine->setBackgroundRole(QPalette::Dark);
 
+    // The total stays where it is while there is no stock to tell.
+    QSizePolicy stock = m_ui.lblBestand->sizePolicy();
+    stock.setRetainSizeWhenHidden(true);
+    m_ui.lblBestand->setSizePolicy(stock);
+
     m_ui.mainLayout->setSpacing(theme.gap);
     m_ui.sspFunction_BG->layout()->setContentsMargins(theme.gap, theme.gap, theme.gap, theme.gap);
     m_ui.sspFunction_BG->setFixedHeight(theme.keyHeight * 4 / 3 + 2 * theme.gap);

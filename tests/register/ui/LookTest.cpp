@@ -64,7 +64,11 @@ TEST_F(Kasse, WarnsOfAShortStockAndShowsThePicture) {
     ASSERT_TRUE(picture.save(shop.folder() + u"artimg_55.bmp"_s));
     auto& stock = control<QLabel>(*form, u"lblBestand"_s);
     auto& shown = control<QLabel>(*form, u"sspArtBild"_s);
+    QApplication::processEvents();
+    const int place = control<QLabel>(*form, u"lblGesamt"_s).geometry().right();
     scan(u"55"_s);
+    QApplication::processEvents();
+    EXPECT_EQ(place, control<QLabel>(*form, u"lblGesamt"_s).geometry().right()) << "the total does not move";
     EXPECT_EQ(u" aktueller Bestand: 5 Fl."_s, stock.text());
     const QColor plain = stock.palette().color(QPalette::WindowText);
     EXPECT_FALSE(shown.pixmap().isNull());
