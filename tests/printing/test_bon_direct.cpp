@@ -176,12 +176,12 @@ TEST_F(BonDirect, TheCustomerOfTheReceiptStaysWhenPrintingFails) {
     Pty pulled(100);
     plug(pulled);
     gPrintDirectIOPort = 1;
-    gDruckerKopies = 200;
+    gKopf1 = QString(300000, u'x'); // more than the line holds, so that it breaks in the middle
     m_dialogs.expectError(57);
     Print_BON_Direct(id);
     m_dialogs.verify();
     plug(m_printer);
-    gDruckerKopies = 1;
+    gKopf1 = u"Hofladen"_s;
     Print_BON_Direct(id);
     EXPECT_TRUE(m_printer.received(300).endsWith(foot));
     EXPECT_EQ(m_shop.count(u"Rechnung"_s), 2) << "a booking stands whatever the printer does";
