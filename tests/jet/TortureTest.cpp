@@ -67,6 +67,11 @@ TEST_F(Torture, LongRowsWorkOrAreRefused) {
     EXPECT_EQ(outcome(u"SELECT "_s + u"-"_s.repeated(500'000) + u"1"_s), 0);
     EXPECT_EQ(outcome(u"SELECT 1"_s + u" UNION ALL SELECT 1"_s.repeated(50'000)), 3360);
     EXPECT_EQ(outcome(u"SELECT a.ID FROM Ware a"_s + u" INNER JOIN Gruppe ON True"_s.repeated(20'000)), 3360);
+    EXPECT_EQ(outcome(u"SELECT Name"_s + u", Name"_s.repeated(3'000) + u" FROM Ware"_s), 0);
+    EXPECT_EQ(outcome(u"SELECT a.ID FROM Ware a"_s + u", Gruppe"_s.repeated(3)), 3012);
+    const auto numbered = translator.translate(u"SELECT 'a?7', Name & ' ?' FROM Ware WHERE ID IN (0"_s +
+                                               u", 1"_s.repeated(300) + u")"_s);
+    EXPECT_TRUE(numbered->sql.endsWith(" IN (" + QByteArray("?, ").repeated(300) + "?)"));
     EXPECT_EQ(outcome(u"SELECT ID FROM Ware WHERE Name = '"_s + QString(1'000'000, u'x') + u"'"_s), 0);
     // Columns that are named by one another must not multiply.
     QString names = u"SELECT 1 AS a0"_s;

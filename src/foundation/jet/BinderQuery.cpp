@@ -1,4 +1,5 @@
 #include "Binder.h"
+#include "Parser.h"
 
 #include <text/RuntimeError.h>
 
@@ -7,6 +8,13 @@
 using namespace Qt::StringLiterals;
 
 namespace jet {
+
+namespace {
+
+/// Tables in one FROM; engines join no more than 64.
+constexpr std::size_t maxSources = 60;
+
+} // namespace
 
 void Binder::table(Source* s) {
     s->table = m_catalogue.find(s->name);
@@ -41,6 +49,7 @@ void Binder::source(Source* s, Scope& scope, Scope* outer) {
         return;
     }
     }
+    if (scope.sources.size() >= maxSources) raiseTooComplex(s->pos);
     const QStringView alias = s->alias.isEmpty() ? s->name : s->alias;
     for (const Source* other : scope.sources)
         if (alias.compare(other->alias.isEmpty() ? other->name : other->alias, Qt::CaseInsensitive) == 0)
@@ -176,14 +185,16 @@ void Binder::nameOutputs(Select* s) {
     }
     if (seen.size() == qsizetype(s->outputs.size())) return;
     QSet<QString> taken;
+    QHash<QString, int> numbers;
     for (Output& o : s->outputs) {
         QString name = o.name.toString();
         if (seen[key(o.name)] > 1 && o.expr->kind == ExprKind::Name && o.source) {
             const QStringView alias = o.source->alias.isEmpty() ? o.source->name : o.source->alias;
             name = alias + u"."_s + name;
         }
-        for (int i = 1; taken.contains(key(name)); ++i)
-            name = o.name + QString::number(i);
+        int& last = numbers[key(o.name)];
+        while (taken.contains(key(name)))
+            name = o.name + QString::number(++last);
         taken.insert(key(name));
         if (name != o.name) {
             m_tree.names.push_back(name);

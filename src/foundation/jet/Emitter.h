@@ -26,6 +26,8 @@ class Emitter {
     [[nodiscard]] virtual QByteArray rowKey() const = 0;
     [[nodiscard]] virtual QByteArray collation() const = 0; ///< " COLLATE .."
     virtual void update(Writer& w, const Tree& tree) const = 0;
+    /// Has the last word on a whole text.
+    virtual void finish(QByteArray& text, std::size_t parameters) const = 0;
 };
 
 /// Writes a bound tree as the text of an engine: the parts that all engines share.

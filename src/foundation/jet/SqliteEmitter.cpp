@@ -215,6 +215,36 @@ class SqliteEmitter final : public Emitter {
         w.out += ") AS \"%q\" WHERE \"%t\"._rowid_ = \"%q\".k";
     }
 
+    // The engine keeps a list of numbered parameters and looks through all of it for each, so that thousands
+    // take seconds. Where the number is the next one anyhow it is left out.
+    void finish(QByteArray& text, std::size_t parameters) const override {
+        if (parameters < 200) return;
+        QByteArray result;
+        result.reserve(text.size());
+        qulonglong highest = 0;
+        for (qsizetype i = 0; i < text.size();) {
+            const char c = text[i];
+            if (c == '\'' || c == '"') {
+                const qsizetype end = text.indexOf(c, i + 1);
+                const qsizetype length = end < 0 ? text.size() - i : end - i + 1;
+                result.append(text.constData() + i, length);
+                i += length;
+                continue;
+            }
+            result += c;
+            ++i;
+            if (c != '?') continue;
+            qsizetype end = i;
+            while (end < text.size() && text[end] >= '0' && text[end] <= '9')
+                ++end;
+            const qulonglong number = text.mid(i, end - i).toULongLong();
+            if (number != highest + 1) result.append(text.constData() + i, end - i);
+            highest = std::max(highest, number);
+            i = end;
+        }
+        text = result;
+    }
+
   private:
     // "a + b + c" is written as it stands: the left side of a row needs no parentheses.
     static void row(Writer& w, const Expr* e, const char* sign) {

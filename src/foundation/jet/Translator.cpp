@@ -45,7 +45,8 @@ struct Translator::Impl {
         columns(tree.query, s);
         w.query(tree.query);
         s.sql = w.out;
-        if (!changeable(tree.query)) return;
+        // A set with thousands of literals is rather read at once than row by row.
+        if (!changeable(tree.query) || s.parameters.size() > 2000) return;
         s.dynaset.emplace();
         w.dynaset(tree.query, *s.dynaset);
     }
@@ -179,6 +180,7 @@ std::shared_ptr<const Statement> Translator::translate(QStringView text) const {
         s->ddl = std::move(tree.ddl);
         s->target = s->ddl->table;
     }
+    m_impl->emitter->finish(s->sql, s->parameters.size());
     if (tree.table) s->target = tree.table->name;
     return s;
 }
