@@ -57,41 +57,40 @@ ScriptedDialogs::~ScriptedDialogs() {
 
 ScriptedDialogs& ScriptedDialogs::expectMsgBox(const QString& text, MsgIcon icon, MsgAnswer answer,
                                                const QString& title) {
-    Step step;
+    Step& step = expect(Kind::MsgBox);
     step.text = text;
     step.icon = icon;
     step.answer = answer;
     step.title = title;
-    expect(std::move(step));
     return *this;
 }
 
 ScriptedDialogs& ScriptedDialogs::expectInput(const QString& prompt, std::optional<QString> answer,
                                               const QString& title) {
-    Step step;
-    step.kind = Kind::Input;
+    Step& step = expect(Kind::Input);
     step.text = prompt;
     step.value = std::move(answer);
     step.title = title;
-    expect(std::move(step));
     return *this;
 }
 
 ScriptedDialogs& ScriptedDialogs::expectFile(const QString& title, std::optional<QString> path) {
-    Step step;
-    step.kind = Kind::File;
+    Step& step = expect(Kind::File);
     step.text = title;
     step.value = std::move(path);
-    expect(std::move(step));
     return *this;
 }
 
 ScriptedDialogs& ScriptedDialogs::expectError(int number) {
-    Step step;
-    step.kind = Kind::Error;
+    Step& step = expect(Kind::Error);
     step.number = number;
-    expect(std::move(step));
     return *this;
+}
+
+ScriptedDialogs::Step& ScriptedDialogs::expect(Kind kind) {
+    Step& step = m_steps.emplace_back();
+    step.kind = kind;
+    return step;
 }
 
 QString ScriptedDialogs::describe(const Step& step) {

@@ -14,11 +14,9 @@ ScriptedForms::ScriptedForms()
 ScriptedForms::~ScriptedForms() { SetModalHook(m_before); }
 
 ScriptedForms& ScriptedForms::expectModal(const QString& name, std::function<void(QDialog&)> drive) {
-    Step step;
-    step.kind = Kind::Modal;
+    Step& step = expect(Kind::Modal);
     step.text = name;
     step.drive = [drive = std::move(drive)](void* dialog) { drive(*static_cast<QDialog*>(dialog)); };
-    expect(std::move(step));
     return *this;
 }
 

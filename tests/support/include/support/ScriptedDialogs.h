@@ -55,7 +55,8 @@ class ScriptedDialogs : public DialogHost {
         int number = 0;
         std::function<void(void*)> drive; ///< of a modal form
     };
-    void expect(Step step) { m_steps.push_back(std::move(step)); }
+    /// Adds a step to be filled.
+    Step& expect(Kind kind);
     /// The next step when it is of this kind; otherwise fails the test, telling what came, and gives nothing.
     std::optional<Step> take(Kind kind, const QString& what);
     static QString describe(const Step& step);
