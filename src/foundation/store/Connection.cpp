@@ -117,11 +117,25 @@ qint64 Connection::execute(const QString& sql) {
         runDdl(kind, *plan->statement->ddl);
         return 0;
     }
-    if (refreshStructure()) plan = this->plan(sql, literals);
-    Prepared& statement = prepared(plan->main, plan->statement->sql);
-    bind(statement, *plan->statement, literals);
-    finish(statement);
-    return m_engine->affected();
+    // Looking for a foreign change of structure before each write would cost more than the write's own share; the
+    // engine notices by itself. Where the old translation no longer fits, nothing was done yet.
+    for (bool again = true;; again = false) {
+        try {
+            Prepared& statement = prepared(plan->main, plan->statement->sql);
+            bind(statement, *plan->statement, literals);
+            finishNoticing(statement);
+            return m_engine->affected();
+        } catch (const RuntimeError& error) {
+            if (!again || error.Number != 3000 || !refreshStructure()) throw;
+            plan = this->plan(sql, literals);
+        }
+    }
+}
+
+void Connection::finishNoticing(Prepared& prepared) {
+    const int before = prepared.reprepared();
+    finish(prepared);
+    if (prepared.reprepared() != before) refreshStructure();
 }
 
 bool Connection::refreshStructure() {

@@ -62,6 +62,8 @@ class Connection {
     qint64 execute(const QString& sql);
     /// Steps a prepared write to its end.
     static void finish(Prepared& prepared);
+    /// The same, and looks at the structure when the engine met a changed one.
+    void finishNoticing(Prepared& prepared);
     /// Looks whether another process changed the structure; true when everything that was translated is void.
     bool refreshStructure();
 

@@ -27,7 +27,7 @@ void Recordset::Impl::prepareDefaults() {
 void Recordset::Impl::addNew() {
     checkChangeable();
     cancelUpdate();
-    if (m_connection->refreshStructure() || m_plan->generation != m_connection->generation()) {
+    if (m_plan->generation != m_connection->generation()) {
         m_started = false;
         translate();
         checkChangeable();
@@ -108,7 +108,7 @@ void Recordset::Impl::insertBuffer() {
                             : into + " (" + names.join(", ") + ") VALUES (" + places.join(", ") + ')');
     }
     bindBuffer(*prepared);
-    store::Connection::finish(*prepared);
+    m_connection->finishNoticing(*prepared);
     // A set that is not read to its end meets the new row by itself.
     if (m_started && m_keys->complete()) {
         const bool counted = m_seen == m_keys->known();
@@ -136,7 +136,7 @@ void Recordset::Impl::updateBuffer() {
     }
     bindBuffer(*prepared);
     prepared->bindInteger(count + 1, key);
-    store::Connection::finish(*prepared);
+    m_connection->finishNoticing(*prepared);
     m_rowValid = false;
     if (m_connection->engine().affected() == 0) {
         cancelUpdate();
