@@ -5,6 +5,8 @@ target_compile_options(house INTERFACE
   -Wnull-dereference -Werror)
 # GCC 12 reports false positives of these kinds inside its own and Qt's inlined containers.
 target_compile_options(house INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-null-dereference -Wno-restrict>)
+target_compile_options(house INTERFACE
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-maybe-uninitialized>)
 target_compile_definitions(house INTERFACE
   QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
