@@ -20,7 +20,7 @@ QString withDate(const QString& text, QDate day) {
     const qsizetype end = text.indexOf(u']', inside);
     if (end < 0) return text;
     const QString days = text.sliced(inside, end - inside);
-    if (!IsNumeric(QStringView(days))) return text;
+    if (!IsNumeric(days)) return text;
 
     const QDate moved = day.addDays(CLng(Value(days)));
     if (!moved.isValid() || moved.year() < 100 || moved.year() > 9999) RaiseInvalidCall();

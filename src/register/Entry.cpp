@@ -19,8 +19,6 @@ namespace {
 
 const QString voucherNumber = u"401-Gutschein"_s;
 
-bool isNumber(const QString& text) { return IsNumeric(QStringView(text)); }
-
 /// Without the blanks at both ends; other white space is part of an entry.
 QString trimBlanks(const QString& text) {
     qsizetype first = 0, last = text.size();
@@ -116,7 +114,7 @@ void Register::Entry::examine() {
         SetInput({});
     } else if (m_input.contains(u'+')) {
         plus();
-    } else if (m_input.endsWith(u'-') && isNumber(QString(m_input).remove(u'-'))) {
+    } else if (m_input.endsWith(u'-') && IsNumeric(QString(m_input).remove(u'-'))) {
         minus();
     }
 }
@@ -159,7 +157,7 @@ void Register::Entry::Decide() {
         const QString text = m_input;
         const QString trimmed = trimBlanks(text);
         if (trimmed.isEmpty()) return;
-        if (!orderSearchDone && trimmed.contains(u',') && isNumber(trimmed))
+        if (!orderSearchDone && trimmed.contains(u',') && IsNumeric(trimmed))
             next = freeAmount(trimmed);
         else
             next = lookup(text, orderSearchDone);
@@ -180,7 +178,7 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
                   showDialog = u"ShowManualArtikelDialog"_s;
     gFreierArtikel = {0, u"Diverser Artikel"_s, u"Diverses"_s, gVollerSteuerSatz};
     const QString rate = gSystem->ReadProfileString(service, lastRate, KonfigIni());
-    if (isNumber(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
+    if (IsNumeric(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
     const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
     if (show.isEmpty()) gSystem->WriteProfileString(service, showDialog, u"1"_s, KonfigIni());
     if (show.isEmpty() || show == u"1"_s)

@@ -15,7 +15,10 @@ namespace till {
 
 namespace {
 
-Currency amountOf(const QString& text) { return IsNumeric(QStringView(text)) ? ReadMoney(text) : Currency{}; }
+/// What nobody hands over: more digits are an article's code, scanned while the dialog was open.
+constexpr qint64 beyondAnyCash = 1'000'000;
+
+Currency amountOf(const QString& text) { return IsNumeric(text) ? ReadMoney(text) : Currency{}; }
 
 } // namespace
 
@@ -42,6 +45,11 @@ bool TotalDialog::Bar() {
     if (amountOf(m_back) < Currency{}) {
         MsgBox(u"FEHLER: Der gegebene Betrag kann nicht kleiner sein als die Rechnungssumme."_s,
                MsgIcon::Critical);
+        SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
+        return false;
+    }
+    if (amountOf(m_gegeben) >= Currency::fromInteger(beyondAnyCash)) {
+        MsgBox(u"Der gegebene Betrag ist ungültig."_s, MsgIcon::Critical);
         SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
         return false;
     }

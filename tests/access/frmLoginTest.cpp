@@ -119,6 +119,15 @@ TEST_F(frmLoginTest, AWrongPinIsToldAndEmptied) {
     EXPECT_NE(nullptr, shell());
 }
 
+TEST_F(frmLoginTest, DigitsAmongTheNamesAreThePin) {
+    frmLogin& form = open();
+    ASSERT_TRUE(control<QComboBox>(form, u"cboUser"_s).hasFocus());
+    typeText(form, u"07"_s);
+    EXPECT_EQ(u"Lena Brandt"_s, control<QComboBox>(form, u"cboUser"_s).currentText());
+    EXPECT_EQ(u"07"_s, control<QLineEdit>(form, u"txtPIN"_s).text());
+    EXPECT_TRUE(control<QLineEdit>(form, u"txtPIN"_s).hasFocus());
+}
+
 TEST_F(frmLoginTest, ANameThatNobodyHasGivesWay) {
     frmLogin& form = open();
     auto& box = control<QComboBox>(form, u"cboUser"_s);

@@ -30,6 +30,10 @@ TEST_F(DialogRules, PaymentDialog) {
         EXPECT_FALSE(dialog.Bar());
         EXPECT_EQ(u"12,50"_s, dialog.Gegeben());
     }
+    dialog.SetGegeben(u"2005000000171"_s); // an article scanned into the open dialog
+    dialogs.expectMsgBox(u"Der gegebene Betrag ist ungültig."_s, MsgIcon::Critical);
+    EXPECT_FALSE(dialog.Bar());
+    EXPECT_EQ(u"12,50"_s, dialog.Gegeben());
     EXPECT_EQ(0, gZahlung.Ergebnis);
     dialog.SetGegeben(u"50,00"_s);
     EXPECT_TRUE(dialog.Bar());

@@ -117,6 +117,8 @@ void frmLogin::showMain() {
     m_main->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_main, &frmMain::Unloaded, this, &frmLogin::comeBack);
     m_main->show();
+    // Without a window manager the keyboard would stay with the window that has just gone.
+    m_main->activateWindow();
 }
 
 void frmLogin::comeBack() {
@@ -158,7 +160,14 @@ void frmLogin::keyPressEvent(QKeyEvent* event) {
 
 bool frmLogin::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
+        const auto* pressed = static_cast<QKeyEvent*>(event);
+        const int key = pressed->key();
+        // Nobody's name begins with a digit: who types one is at the PIN already.
+        if (pressed->text().size() == 1 && pressed->text().front().isDigit()) {
+            m_ui->txtPIN->setFocus();
+            m_ui->txtPIN->insert(pressed->text());
+            return true;
+        }
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
             m_ui->cboUser->setEditText(m_ui->cboUser->itemText(m_ui->cboUser->currentIndex()));
             m_ui->txtPIN->setFocus();

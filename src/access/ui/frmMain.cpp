@@ -39,6 +39,8 @@ frmMain::frmMain(KasseOpener& kasse, QWidget* parent)
     m_ui->mainStatusBar->setSizeGripEnabled(false);
     m_ui->mainStatusBar->addWidget(new QLabel(gUser.Name + u' ' + gUser.Vorname));
     m_ui->mainStatusBar->addPermanentWidget(new QLabel(u"Kasse: "_s + gSystem->ComputerName()));
+    // In line with the panels above.
+    m_ui->mainStatusBar->setContentsMargins(8, 0, 8, 0);
     fillBar();
     showBar();
 }
@@ -62,6 +64,7 @@ void frmMain::showBar() {
         key->setHint(entry.Shortcut);
         key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         m_ui->layEntries->addWidget(key);
+        if (m_ui->layEntries->count() == 1) key->setFocus();
         const auto act = [this, name = entry.Key] { Handle("frmMain", [&] { m_bar.Click(name); }); };
         connect(key, &TouchKey::clicked, this, act);
         if (!entry.Shortcut.isEmpty())

@@ -29,10 +29,10 @@ void assign(const Setting& setting, const QString& value) {
         if (!value.isEmpty()) *std::get<bool*>(setting.target) = CBool(Value(value));
         break;
     case SettingKind::Integer:
-        *std::get<int*>(setting.target) = CLng(Value(IsNumeric(QStringView(value)) ? value : fallback));
+        *std::get<int*>(setting.target) = CLng(Value(IsNumeric(value) ? value : fallback));
         break;
     case SettingKind::Number:
-        *std::get<double*>(setting.target) = CDbl(Value(IsNumeric(QStringView(value)) ? value : fallback));
+        *std::get<double*>(setting.target) = CDbl(Value(IsNumeric(value) ? value : fallback));
         break;
     case SettingKind::Text:
     case SettingKind::Printer:

@@ -12,6 +12,7 @@
 /// not.
 [[nodiscard]] bool IsNumeric(const Value& value);
 [[nodiscard]] bool IsNumeric(QStringView text);
+[[nodiscard]] inline bool IsNumeric(const QString& text) { return IsNumeric(QStringView(text)); }
 /// True for a date or a text that CDate accepts.
 [[nodiscard]] bool IsDate(const Value& value);
 
