@@ -67,7 +67,7 @@ class Database {
     [[nodiscard]] QString Translated(const QString& SQL);
     /// Runs a query once and hands its rows over as they come, without keeping them: `columns` once, with
     /// names and types (Null: told row by row), then `row` for each. Neither may use this Database. Raises
-    /// 3065 like Execute the other way round when the text gives no rows.
+    /// 3219 when the text gives no rows.
     void ForEachRow(const QString& SQL, const std::function<void(const std::vector<TableField>&)>& columns,
                     const std::function<void(const std::vector<Value>&)>& row);
     /// True for a text that gives rows.
