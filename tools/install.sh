@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs from the Debian registry what the named job needs: "build", "test" or "bench".
+# Installs from the Debian registry what the named job needs: "build", "test", "bench" or
+# "wayland" (a desktop without X).
 set -euo pipefail
 build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxkbcommon-dev qt6-serialport-dev
        qt6-multimedia-dev qt6-svg-dev libsqlite3-dev libcups2-dev fonts-inter
@@ -9,7 +10,8 @@ case "${1:-build}" in
   build) ;;
   test) packages+=(libgtest-dev libgmock-dev clang-14 libclang-rt-14-dev python3) ;;
   bench) packages+=(libbenchmark-dev) ;;
-  *) echo "usage: install.sh [build|test|bench]" >&2; exit 2 ;;
+  wayland) packages+=(qt6-wayland) ;;
+  *) echo "usage: install.sh [build|test|bench|wayland]" >&2; exit 2 ;;
 esac
 missing=()
 for p in "${packages[@]}"; do

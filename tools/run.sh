@@ -17,6 +17,7 @@ if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
   exec "$bin/merivane-play" assets/demo/morning.txt --out "$out"
 fi
 
+[ -n "${DISPLAY:-}" ] || tools/install.sh wayland
 export MERIVANE_HOME="${MERIVANE_HOME:-${XDG_DATA_HOME:-$HOME/.local/share}/merivane-demo}"
 [ -e "$MERIVANE_HOME/konfig.ini" ] || "$bin/merivane" --create-demo "$MERIVANE_HOME"
 echo "The demo shop lives in $MERIVANE_HOME; receipts are appended to $MERIVANE_HOME/bondrucker.bin"
