@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int rounds = 7;
+constexpr int articles = 100'000, rounds = 7;
 constexpr double boundSeconds = 0.5;
 constexpr const char* childMark =
     "MERIVANE_BENCH_STARTED"; ///< holds when the parent started the process, in µs
@@ -49,13 +49,14 @@ QString makeShop(const QTemporaryDir& place) {
     const QString folder = place.filePath(u"laden"_s);
     demo::createShop(folder);
     auto db = Database::OpenDatabase(folder + u"/daten/Merivane.mdb"_s);
-    db->Execute(
+    const qint64 added = db->Execute(
         u"INSERT INTO Artikel (Nummer, Name, WarenGruppe, Menge, Einheit, SteuerSatz, EKPreis, VKPreis, "
         u"Aktiv, "
         "LagerAktiv, Rabatt) SELECT TOP 100000 a.Nummer & '-' & b.Nummer, a.Name, a.WarenGruppe, a.Menge, "
         "a.Einheit, a.SteuerSatz, a.EKPreis, a.VKPreis, a.Aktiv, a.LagerAktiv, a.Rabatt "
         "FROM Artikel AS a, Artikel AS b WHERE b.Nummer LIKE '200*';"_s);
     db->Close();
+    if (added != articles) std::exit(2);
     return folder;
 }
 
