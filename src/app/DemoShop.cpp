@@ -65,8 +65,10 @@ void writePictures(const QString& folder) {
 void writeStore(const QString& path) {
     auto db = Database::CreateDatabase(path);
     schema::createTables(*db);
+    db->BeginTrans();
     for (const QString& name : tableNames())
         loadTable(*db, readTable(name));
+    db->CommitTrans();
     db->Close();
 }
 

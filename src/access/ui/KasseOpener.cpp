@@ -37,7 +37,10 @@ void KasseOpener::show() {
     const WaitCursor wait;
     if (!isOpen()) {
         if (!m_kasse.isNull()) m_kasse->deleteLater();
-        m_kasse = m_factory([this] { emit Unloaded(); });
+        // A register with an open sale may outlive the forms that opened it.
+        m_kasse = m_factory([opener = QPointer<KasseOpener>(this)] {
+            if (opener) emit opener->Unloaded();
+        });
         if (m_kasse.isNull()) return;
         m_kasse->setAttribute(Qt::WA_DeleteOnClose);
     }

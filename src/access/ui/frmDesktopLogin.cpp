@@ -18,7 +18,7 @@ frmDesktopLogin::frmDesktopLogin(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmDesktopLogin>()) {
     m_ui->setupUi(this);
     const int edge = Theme::Current().keyHeight;
-    setMinimumSize(edge * 14, edge * 9);
+    setMinimumSize(edge * 14, edge * 10);
     m_ui->txtPIN->setProperty("role", u"large"_s);
     m_ui->pad->setKeys(DigitPad::Clear);
     m_ui->pad->setTarget(m_ui->txtPIN);

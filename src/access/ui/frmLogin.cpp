@@ -65,7 +65,8 @@ frmLogin::frmLogin(KasseFactory openKasse, QWidget* parent)
     Handle("frmLogin", [this] { LoadUsers(); });
 }
 
-frmLogin::~frmLogin() = default;
+// The shell goes first, since it works on the register that belongs to this form.
+frmLogin::~frmLogin() { delete m_main; }
 
 void frmLogin::LoadUsers() {
     const QSignalBlocker quiet(m_ui->cboUser);
@@ -166,6 +167,13 @@ bool frmLogin::eventFilter(QObject* watched, QEvent* event) {
         if (pressed->text().size() == 1 && pressed->text().front().isDigit()) {
             m_ui->txtPIN->setFocus();
             m_ui->txtPIN->insert(pressed->text());
+            return true;
+        }
+        // Leafing is no choice yet, so the focus stays where it is.
+        if (key == Qt::Key_Up || key == Qt::Key_Down) {
+            const int row = m_ui->cboUser->currentIndex() + (key == Qt::Key_Up ? -1 : 1);
+            if (row >= 0 && row < m_ui->cboUser->count()) m_ui->cboUser->setCurrentIndex(row);
+            m_ui->cboUser->lineEdit()->selectAll();
             return true;
         }
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
