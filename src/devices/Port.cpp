@@ -39,10 +39,39 @@ QString PortDevice(const QString& name) {
     return most == 9 ? devices::platformParallel(number) : devices::platformSerial(number);
 }
 
+LineSettings ParseLineSettings(QStringView text) {
+    const auto parts = text.split(u',');
+    LineSettings settings;
+    bool isBaud = false, isData = false, isStop = false;
+    if (parts.size() == 4 && parts[1].size() == 1) {
+        settings = {.baud = parts[0].toInt(&isBaud),
+                    .parity = parts[1].front().toLower().toLatin1(),
+                    .dataBits = parts[2].toInt(&isData),
+                    .stopBits = parts[3].toInt(&isStop)};
+    }
+    const bool isParity = settings.parity == 'n' || settings.parity == 'e' || settings.parity == 'o';
+    if (!isBaud || !isData || !isStop || !isParity || settings.baud < 1 || settings.dataBits < 5 ||
+        settings.dataBits > 8 || settings.stopBits < 1 || settings.stopBits > 2)
+        throw RuntimeError(5, u"Ungültige Parameter eines Anschlusses: "_s + text.toString());
+    return settings;
+}
+
+QString GetPortText(int Port) {
+    if (Port >= 1 && Port <= 9) return u"COM%1:9600,n,8,1"_s.arg(Port == 9 ? 8 : Port);
+    if (Port == 10 || Port == 11) return u"lpt%1:"_s.arg(Port - 9);
+    return {};
+}
+
 Port::Port(const QString& name, const std::optional<LineSettings>& settings) {
     const QString path = PortDevice(name);
     if (settings) m_device = devices::openLine(path, *settings);
     if (!m_device) m_device = devices::openPlain(path);
+}
+
+Port Port::Open(const QString& text) {
+    const qsizetype colon = text.indexOf(u':');
+    if (colon < 0 || colon == text.size() - 1) return Port(text);
+    return Port(text.first(colon), ParseLineSettings(QStringView(text).sliced(colon + 1)));
 }
 
 Port::~Port() = default;

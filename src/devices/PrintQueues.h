@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QStringList>
 
 namespace devices {
@@ -10,5 +11,7 @@ struct PrintQueues {
 };
 /// What the print system of the platform knows.
 [[nodiscard]] PrintQueues printQueues();
+/// Gives a PDF document to a queue. What is wrong when it is not taken, "" when it is.
+[[nodiscard]] QString submitDocument(const QString& queue, const QString& title, const QByteArray& pdf);
 
 } // namespace devices

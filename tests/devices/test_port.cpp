@@ -79,6 +79,39 @@ TEST_F(Ports, NamesAreMappedByTheIniFile) {
             << qPrintable(QString::fromUtf16(bad));
 }
 
+TEST_F(Ports, PortTexts) {
+    EXPECT_EQ(GetPortText(1), u"COM1:9600,n,8,1"_s);
+    EXPECT_EQ(GetPortText(8), u"COM8:9600,n,8,1"_s);
+    EXPECT_EQ(GetPortText(9), GetPortText(8));
+    EXPECT_EQ(GetPortText(10), u"lpt1:"_s);
+    EXPECT_EQ(GetPortText(11), u"lpt2:"_s);
+    for (const int none : {-1, 0, 12, 13, 99})
+        EXPECT_EQ(GetPortText(none), u""_s);
+
+    const LineSettings odd = ParseLineSettings(u"19200,E,7,2");
+    EXPECT_EQ(odd.baud, 19200);
+    EXPECT_EQ(odd.parity, 'e');
+    EXPECT_EQ(odd.dataBits, 7);
+    EXPECT_EQ(odd.stopBits, 2);
+    for (const char16_t* bad :
+         {u"", u"9600", u"9600,n,8", u"9600,n,8,1,", u"x,n,8,1", u"0,n,8,1", u"9600,z,8,1", u"9600,,8,1",
+          u"9600,n,9,1", u"9600,n,4,1", u"9600,n,8,3", u"9600,ä,8,1"})
+        EXPECT_EQ(raised([&] { (void)ParseLineSettings(bad); }), 5) << qPrintable(QString::fromUtf16(bad));
+
+    Pty device;
+    map(u"COM1"_s, device.name());
+    Port port = Port::Open(u"COM1:2400,n,8,2"_s);
+    termios now{};
+    tcgetattr(device.cable(), &now);
+    EXPECT_EQ(cfgetospeed(&now), static_cast<speed_t>(B2400));
+    EXPECT_NE(now.c_cflag & CSTOPB, 0u);
+    port.write("a");
+    port.close();
+    EXPECT_EQ(device.received(1), "a");
+    EXPECT_EQ(raised([] { (void)Port::Open(u""_s); }), 52);
+    EXPECT_EQ(raised([] { (void)Port::Open(u"COM1:schnell"_s); }), 5);
+}
+
 TEST_F(Ports, BytesArriveAsTheyAre) {
     const QByteArray message = everyByte(40); // more than the line holds at once
     for (const std::optional<LineSettings>& settings :

@@ -197,6 +197,7 @@ std::vector<Setting> table() {
 
         {.section = lade, .key = u"Port", .kind = Integer, .target = &gKassenLadePort, .fallback = u"0"},
         {.section = lade, .key = u"OpenCode", .kind = Text, .target = &gKassenLadeOpenCode},
+        {.section = lade, .key = u"ControlFontName", .kind = Text, .reader = Elsewhere},
         {.section = lcd, .key = u"Port", .kind = Integer, .target = &gKundenLCDPort, .fallback = u"0"},
         {.section = lcd,
          .key = u"ClearCode",

@@ -18,6 +18,13 @@ struct LineSettings {
 /// what section [PORTS] of konfig.ini names, else the platform's own. Raises 52 for any other name.
 [[nodiscard]] QString PortDevice(const QString& name);
 
+/// "9600,n,8,1" read; raises 5 for anything that is no such text.
+[[nodiscard]] LineSettings ParseLineSettings(QStringView text);
+
+/// The device text of a port number of the settings: "COM1:9600,n,8,1" for 1, and so on; "lpt1:" and "lpt2:"
+/// for 10 and 11; "" for any other. 9 reaches the port 8: shops have wired their drawers to that.
+[[nodiscard]] QString GetPortText(int Port);
+
 /// A port for the time of one message: opened, written, drained, closed. Never blocks: a device that takes no
 /// byte for a second is a failure.
 ///
@@ -39,6 +46,9 @@ class Port {
     void write(const QByteArray& bytes);
     /// Waits until the device has the last byte, then closes. Raises 57.
     void close();
+
+    /// Opens a device text such as "COM1:9600,n,8,1" or "lpt1:"; without parameters as the constructor does.
+    [[nodiscard]] static Port Open(const QString& text);
 
     class Device;
 
