@@ -1,3 +1,5 @@
+#include "CustomerDisplay.h"
+
 #include <register/Basket.h>
 #include <register/Prices.h>
 #include <register/RegisterScreen.h>
@@ -18,9 +20,10 @@ using namespace Qt::StringLiterals;
 
 namespace till {
 
-Basket::Basket(RegisterScreen& screen, QObject* parent)
+Basket::Basket(RegisterScreen& screen, CustomerDisplay& display, QObject* parent)
     : QAbstractTableModel(parent)
     , m_screen(screen)
+    , m_display(display)
     , m_stock{u"aktueller Bestand"_s, false, false} {}
 
 Basket::~Basket() = default;
@@ -120,6 +123,7 @@ void Basket::LoadBestellungen() {
     RefreshGesamt();
     if (isEmpty()) {
         IsLieferscheinBon = false;
+        SetLCDDefault();
         setPicture({});
         return;
     }
@@ -173,6 +177,11 @@ void Basket::follow(int row) {
     }
     showStock();
     showPicture(rs.Text(u"ArtikelNummer"));
+    m_display.ShowLine(cell(row, Artikelname), cell(row, Anz), cell(row, Menge), cell(row, EPreis));
+}
+
+void Basket::SetLCDDefault() {
+    Handle("frmKasse", [this] { m_display.ShowDefault(); });
 }
 
 void Basket::showStock() {

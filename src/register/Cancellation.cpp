@@ -1,5 +1,7 @@
 #include "Cancellation.h"
 
+#include "CustomerDisplay.h"
+
 #include <register/gMaschine.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
@@ -91,6 +93,8 @@ Register::Unload Register::Cancellation::QueryUnload() {
         regardless([] { deleteVouchers(u"TMPOrder"_s); });
         regardless([] { gDB->Execute(u"DELETE FROM "_s + ofThisTill(u"TMPOrder"_s) + u";"_s); });
     }
+    regardless([&] { m_owner.m_display->ShowDefault(); });
+    regardless([&] { m_owner.m_display->Close(); });
     return Unload::Close;
 }
 

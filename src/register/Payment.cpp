@@ -1,5 +1,7 @@
 #include "Payment.h"
 
+#include "CustomerDisplay.h"
+
 #include <printing/Beleg.h>
 #include <register/Prices.h>
 #include <register/gMaschine.h>
@@ -46,6 +48,8 @@ void Register::Payment::Total() {
     if (gRoundDecimal) total = ReadMoney(Format(Value(total), u"###0.00"));
     gZahlung = {};
     gZahlung.Betrag_Gesamt = total;
+    showTotal(gRoundDecimal);
+    m_owner.OpenKassenLade();
     if (!gShowWechselgeldDialog) {
         m_owner.m_screen.Yield();
         gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
@@ -59,10 +63,19 @@ void Register::Payment::Total() {
     finish(gEnabledAutoClose ? MoneyText(total) : QString());
 }
 
+void Register::Payment::showTotal(bool rounded) {
+    // Told when it fails, but a display does not keep a customer from paying.
+    Handle("frmKasse", [&] { m_owner.m_display->ShowTotal(m_owner.m_basket.Gesamt(), rounded); });
+}
+
 bool Register::Payment::askAmount() {
     m_owner.m_screen.ShowKasseTotal();
     if (gZahlung.Ergebnis != 0) return true;
-    m_owner.m_basket.ItemClick(m_owner.m_basket.selected());
+    Basket& basket = m_owner.m_basket;
+    if (basket.isEmpty())
+        basket.SetLCDDefault();
+    else
+        basket.ItemClick(basket.selected());
     return false;
 }
 
@@ -73,6 +86,7 @@ void Register::Payment::ByKarte(const QString& KartenName) {
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
     gZahlung.ZahlArt = u"KARTE"_s;
+    showTotal(false);
     if (MsgBox(
             u"OK, Zahlung erfolgt mit Kreditkarte!\n\nGesamtsumme: "_s + MoneyText(gZahlung.Betrag_Gesamt) +
                 u" €\n\nBuchen Sie diesen Betrag jetzt über das Zahlungsverkehrsterminal. Warten Sie bis der "

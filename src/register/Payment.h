@@ -22,6 +22,7 @@ class Register::Payment {
     void CreateRechnung(int& RechnungID);
 
   private:
+    void showTotal(bool rounded); ///< to the customer
     [[nodiscard]] bool askAmount();
     /// Books what gZahlung says; 0 when it failed, which is told.
     [[nodiscard]] int book();

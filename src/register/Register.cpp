@@ -1,8 +1,10 @@
 #include "Cancellation.h"
+#include "CustomerDisplay.h"
 #include "Entry.h"
 #include "Payment.h"
 #include "PriceChanges.h"
 
+#include <devices/CashDrawer.h>
 #include <register/Register.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
@@ -20,7 +22,8 @@ namespace till {
 Register::Register(RegisterScreen& screen, QObject* parent)
     : QObject(parent)
     , m_screen(screen)
-    , m_basket(screen)
+    , m_display(std::make_unique<CustomerDisplay>())
+    , m_basket(screen, *m_display)
     , m_entry(std::make_unique<Entry>(*this)) {}
 
 Register::~Register() = default;
@@ -128,6 +131,11 @@ void Register::cmdKarte_Click() {
 }
 void Register::PayByKarte(const QString& KartenName) {
     Trap([&] { Payment(*this).ByKarte(KartenName); });
+}
+
+void Register::OpenKassenLade() { ::OpenKassenLade(DrawerOwner::Kasse); }
+void Register::OpenLade_Click() {
+    if (gKFKassenlade) OpenKassenLade();
 }
 
 void Register::cmdKunde_Click() {

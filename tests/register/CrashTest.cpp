@@ -2,7 +2,6 @@
 
 #include <text/Sort.h>
 
-#include <QCoreApplication>
 #include <QProcess>
 #include <QSet>
 #include <QThread>
@@ -42,8 +41,6 @@ QSet<QString> numbers(const TempShop& shop, const QString& table) {
 }
 
 TEST(Crash, NothingShownIsLost) {
-    int argc = 0;
-    QCoreApplication app(argc, nullptr);
     TempShop shop;
     ScriptedDialogs dialogs;
     { // the files that a running shop has

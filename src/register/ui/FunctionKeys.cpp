@@ -17,6 +17,7 @@ std::optional<Taste> FunctionKeys::find(const QKeyEvent& key) const {
     default:
         break;
     }
+    if (ctrl && key.key() == Qt::Key_F1) return Taste::OpenLade;
     if (ctrl) return {};
     switch (key.key()) {
     case Qt::Key_F1:

@@ -5,7 +5,19 @@
 class QKeyEvent;
 
 /// The functions of the register that a key of the keyboard starts.
-enum class Taste { Clear, ArtikelPreis, Rabatt, Kunde, Storno, Total, Karte, Exit, Function, ShortCutFocus };
+enum class Taste {
+    Clear,
+    ArtikelPreis,
+    Rabatt,
+    Kunde,
+    Storno,
+    Total,
+    Karte,
+    Exit,
+    Function,
+    OpenLade,
+    ShortCutFocus
+};
 
 /// The key table of the register.
 class FunctionKeys {

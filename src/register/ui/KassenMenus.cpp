@@ -20,6 +20,7 @@ KassenMenus::KassenMenus(QWidget* form)
     for (QMenu* menu : {m_popFunction, m_popKarte})
         menu->setAttribute(Qt::WA_NoMouseReplay);
     if (gKFBenutzerWechsel) add(m_popFunction, u"FileChangeUser"_s, u"Benutzerwechsel"_s);
+    if (gKFKassenlade) add(m_popFunction, u"FileOpenLade"_s, u"Kassenlade öffnen"_s);
     setKarten({});
 }
 

@@ -185,6 +185,8 @@ void frmKasse::function(Taste taste) {
             return m_till.cmdKarte_Click();
         case Taste::Function:
             return m_menus->showFunction(m_ui->cmdFunction);
+        case Taste::OpenLade:
+            return m_till.OpenLade_Click();
         case Taste::ShortCutFocus:
             return m_till.ToggleShortCutFocus();
         case Taste::Exit:
@@ -197,6 +199,8 @@ void frmKasse::tool(const QString& name, const QString& caption) {
     m_queue->run([this, name, caption] {
         if (name == u"FileChangeUser"_s)
             m_till.ChangeUser();
+        else if (name == u"FileOpenLade"_s)
+            m_till.OpenLade_Click();
         else
             m_till.PayByKarte(caption);
     });

@@ -89,6 +89,27 @@ TEST_F(Kasse, KeysOfTheKeyboardStartTheFunctions) {
     EXPECT_FALSE(form->isVisible());
 }
 
+TEST_F(Kasse, TheDrawerOpensByKeyAndMenuWhereTheTillMay) {
+    const QString device = shop.folder() + u"lade.bin"_s;
+    shop.setIni(u"PORTS"_s, u"LPT1"_s, device);
+    gKassenLadePort = 10;
+    gKassenLadeOpenCode = u"112"_s;
+    const auto opened = [&] { return QFile(device).size() / 5; };
+    press(Qt::Key_F1, Qt::ControlModifier);
+    EXPECT_EQ(nullptr, form->findChild<QAction*>(u"FileOpenLade"_s));
+    EXPECT_EQ(0, opened());
+    gKFKassenlade = true;
+    gKassenUser.R_Rabatt = false; // F1 alone would be refused
+    form.reset();
+    open();
+    press(Qt::Key_F1, Qt::ControlModifier);
+    EXPECT_EQ(1, opened());
+    auto& entry = control<QAction>(*form, u"FileOpenLade"_s);
+    EXPECT_EQ(u"Kassenlade öffnen"_s, entry.text());
+    entry.trigger();
+    EXPECT_EQ(2, opened());
+}
+
 TEST_F(Kasse, UpAndDownMoveInTheListAndStopAtItsEnds) {
     for (int i = 0; i < 12; ++i)
         scan(i % 2 ? milk : bread);

@@ -12,6 +12,7 @@
 
 namespace till {
 
+class CustomerDisplay;
 class RegisterScreen;
 
 /// The label under the list that tells the stock of the selected article.
@@ -38,7 +39,7 @@ class Basket : public QAbstractTableModel {
   public:
     enum Column { ArtikelNr, Artikelname, Anz, Menge, EPreis, GPreis, ColumnCount };
 
-    explicit Basket(RegisterScreen& screen, QObject* parent = nullptr);
+    Basket(RegisterScreen& screen, CustomerDisplay& display, QObject* parent = nullptr);
     ~Basket() override;
 
     /// Opens the rows of gMaschine; nothing is shown before LoadBestellungen.
@@ -50,9 +51,9 @@ class Basket : public QAbstractTableModel {
     void LoadBestellungen();
     /// Sums the list into Gesamt().
     void RefreshGesamt();
-    /// Selects `row` and follows it: record set, stock label, picture. A row that another till deleted is
-    /// told and the list is rebuilt. A row outside the list does nothing. A handler of its own: failures are
-    /// reported here.
+    /// Selects `row` and follows it: record set, stock label, picture, customer display. A row that another
+    /// till deleted is told and the list is rebuilt. A row outside the list does nothing. A handler of its
+    /// own: failures are reported here.
     void ItemClick(int row);
 
     /// Adds `amount` to the quantity of the selected line.
@@ -61,6 +62,8 @@ class Basket : public QAbstractTableModel {
     void ShowPrices();
     /// Drops a pending AddNew or Edit; never raises.
     void CancelEdit() noexcept;
+    /// Thanks the customer on the display; a handler of its own.
+    void SetLCDDefault();
     /// "DELETE FROM Bestellung" for this till, without touching the list.
     void DeleteRows();
 
@@ -117,6 +120,7 @@ class Basket : public QAbstractTableModel {
     void setPicture(ArticlePicture picture);
 
     RegisterScreen& m_screen;
+    CustomerDisplay& m_display;
     std::unique_ptr<Recordset> m_rs;
     std::vector<Row> m_rows;
     int m_selected = -1;

@@ -79,6 +79,11 @@ class Register : public QObject {
     void cmdKarte_Click();
     void PayByKarte(const QString& KartenName);
 
+    // Drawer and display
+    void OpenKassenLade();
+    void OpenLade_Click(); ///< the same from key and menu, if gKFKassenlade
+    void SetLCDDefault() { m_basket.SetLCDDefault(); }
+
     // Customer and user
     void cmdKunde_Click();
     void ChangeUser();
@@ -117,6 +122,7 @@ class Register : public QObject {
     void RebuildTitle(bool doubleAmpersand);
 
     RegisterScreen& m_screen;
+    std::unique_ptr<CustomerDisplay> m_display;
     Basket m_basket;
     ArticleKeys m_keys;
     std::unique_ptr<Recordset> m_rsArtikel;

@@ -1,0 +1,81 @@
+#include "CustomerDisplay.h"
+
+#include <register/Prices.h>
+#include <session/Globals.h>
+#include <text/CodePage.h>
+#include <text/Format.h>
+#include <text/RuntimeError.h>
+#include <text/Strings.h>
+
+using namespace Qt::StringLiterals;
+
+namespace till {
+
+namespace {
+
+constexpr int width = 20;
+const QByteArray selectDisplay("\x1B\x3D\x02"), selectPrinter("\x1B\x3D\x01");
+
+/// Exactly one row: filled with blanks or cut at the right.
+QString row(const QString& text) { return text.leftJustified(width, u' ', true); }
+
+/// The blanks in front of a text that ends at the right edge; raises 5 when the text is longer than a row.
+QString indent(const QString& text) { return vb::Space(width - vb::Len(text)); }
+
+/// The letters that displays have not; "ß" they have.
+QString withoutUmlauts(QString text) {
+    text.replace(u'ü', u"ue"_s).replace(u'Ü', u"Ue"_s);
+    text.replace(u'ä', u"ae"_s).replace(u'Ä', u"Ae"_s);
+    return text.replace(u'ö', u"oe"_s).replace(u'Ö', u"Oe"_s);
+}
+
+} // namespace
+
+void CustomerDisplay::OpenComPort(int Port, bool& Opened) {
+    Opened = false;
+    if (Port < 1) return;
+    try {
+        mainCom.CommPort = Port;
+        mainCom.PortOpen(true);
+        Opened = mainCom.PortOpen();
+    } catch (const RuntimeError&) { // told nowhere: the sale does not need a display
+    }
+}
+
+template <typename Text>
+void CustomerDisplay::show(const Text& text) {
+    bool opened = false;
+    OpenComPort(gKundenLCDPort, opened);
+    if (!opened) return;
+    if (gEnabledIMDisplayModus) mainCom.Output(selectDisplay);
+    mainCom.Output('\x1B' + ToWindows1252(vb::Chr(gKundenLCDClearCode)));
+    mainCom.Output(ToWindows1252(text()));
+    if (gEnabledIMDisplayModus) mainCom.Output(selectPrinter);
+    mainCom.PortOpen(false);
+}
+
+void CustomerDisplay::ShowDefault() {
+    show([] { return u"    Vielen Dank      fuer Ihren Einkauf "_s; });
+}
+
+void CustomerDisplay::ShowLine(const QString& name, const QString& anz, const QString& menge,
+                               const QString& preis) {
+    show([&] {
+        const QString lower = withoutUmlauts(anz + u"x "_s + menge + u' ' + preis);
+        return row(withoutUmlauts(name.left(width))) + row(indent(lower) + lower);
+    });
+}
+
+void CustomerDisplay::ShowTotal(const QString& caption, bool rounded) {
+    show([&] {
+        // A rounded amount is shorter than the text that its place was measured by.
+        const QString amount = rounded ? Format(Value(ReadMoney(caption)), u"###0.00") : caption;
+        return u"Zu zahlender Betrag:\r"_s + row(indent(caption) + amount);
+    });
+}
+
+void CustomerDisplay::Close() {
+    if (mainCom.PortOpen()) mainCom.PortOpen(false);
+}
+
+} // namespace till
