@@ -2,6 +2,8 @@
 
 #include <devices/Port.h>
 
+class QSerialPort;
+
 /// What stands behind a Port: one open device.
 class Port::Device {
   public:
@@ -21,6 +23,8 @@ inline constexpr int stallMs = 1000;
 
 /// The device as the system set it up, or a plain file.
 [[nodiscard]] std::unique_ptr<Port::Device> openPlain(const QString& path);
+/// Waits until the last byte has left an open line; raises 57 when it stands still.
+void drainLine(const QSerialPort& line);
 /// A serial line with parameters of our own; nullptr when `path` is not one.
 [[nodiscard]] std::unique_ptr<Port::Device> openLine(const QString& path, const LineSettings& settings);
 

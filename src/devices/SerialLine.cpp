@@ -43,6 +43,8 @@ class SerialLine : public Port::Device {
 
     void finish() override {
         send();
+        // Closing puts the parameters back that the line had before, which would garble bytes on their way.
+        devices::drainLine(m_port);
         m_port.close();
     }
 

@@ -32,6 +32,8 @@ class PlainDevice : public Port::Device {
 
 std::unique_ptr<Port::Device> openPlain(const QString& path) { return std::make_unique<PlainDevice>(path); }
 
+void drainLine(const QSerialPort&) {} // closing waits for the last byte
+
 QString platformSerial(int number) { return u"\\\\.\\COM"_s + QString::number(number); }
 
 QString platformParallel(int number) { return u"\\\\.\\LPT"_s + QString::number(number); }

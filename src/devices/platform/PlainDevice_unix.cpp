@@ -5,6 +5,7 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QSerialPort>
 #include <QThread>
 
 #include <cerrno>
@@ -20,6 +21,22 @@ using namespace Qt::StringLiterals;
 
 namespace devices {
 namespace {
+
+/// tcdrain would wait for ever on a device that holds its line; this gives up when nothing moves.
+void drain(int file, const QString& path) {
+    QDeadlineTimer deadline(stallMs);
+    for (int last = -1;;) {
+        int queued = 0;
+        if (ioctl(file, TIOCOUTQ, &queued) != 0) raiseBroken(path);
+        if (queued == 0) return;
+        if (queued != last)
+            deadline.setRemainingTime(stallMs);
+        else if (deadline.hasExpired())
+            raiseBroken(path);
+        last = queued;
+        QThread::msleep(5);
+    }
+}
 
 class PlainDevice : public Port::Device {
   public:
@@ -72,7 +89,7 @@ class PlainDevice : public Port::Device {
     }
 
     void finish() override {
-        if (m_isLine) drain();
+        if (m_isLine) drain(m_file, m_path);
         if (m_isLine) tcsetattr(m_file, TCSANOW, &m_before);
         const int result = ::close(std::exchange(m_file, -1));
         if (result != 0 && errno != EINTR) raiseBroken(m_path);
@@ -98,22 +115,6 @@ class PlainDevice : public Port::Device {
         }
     }
 
-    /// tcdrain would wait for ever on a printer that holds its line; this gives up when nothing moves.
-    void drain() {
-        QDeadlineTimer deadline(stallMs);
-        for (int last = -1;;) {
-            int queued = 0;
-            if (ioctl(m_file, TIOCOUTQ, &queued) != 0) raiseBroken(m_path);
-            if (queued == 0) return;
-            if (queued != last)
-                deadline.setRemainingTime(stallMs);
-            else if (deadline.hasExpired())
-                raiseBroken(m_path);
-            last = queued;
-            QThread::msleep(5);
-        }
-    }
-
     QString m_path;
     int m_file = -1;
     bool m_isLine = false;
@@ -123,6 +124,8 @@ class PlainDevice : public Port::Device {
 } // namespace
 
 std::unique_ptr<Port::Device> openPlain(const QString& path) { return std::make_unique<PlainDevice>(path); }
+
+void drainLine(const QSerialPort& line) { drain(line.handle(), line.portName()); }
 
 QString platformSerial(int number) { return u"/dev/ttyS"_s + QString::number(number - 1); }
 
