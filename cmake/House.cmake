@@ -12,7 +12,7 @@ target_compile_definitions(house INTERFACE
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(MERIVANE_SANITIZE)
   target_compile_options(house INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
-    -fno-omit-frame-pointer -O1 -g1)
+    -fno-omit-frame-pointer -g1)
   # Instrumented code hides from GCC 12 what has been set; the plain builds keep this warning.
   target_compile_options(house INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(house INTERFACE -fsanitize=address,undefined)
