@@ -234,6 +234,7 @@ void Basket::ShowPrices() {
     const Currency price = rs.Money(u"VKPreis_Rabatt");
     setText(EPreis, MoneyText(price));
     setText(GPreis, MoneyText(price * Currency::fromDouble(rs.Number(u"Buchungs_Menge"))));
+    ItemClick(m_selected);
 }
 
 void Basket::CancelEdit() noexcept {

@@ -60,6 +60,16 @@ TEST_F(Devices, TheCustomerFollowsTheSale) {
     type(u"2+"_s);
     const QByteArray three = message("Fruechtebroetchen gr    3x 1 Stueck 1,50");
     expectShown(three, "more of it");
+    screen.expect("FreierPreis", [] { gPreisAngabe = {1, Currency::fromDouble(0.5)}; });
+    reg->cmdArtikelPreis_Click();
+    expectShown(message("Fruechtebroetchen gr    3x 1 Stueck 0,50"), "another price");
+    dialogs.expectMsgBox(u"Möchten Sie alle...*"_s, MsgIcon::Question, MsgAnswer::No);
+    screen.expect("Rabatt", [] { gRabattAngabe = {Currency::fromInteger(50), 1}; });
+    reg->cmdRabatt_Click();
+    expectShown(message("Fruechtebroetchen gr    3x 1 Stueck 0,25"), "a discount");
+    screen.expect("FreierPreis", [] { gPreisAngabe = {1, Currency::fromDouble(1.5)}; });
+    reg->cmdArtikelPreis_Click();
+    expectShown(three, "the old price");
     screen.expect("KasseTotal", [&] { expectShown(toPay("                8,70"), "before the dialog"); });
     reg->cmdTotal_Click();
     expectShown(three, "payment cancelled");

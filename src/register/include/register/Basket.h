@@ -58,7 +58,8 @@ class Basket : public QAbstractTableModel {
 
     /// Adds `amount` to the quantity of the selected line.
     void ChangeQuantity(int amount);
-    /// Shows price and amount of the selected line anew after they were changed in the record set.
+    /// Shows price and amount of the selected line anew after they were changed in the record
+    /// set, and follows it.
     void ShowPrices();
     /// Drops a pending AddNew or Edit; never raises.
     void CancelEdit() noexcept;
