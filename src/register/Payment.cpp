@@ -11,6 +11,7 @@
 #include <session/MsgBox.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
+#include <session/gZVT.h>
 #include <session/gZahlung.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
@@ -87,17 +88,32 @@ void Register::Payment::ByKarte(const QString& KartenName) {
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
     gZahlung.ZahlArt = u"KARTE"_s;
     showTotal(false);
+    if (!confirmKarte(KartenName)) return;
+    const int id = book();
+    if (id == 0) return;
+    print(id, BelegArt::Karte);
+    finish({});
+}
+
+bool Register::Payment::confirmKarte(const QString& KartenName) {
+    if (gZVTEnabled && gZVT) {
+        m_owner.m_screen.MovePointerAway();
+        const double due = RoundHalfEven(gZahlung.Betrag_Gesamt.toDouble(), 2);
+        if (!gZVT->Bezahlen(Currency::fromDouble(due))) {
+            m_owner.m_basket.LoadBestellungen();
+            return false;
+        }
+        gZahlung.KartenTyp = gZVT->KartenName();
+        return true;
+    }
     if (MsgBox(
             u"OK, Zahlung erfolgt mit Kreditkarte!\n\nGesamtsumme: "_s + MoneyText(gZahlung.Betrag_Gesamt) +
                 u" €\n\nBuchen Sie diesen Betrag jetzt über das Zahlungsverkehrsterminal. Warten Sie bis der "
                 u"Betrag gebucht wurde und bestätigen Sie mit OK."_s,
             MsgIcon::Information, MsgButtons::OKCancel, u"Kreditkartenbuchung..."_s) != MsgAnswer::OK)
-        return;
+        return false;
     gZahlung.KartenTyp = KartenName;
-    const int id = book();
-    if (id == 0) return;
-    print(id, BelegArt::Karte);
-    finish({});
+    return true;
 }
 
 int Register::Payment::book() {

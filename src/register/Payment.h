@@ -24,6 +24,8 @@ class Register::Payment {
   private:
     void showTotal(bool rounded); ///< to the customer
     [[nodiscard]] bool askAmount();
+    /// The card is paid, at the terminal or by the cashier's word; gZahlung knows it.
+    [[nodiscard]] bool confirmKarte(const QString& KartenName);
     /// Books what gZahlung says; 0 when it failed, which is told.
     [[nodiscard]] int book();
     void writeDetail(Recordset& detail, int id);

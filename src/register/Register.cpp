@@ -13,6 +13,7 @@
 #include <session/MsgBox.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
+#include <session/gZVT.h>
 #include <store/Database.h>
 
 using namespace Qt::StringLiterals;
@@ -127,6 +128,7 @@ void Register::cmdTotal_Click() {
     Trap([this] { Payment(*this).Total(); });
 }
 void Register::cmdKarte_Click() {
+    if (gZVTEnabled) return PayByKarte({});
     Trap([this] { m_screen.ShowKartenMenu(); });
 }
 void Register::PayByKarte(const QString& KartenName) {
@@ -136,6 +138,21 @@ void Register::PayByKarte(const QString& KartenName) {
 void Register::OpenKassenLade() { ::OpenKassenLade(DrawerOwner::Kasse); }
 void Register::OpenLade_Click() {
     if (gKFKassenlade) OpenKassenLade();
+}
+
+void Register::TerminalFunction(TerminalAct act) {
+    Trap([&] {
+        m_screen.MovePointerAway();
+        if (!gZVTEnabled || !gZVT) return;
+        switch (act) {
+        case TerminalAct::Storno:
+            return gZVT->Storno();
+        case TerminalAct::Gutschrift:
+            return gZVT->Gutschrift();
+        case TerminalAct::KassenSchnitt:
+            return gZVT->Kassenschnitt();
+        }
+    });
 }
 
 void Register::cmdKunde_Click() {

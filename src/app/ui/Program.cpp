@@ -2,17 +2,24 @@
 #include <access/ui/frmLogin.h>
 #include <access/ui/frmSplash.h>
 #include <app/ui/Program.h>
+#include <devices/Port.h>
 #include <devices/Printers.h>
 #include <register/ui/frmKasse.h>
+#include <session/CSystem.h>
 #include <session/Error.h>
 #include <session/Globals.h>
 #include <session/Log.h>
+#include <session/gZVT.h>
 #include <setup/ui/frmSetup.h>
 #include <store/Database.h>
+#include <text/CodePage.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
 
 #include <QLocale>
+
+#include <zvt/CZVT.h>
+#include <zvt/ui/TerminalWindow.h>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +35,16 @@ QWidget* openKasse(const std::function<void()>& unloaded) {
     QObject::connect(kasse, &frmKasse::Unloaded, kasse, unloaded);
     kasse->Open();
     return kasse;
+}
+
+/// Receipts of the card terminal go where those of the till go.
+void printTerminalReceipt(const QStringList& lines) {
+    Port port(u"COM"_s + QString::number(gPrintDirectIOPort));
+    QByteArray bytes;
+    for (const QString& line : lines)
+        bytes += ToWindows1252(line) + "\r\n";
+    port.write(bytes + QByteArray(6, '\n'));
+    port.close();
 }
 
 } // namespace
@@ -55,6 +72,12 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 Program::Program(Waiter& waiter)
     : m_dialogsBefore(SetDialogHost(&m_dialogs)) {
     OpenLog();
+    m_terminalWindow = std::make_unique<TerminalWindow>();
+    SetCardTerminalFactory([this]() -> std::unique_ptr<CardTerminal> {
+        const auto config = zvt::TerminalConfig::Read(*gSystem, KonfigIni());
+        if (!config.isConfigured()) return nullptr;
+        return std::make_unique<CZVT>(config, *m_terminalWindow, &printTerminalReceipt);
+    });
     m_printers = std::make_unique<SystemPrinters>();
     m_startUp = std::make_unique<StartUp>(static_cast<StartUpScreens&>(*this), *m_printers, waiter);
     Theme::Apply();
@@ -63,6 +86,8 @@ Program::Program(Waiter& waiter)
 Program::~Program() {
     m_login.reset();
     m_splash.reset();
+    gZVT.reset();
+    SetCardTerminalFactory({});
     gDB.reset();
     m_startUp.reset();
     CloseLog();

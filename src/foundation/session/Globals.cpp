@@ -4,6 +4,7 @@
 #include <session/gArtikel.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
+#include <session/gZVT.h>
 #include <session/gZahlung.h>
 #include <store/Database.h>
 
@@ -11,6 +12,7 @@ using namespace Qt::StringLiterals;
 
 std::unique_ptr<Database> gDB;
 std::unique_ptr<CSystem> gSystem;
+std::unique_ptr<CardTerminal> gZVT;
 
 QString gAppPath;
 QString gDBPath;
@@ -78,6 +80,7 @@ KundeRecord KundeRecord::Standard() {
 }
 
 void ResetSession() {
+    gZVT.reset();
     gDB.reset();
     gSystem.reset();
     clear(gAppPath);

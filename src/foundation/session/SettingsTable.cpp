@@ -12,6 +12,7 @@ constexpr const char16_t* firma = u"FIRMA";
 constexpr const char16_t* service = u"SERVICE";
 constexpr const char16_t* lade = u"KassenLade";
 constexpr const char16_t* lcd = u"KundenLCD";
+constexpr const char16_t* terminal = u"ECTerminal";
 constexpr const char16_t* function = u"KassenFunction";
 
 /// A function of the register. A missing key is only written, so that on the very first start all are off.
@@ -204,6 +205,24 @@ std::vector<Setting> table() {
          .kind = Integer,
          .target = &gKundenLCDClearCode,
          .fallback = u"0"},
+
+        {.section = terminal, .key = u"Protokoll", .kind = Truth, .back = u"0", .reader = Elsewhere},
+        {.section = terminal, .key = u"Adresse", .kind = Text, .reader = Elsewhere},
+        {.section = terminal, .key = u"Port", .kind = Integer, .fallback = u"20007", .reader = Elsewhere},
+        {.section = terminal, .key = u"Geraet", .kind = Text, .reader = Elsewhere},
+        {.section = terminal, .key = u"Baudrate", .kind = Integer, .fallback = u"9600", .reader = Elsewhere},
+        {.section = terminal, .key = u"StopBits", .kind = Integer, .fallback = u"2", .reader = Elsewhere},
+        {.section = terminal, .key = u"Passwort", .kind = Text, .fallback = u"000000", .reader = Elsewhere},
+        {.section = terminal, .key = u"Zeichensatz", .kind = Text, .fallback = u"437", .reader = Elsewhere},
+        {.section = terminal, .key = u"BelegDruck", .kind = Truth, .reader = Elsewhere},
+        {.section = terminal,
+         .key = u"ZeitVerbindung",
+         .kind = Number,
+         .fallback = u"3",
+         .reader = Elsewhere},
+        {.section = terminal, .key = u"ZeitAntwort", .kind = Number, .fallback = u"5", .reader = Elsewhere},
+        {.section = terminal, .key = u"ZeitVorgang", .kind = Number, .fallback = u"180", .reader = Elsewhere},
+        {.section = terminal, .key = u"ZeitKlaerung", .kind = Number, .fallback = u"60", .reader = Elsewhere},
 
         switchOf(u"BenutzerWechsel", &gKFBenutzerWechsel),
         switchOf(u"ZwischenBericht", &gKFZwischenBericht),

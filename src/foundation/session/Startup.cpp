@@ -3,9 +3,11 @@
 #include <session/CSystem.h>
 #include <session/Error.h>
 #include <session/Globals.h>
+#include <session/Log.h>
 #include <session/MsgBox.h>
 #include <session/Settings.h>
 #include <session/Startup.h>
+#include <session/gZVT.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
 
@@ -19,6 +21,7 @@
 
 #include <cerrno>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +31,7 @@ constexpr int fileMissing = 3024;
 constexpr int wrongPassword = 3031;
 constexpr int cannotLock = 3050;
 constexpr int typeMismatch = 13;
+constexpr int terminalMs = 1400;
 
 constexpr auto module = u"mdlGlobal";
 constexpr auto vendorUrl = u"https://www.merivane.example/";
@@ -92,6 +96,11 @@ void statement(Statement&& run) {
     } catch (const RuntimeError& error) {
         if (error.Number != typeMismatch) throw;
     }
+}
+
+CardTerminalFactory& factory() {
+    static CardTerminalFactory made;
+    return made;
 }
 
 } // namespace
@@ -186,18 +195,40 @@ void StartUp::loadSession() {
     splash(u"Globale Einstellungen werden geladen..."_s, 400);
     ReadSettings(*gSystem, KonfigIni());
 
-    gZVTEnabled = CreateZVTObject();
-    const QString told = gSystem->ReadProfileString(u"GLOBAL"_s, u"ZVTEnabled"_s, KonfigIni());
-    if (told.isEmpty())
-        gSystem->WriteProfileString(u"GLOBAL"_s, u"ZVTEnabled"_s, gZVTEnabled ? u"1"_s : u"0"_s, KonfigIni());
-    else if (told == u"0"_s)
-        gZVTEnabled = false;
-
+    statement([this] { findTerminal(); });
     statement(LoadColors);
     splash(u"Alle Werte wurden ordnungsgemäß geladen..."_s, 300);
     m_screens.UnloadSplash();
     m_waiter.Yield();
     statement(CheckSteuerUmstellung);
+}
+
+void StartUp::findTerminal() {
+    const auto read = [](const QString& section, const QString& key) {
+        return gSystem->ReadProfileString(section, key, KonfigIni());
+    };
+    gZVTEnabled = CreateZVTObject();
+    const QString told = read(u"GLOBAL"_s, u"ZVTEnabled"_s);
+    if (told.isEmpty())
+        gSystem->WriteProfileString(u"GLOBAL"_s, u"ZVTEnabled"_s, gZVTEnabled ? u"1"_s : u"0"_s, KonfigIni());
+    else if (told == u"0"_s)
+        gZVTEnabled = false;
+    if (!gZVTEnabled) return;
+
+    m_screens.SetSplashText(u"Suche nach kompatiblen EC - Terminal..."_s);
+    m_waiter.Yield();
+    const QString protocol = read(u"ECTerminal"_s, u"Protokoll"_s);
+    gZVT->SetProtokoll(protocol == u"1"_s);
+    if (protocol.isEmpty()) gSystem->WriteProfileString(u"ECTerminal"_s, u"Protokoll"_s, u"0"_s, KonfigIni());
+    // A terminal that is still switched off answers to the first payment.
+    if (gZVT->FindTerminal()) {
+        splash(u"Kompatibles EC - Terminal gefunden - Version wird abgefragt..."_s, terminalMs);
+        m_screens.SetSplashText(u"Hersteller: "_s + gZVT->Hersteller() + u" - Version: "_s + gZVT->Version());
+    } else {
+        m_screens.SetSplashText(u"Es wurde kein kompatibles EC - Terminal gefunden..."_s);
+    }
+    m_waiter.Yield();
+    m_waiter.Wait(terminalMs);
 }
 
 void StartUp::splash(const QString& line, int milliseconds) {
@@ -268,6 +299,16 @@ void CheckSteuerUmstellung() {
            MsgIcon::Exclamation, MsgButtons::OK, u"Steuerumstellung..."_s);
 }
 
+CardTerminalFactory SetCardTerminalFactory(CardTerminalFactory newFactory) {
+    return std::exchange(factory(), std::move(newFactory));
+}
+
 bool CreateZVTObject() {
-    return false; // no terminal can be attached: cards are paid by hand
+    gZVT.reset();
+    try {
+        if (factory()) gZVT = factory()();
+    } catch (const std::exception& error) {
+        WriteLog(u"card terminal: "_s + QString::fromUtf8(error.what()));
+    }
+    return gZVT != nullptr;
 }

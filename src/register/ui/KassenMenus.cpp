@@ -13,14 +13,20 @@ using namespace Qt::StringLiterals;
 KassenMenus::KassenMenus(QWidget* form)
     : QObject(form)
     , m_popFunction(new QMenu(form))
-    , m_popKarte(new QMenu(form)) {
+    , m_popKarte(new QMenu(form))
+    , m_popECTerminal(new QMenu(form)) {
     m_popFunction->setObjectName(u"popFunction"_s);
     m_popKarte->setObjectName(u"popKarte"_s);
+    m_popECTerminal->setObjectName(u"popECTerminal"_s);
     // A tap beside a menu closes it and does nothing else.
-    for (QMenu* menu : {m_popFunction, m_popKarte})
+    for (QMenu* menu : {m_popFunction, m_popKarte, m_popECTerminal})
         menu->setAttribute(Qt::WA_NoMouseReplay);
     if (gKFBenutzerWechsel) add(m_popFunction, u"FileChangeUser"_s, u"Benutzerwechsel"_s);
     if (gKFKassenlade) add(m_popFunction, u"FileOpenLade"_s, u"Kassenlade öffnen"_s);
+    if (gZVTEnabled) add(m_popFunction, u"FileECFunction"_s, u"EC Terminal Funktionen"_s);
+    add(m_popECTerminal, u"ECStorno"_s, u"Stornieren"_s);
+    add(m_popECTerminal, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s);
+    add(m_popECTerminal, u"ECGutschrift"_s, u"Gutschrift"_s);
     setKarten({});
 }
 
@@ -35,6 +41,7 @@ void KassenMenus::setKarten(const QStringList& karten) {
 bool KassenMenus::hasFunctions() const { return !m_popFunction->isEmpty(); }
 void KassenMenus::showFunction(const QWidget* key) { open(m_popFunction, key); }
 void KassenMenus::showKarte(const QWidget* key) { open(m_popKarte, key); }
+void KassenMenus::showECTerminal(const QWidget* key) { open(m_popECTerminal, key); }
 
 QAction* KassenMenus::add(QMenu* menu, const QString& name, const QString& caption) {
     QString shown = caption;

@@ -7,7 +7,7 @@ class QAction;
 class QMenu;
 class QWidget;
 
-/// The menus of the register, popFunction and popKarte. Every entry is a tool with a name, which is the
+/// The menus of the register, popFunction, popKarte and popECTerminal. Every entry is a tool with a name, which is the
 /// object name of its action, and a caption.
 class KassenMenus : public QObject {
     Q_OBJECT
@@ -22,6 +22,7 @@ class KassenMenus : public QObject {
     /// The menus open above the key that calls them; a second call closes them.
     void showFunction(const QWidget* key);
     void showKarte(const QWidget* key);
+    void showECTerminal(const QWidget* key);
 
   signals:
     void tool(const QString& name, const QString& caption);
@@ -30,5 +31,5 @@ class KassenMenus : public QObject {
     QAction* add(QMenu* menu, const QString& name, const QString& caption);
     void open(QMenu* menu, const QWidget* key);
 
-    QMenu *m_popFunction, *m_popKarte;
+    QMenu *m_popFunction, *m_popKarte, *m_popECTerminal;
 };

@@ -201,6 +201,14 @@ void frmKasse::tool(const QString& name, const QString& caption) {
             m_till.ChangeUser();
         else if (name == u"FileOpenLade"_s)
             m_till.OpenLade_Click();
+        else if (name == u"FileECFunction"_s)
+            m_menus->showECTerminal(m_ui->cmdFunction);
+        else if (name == u"ECStorno"_s)
+            m_till.TerminalFunction(till::Register::TerminalAct::Storno);
+        else if (name == u"ECKassenSchnitt"_s)
+            m_till.TerminalFunction(till::Register::TerminalAct::KassenSchnitt);
+        else if (name == u"ECGutschrift"_s)
+            m_till.TerminalFunction(till::Register::TerminalAct::Gutschrift);
         else
             m_till.PayByKarte(caption);
     });

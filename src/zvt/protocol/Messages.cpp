@@ -65,6 +65,10 @@ bool StatusInfo::isSameAct(const StatusInfo& other) const {
            agree(date, other.date) && agree(time, other.time);
 }
 
+bool StatusInfo::isComparable(const StatusInfo& other) const {
+    return (!receipt.isEmpty() && !other.receipt.isEmpty()) || (!trace.isEmpty() && !other.trace.isEmpty());
+}
+
 StatusInfo readStatus(const Apdu& apdu, Charset charset) {
     const Bitmaps fields = decodeBitmaps(apdu.data);
     StatusInfo info;

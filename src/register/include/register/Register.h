@@ -78,6 +78,9 @@ class Register : public QObject {
     void cmdTotal_Click();
     void cmdKarte_Click();
     void PayByKarte(const QString& KartenName);
+    enum class TerminalAct { Storno, Gutschrift, KassenSchnitt };
+    /// The functions of the card terminal; nothing is booked for them.
+    void TerminalFunction(TerminalAct act);
 
     // Drawer and display
     void OpenKassenLade();

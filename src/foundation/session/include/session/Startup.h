@@ -75,6 +75,7 @@ class StartUp {
     std::optional<StartResult> failed(const RuntimeError& error);
     void openStore();
     void loadSession();
+    void findTerminal();
     void splash(const QString& line, int milliseconds);
 
     StartUpScreens& m_screens;
@@ -88,5 +89,5 @@ class StartUp {
 void LoadColors();
 /// Tells how many articles still carry the tax rate of 16 percent, if any do.
 void CheckSteuerUmstellung();
-/// Creates the card terminal component; False when there is none.
+/// Creates the card terminal component gZVT; False when there is none.
 [[nodiscard]] bool CreateZVTObject();

@@ -23,8 +23,11 @@ struct StatusInfo {
     bool complete = true;             ///< every byte was understood
 
     [[nodiscard]] bool isBooked() const { return result == 0; }
-    /// Both tell of the same act: what tells acts apart is equal as far as both know it.
+    /// Both tell of the same act: what tells acts apart is equal as far as both know it. Means something only
+    /// when they are isComparable.
     [[nodiscard]] bool isSameAct(const StatusInfo& other) const;
+    /// Both hold a receipt number or both a trace number.
+    [[nodiscard]] bool isComparable(const StatusInfo& other) const;
     /// Holds at least one number by which acts can be told apart.
     [[nodiscard]] bool isIdentified() const { return !receipt.isEmpty() || !trace.isEmpty(); }
 };

@@ -1,0 +1,31 @@
+#include "frmKasseTerminal.h"
+
+#include "ui_frmKasseTerminal.h"
+
+#include <ui/Theme.h>
+
+#include <utility>
+
+frmKasseTerminal::frmKasseTerminal(const QString& title, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::frmKasseTerminal>()) {
+    m_ui->setupUi(this);
+    setModal(true);
+    setWindowTitle(title);
+    m_ui->wizPane->setHeaderTitle(title);
+    const int edge = Theme::Current().keyHeight;
+    m_ui->lblText->setMinimumSize(edge * 9, edge * 2);
+    m_ui->cmdCancel->setFixedSize(edge * 5 / 2, edge);
+    connect(m_ui->cmdCancel, &TouchKey::clicked, this, [this] { m_cancel = true; });
+}
+
+frmKasseTerminal::~frmKasseTerminal() = default;
+
+void frmKasseTerminal::setText(const QString& text) {
+    m_ui->lblText->setText(text);
+    setAccessibleDescription(text);
+}
+
+bool frmKasseTerminal::takeCancel() { return std::exchange(m_cancel, false); }
+
+void frmKasseTerminal::reject() { m_cancel = true; }
