@@ -1,5 +1,7 @@
 #include "Till.h"
 
+#include <session/gZVT.h>
+
 // From the first scan to the booked document.
 
 namespace {
@@ -221,6 +223,59 @@ TEST_F(Sale, RestartBringsTheOpenSaleBack) {
     payCash(9.49);
     EXPECT_EQ(2, shop.count(u"RechnungsDetail"_s));
     EXPECT_EQ(1, shop.count(u"Bestellung"_s)); // the other till's line
+}
+
+/// A terminal that books or not.
+class FakeTerminal : public CardTerminal {
+  public:
+    explicit FakeTerminal(QStringList& calls)
+        : m_calls(calls) {}
+    void SetProtokoll(bool) override {}
+    bool FindTerminal() override { return false; }
+    QString Hersteller() const override { return {}; }
+    QString Version() const override { return {}; }
+    bool Bezahlen(Currency betrag) override {
+        m_calls << u"Bezahlen %1"_s.arg(betrag.scaled());
+        return books;
+    }
+    QString KartenName() const override { return u"girocard"_s; }
+    void Storno() override { m_calls << u"Storno"_s; }
+    void Gutschrift() override { throw RuntimeError(51, u"Terminal"_s); }
+    void Kassenschnitt() override { m_calls << u"Kassenschnitt"_s; }
+    bool books = false;
+
+  private:
+    QStringList& m_calls;
+};
+
+TEST_F(Sale, CardAtTheTerminal) {
+    QStringList calls;
+    auto fake = std::make_unique<FakeTerminal>(calls);
+    FakeTerminal& terminal = *fake;
+    gZVT = std::move(fake);
+    gZVTEnabled = true;
+    reg->cmdKarte_Click();
+    EXPECT_EQ(QStringList(), calls) << "nothing to pay";
+    scan(u"2000000000017"_s);
+    reg->cmdKarte_Click();
+    EXPECT_EQ(0, shop.count(u"Rechnung"_s));
+    EXPECT_EQ(u"1,99"_s, reg->basket().Gesamt());
+    terminal.books = true;
+    reg->cmdKarte_Click();
+    EXPECT_EQ((QStringList{u"Bezahlen 19900"_s, u"Bezahlen 19900"_s}), calls);
+    EXPECT_EQ(u"girocard"_s, shop.value(u"SELECT KartenTyp FROM Rechnung WHERE ZahlArt='KARTE'"_s).toText());
+    EXPECT_EQ(0, shop.count(u"Bestellung"_s));
+
+    using Act = till::Register::TerminalAct;
+    calls.clear();
+    reg->TerminalFunction(Act::Storno);
+    reg->TerminalFunction(Act::KassenSchnitt);
+    dialogs.expectError(51);
+    reg->TerminalFunction(Act::Gutschrift);
+    gZVTEnabled = false;
+    reg->TerminalFunction(Act::Storno);
+    EXPECT_EQ((QStringList{u"Storno"_s, u"Kassenschnitt"_s}), calls);
+    gZVT.reset();
 }
 
 } // namespace

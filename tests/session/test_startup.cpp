@@ -1,6 +1,7 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Startup.h>
+#include <session/gZVT.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/Schema.h>
@@ -299,4 +300,68 @@ TEST_F(StartUpTest, FailuresEndTheStartWithAReport) {
     m_dialogs.expectError(3343);
     EXPECT_EQ(start(), StartResult::Failed);
     EXPECT_EQ(content(storePath()), "no store of ours");
+}
+
+namespace {
+
+class SplashTerminal : public CardTerminal {
+  public:
+    SplashTerminal(QStringList& calls, bool answers)
+        : m_calls(calls)
+        , m_answers(answers) {}
+    void SetProtokoll(bool on) override { m_calls << (on ? u"log"_s : u"no log"_s); }
+    bool FindTerminal() override {
+        m_calls << u"find"_s;
+        return m_answers;
+    }
+    QString Hersteller() const override { return u"SIM"_s; }
+    QString Version() const override { return u"1.0"_s; }
+    bool Bezahlen(Currency) override { return false; }
+    QString KartenName() const override { return {}; }
+    void Storno() override {}
+    void Gutschrift() override {}
+    void Kassenschnitt() override {}
+
+  private:
+    QStringList& m_calls;
+    bool m_answers;
+};
+
+} // namespace
+
+TEST_F(StartUpTest, LooksForACardTerminal) {
+    makeStore(u"kestrel"_s);
+    bool answers = true;
+    SetCardTerminalFactory([&] { return std::make_unique<SplashTerminal>(m_calls, answers); });
+    const QString searching = u"Suche nach kompatiblen EC - Terminal..."_s;
+    const auto search = [&] {
+        const auto from = m_calls.indexOf(searching);
+        return from < 0 ? QStringList() : m_calls.mid(from, m_calls.indexOf(loading[3]) - from);
+    };
+    ASSERT_EQ(start(), StartResult::Running);
+    EXPECT_EQ(search(),
+              (QStringList{searching, u"yield"_s, u"no log"_s, u"find"_s,
+                           u"Kompatibles EC - Terminal gefunden - Version wird abgefragt..."_s, u"yield"_s,
+                           u"wait 1400"_s, u"Hersteller: SIM - Version: 1.0"_s, u"yield"_s, u"wait 1400"_s}));
+    EXPECT_EQ(ini(u"GLOBAL"_s, u"ZVTEnabled"_s) + ini(u"ECTerminal"_s, u"Protokoll"_s), u"10"_s);
+
+    answers = false;
+    put(home() + u"/konfig.ini"_s,
+        "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\nZVTEnabled=1\n[ECTerminal]\nProtokoll=1\n");
+    ASSERT_EQ(start(), StartResult::Running);
+    EXPECT_EQ(search(), (QStringList{searching, u"yield"_s, u"log"_s, u"find"_s,
+                                     u"Es wurde kein kompatibles EC - Terminal gefunden..."_s, u"yield"_s,
+                                     u"wait 1400"_s}));
+    EXPECT_TRUE(gZVTEnabled) << "it may be switched on later";
+
+    put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\nZVTEnabled=0\n");
+    ASSERT_EQ(start(), StartResult::Running);
+    EXPECT_EQ(search(), QStringList());
+    EXPECT_FALSE(gZVTEnabled);
+
+    SetCardTerminalFactory([]() -> std::unique_ptr<CardTerminal> { throw RuntimeError(429, u"fehlt"_s); });
+    put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
+    ASSERT_EQ(start(), StartResult::Running);
+    EXPECT_EQ(ini(u"GLOBAL"_s, u"ZVTEnabled"_s), u"0"_s);
+    SetCardTerminalFactory({});
 }

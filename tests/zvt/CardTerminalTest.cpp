@@ -75,9 +75,9 @@ class CardTerminalTest : public testing::TestWithParam<bool> {
   protected:
     CardTerminalTest() {
         config.connectMs = 1000;
-        config.answerMs = 150;
-        config.dialogueMs = 500;
-        config.settleMs = 4000;
+        config.answerMs = 300;
+        config.dialogueMs = 800;
+        config.settleMs = 6000;
     }
     void plug(const QStringList& acts) {
         till.reset();
@@ -305,7 +305,7 @@ TEST(CardTerminal, NobodyThere) {
     ScriptedDialogs dialogs;
     Screen screen;
     zvt::TerminalConfig config;
-    config.connectMs = config.answerMs = 150;
+    config.connectMs = config.answerMs = 300;
     config.settleMs = 300;
     const auto refused = [&](const QString& reason) {
         CZVT till(config, screen);

@@ -141,7 +141,7 @@ class Simulator {
         }
         if (how == "half") {
             m_line.raw(QByteArray::fromHex("040F40270004"));
-            usleep(400'000);
+            usleep(600'000);
             return lost();
         }
         if (how == "cancel" || how == "noabort") {
@@ -156,13 +156,13 @@ class Simulator {
         }
         state(0x0A);
         if (how == "slow")
-            for (int i = 0; i < 6; ++i) {
-                usleep(120'000);
+            for (int i = 0; i < 8; ++i) {
+                usleep(150'000);
                 state(0x0E);
             }
         if (how == "stall") {
             book(amount);
-            usleep(900'000);
+            usleep(1'200'000);
             return lost();
         }
         if (how == "unknown") {
