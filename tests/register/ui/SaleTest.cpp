@@ -1,5 +1,7 @@
 #include "Kasse.h"
 
+#include <session/gZVT.h>
+
 #include <QPointer>
 #include <QTimer>
 
@@ -255,3 +257,44 @@ TEST_F(Kasse, ComesBackWithTheInterruptedSale) {
 }
 
 } // namespace
+
+namespace {
+
+/// Notes the functions that are called.
+class MenuTerminal : public CardTerminal {
+  public:
+    explicit MenuTerminal(QStringList& calls)
+        : m_calls(calls) {}
+    void SetProtokoll(bool) override {}
+    bool FindTerminal() override { return true; }
+    QString Hersteller() const override { return {}; }
+    QString Version() const override { return {}; }
+    bool Bezahlen(Currency) override { return false; }
+    QString KartenName() const override { return {}; }
+    void Storno() override { m_calls << u"Storno"_s; }
+    void Gutschrift() override { m_calls << u"Gutschrift"_s; }
+    void Kassenschnitt() override { m_calls << u"Kassenschnitt"_s; }
+
+  private:
+    QStringList& m_calls;
+};
+
+} // namespace
+
+TEST_F(Kasse, MenuOfTheCardTerminal) {
+    EXPECT_EQ(form->findChild<QAction*>(u"FileECFunction"_s), nullptr) << "without a terminal";
+    QStringList calls;
+    gZVT = std::make_unique<MenuTerminal>(calls);
+    gZVTEnabled = true;
+    form.reset();
+    open();
+    auto& menu = control<QMenu>(*form, u"popECTerminal"_s);
+    form->findChild<QAction*>(u"FileECFunction"_s)->trigger();
+    EXPECT_TRUE(menu.isVisible());
+    menu.close();
+    for (QAction* action : menu.actions())
+        action->trigger();
+    EXPECT_EQ(calls, (QStringList{u"Storno"_s, u"Kassenschnitt"_s, u"Gutschrift"_s}));
+    gZVTEnabled = false;
+    gZVT.reset();
+}
