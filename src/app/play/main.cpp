@@ -69,7 +69,8 @@ int playScript(const QString& scriptFile, const QString& out) {
 
 /// The screen in memory complains about every window; that would bury what matters.
 void quiet(QtMsgType, const QMessageLogContext&, const QString& message) {
-    if (!message.startsWith(u"This plugin does not support"_s)) std::fputs(qPrintable(message + u'\n'), stderr);
+    if (!message.startsWith(u"This plugin does not support"_s))
+        std::fputs(qPrintable(message + u'\n'), stderr);
 }
 
 /// Without a display the screen is one in memory, as large as that of a till.

@@ -117,8 +117,8 @@ qint64 Connection::execute(const QString& sql) {
         runDdl(kind, *plan->statement->ddl);
         return 0;
     }
-    // Looking for a foreign change of structure before each write would cost more than the write's own share; the
-    // engine notices by itself. Where the old translation no longer fits, nothing was done yet.
+    // Looking for a foreign change of structure before each write would cost more than the write's own share;
+    // the engine notices by itself. Where the old translation no longer fits, nothing was done yet.
     for (bool again = true;; again = false) {
         try {
             Prepared& statement = prepared(plan->main, plan->statement->sql);

@@ -16,8 +16,9 @@ enum class LoginResult {
     WrongPin,
 };
 
-/// The rules behind the two logins. A PIN is compared as text with what the store holds at this moment. What there is
-/// to say about a refusal has been said when a routine returns. All raise what GetKeyID and the store raise.
+/// The rules behind the two logins. A PIN is compared as text with what the store holds at this moment. What
+/// there is to say about a refusal has been said when a routine returns. All raise what GetKeyID and the
+/// store raise.
 
 /// For frmLogin: the people who are not blocked.
 [[nodiscard]] std::vector<LoginEntry> LoadActiveUsers();
@@ -26,6 +27,6 @@ LoginResult Anmelden(const QString& Key, const QString& PIN);
 
 /// For frmDesktopLogin: everybody, blocked ones too.
 [[nodiscard]] std::vector<LoginEntry> LoadAllUsers();
-/// For frmDesktopLogin: fills gKassenUser only when the PIN is right. Its Result is 1 after Done and 0 after a
-/// refusal; NotFound leaves it as it is.
+/// For frmDesktopLogin: fills gKassenUser only when the PIN is right. Its Result is 1 after Done and 0 after
+/// a refusal; NotFound leaves it as it is.
 LoginResult KassenAnmelden(const QString& Key, const QString& PIN);

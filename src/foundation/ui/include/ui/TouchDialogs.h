@@ -47,8 +47,8 @@ class InputDialog : public QDialog {
     std::unique_ptr<Ui::InputDialog> m_ui;
 };
 
-/// The host of production: shows the windows above over the active one. Making it also brings the toolkit's own
-/// texts (file dialog, context menus) into German.
+/// The host of production: shows the windows above over the active one. Making it also brings the toolkit's
+/// own texts (file dialog, context menus) into German.
 class TouchDialogHost : public DialogHost {
   public:
     TouchDialogHost();
