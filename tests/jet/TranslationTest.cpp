@@ -76,6 +76,12 @@ TEST_F(Translation, SurvivesPrinting) {
         EXPECT_EQ(describe(*translator.translate(once)).toStdString(), p.engine.toStdString())
             << "line " << p.line << ": " << qPrintable(once);
     }
+    // A number of money keeps its four decimals, whatever stands behind them.
+    for (const QString& text :
+         {u"SELECT Name FROM Ware WHERE Preis > 1.99990"_s, u"SELECT Name FROM Ware WHERE Preis > 15e-1"_s,
+          u"SELECT Name FROM Ware WHERE Preis > 1.99999"_s})
+        EXPECT_EQ(translator.translate(jet::printed(text))->sql, translator.translate(text)->sql)
+            << qPrintable(text);
 }
 
 // A cached translation serves every text of its shape, so it must not depend on what was lifted out.

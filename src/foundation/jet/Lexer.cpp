@@ -3,6 +3,7 @@
 #include <text/RuntimeError.h>
 
 #include <charconv>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -283,7 +284,8 @@ void Lexer::number(Token& token) {
         const auto result = std::from_chars(bytes.constData(), bytes.constData() + bytes.size(), value);
         if (result.ec != std::errc()) fail(u"Die Zahl ist zu groß oder zu klein."_s, token.pos);
     }
-    const bool money = !exponent && decimals <= 4 && value < 9e11;
+    // By the value, not by its spelling: 1.5000 and 15e-1 are money as 1.5 is.
+    const bool money = value < 9e11 && std::nearbyint(value * 1e4) / 1e4 == value;
     literal(token, Value(value), money ? LiteralClass::Money : LiteralClass::Double);
 }
 

@@ -2,6 +2,8 @@
 
 #include "Parser.h"
 
+#include <QLocale>
+
 using namespace Qt::StringLiterals;
 
 namespace jet {
@@ -224,7 +226,7 @@ void Printer::literal(const Value& value) {
     } else if (value.type() == Type::Long) {
         m_out += QString::number(value.toInteger());
     } else {
-        QString text = QString::number(value.toDouble(), 'g', 17);
+        QString text = QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
         if (!text.contains(u'.') && !text.contains(u'e')) text += u".0"_s;
         m_out += text;
     }
