@@ -8,6 +8,7 @@
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <text/Convert.h>
+#include <text/Strings.h>
 
 #include <QFileInfo>
 
@@ -18,16 +19,6 @@ namespace till {
 namespace {
 
 const QString voucherNumber = u"401-Gutschein"_s;
-
-/// Without the blanks at both ends; other white space is part of an entry.
-QString trimBlanks(const QString& text) {
-    qsizetype first = 0, last = text.size();
-    while (first < last && text[first] == u' ')
-        ++first;
-    while (last > first && text[last - 1] == u' ')
-        --last;
-    return text.mid(first, last - first);
-}
 
 /// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of
 /// cents.
@@ -155,7 +146,7 @@ void Register::Entry::Decide() {
     bool orderSearchDone = false;
     for (Next next = Next::Again; next == Next::Again;) {
         const QString text = m_input;
-        const QString trimmed = trimBlanks(text);
+        const QString trimmed = vb::Trim(text);
         if (trimmed.isEmpty()) return;
         if (!orderSearchDone && trimmed.contains(u',') && IsNumeric(trimmed))
             next = freeAmount(trimmed);
@@ -201,7 +192,7 @@ Register::Entry::Next Register::Entry::lookup(const QString& text, bool& orderSe
     Recordset& rs = m_owner.rsArtikel();
     rs.Requery();
     rs.FindFirst(u"Nummer='"_s + text + u"'"_s);
-    return rs.NoMatch() ? notFound(text, orderSearchDone) : found(trimBlanks(text));
+    return rs.NoMatch() ? notFound(text, orderSearchDone) : found(vb::Trim(text));
 }
 
 Register::Entry::Next Register::Entry::found(const QString& trimmed) {
@@ -247,7 +238,7 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
 }
 
 Register::Entry::Next Register::Entry::notFound(const QString& text, bool& orderSearchDone) {
-    const QString trimmed = trimBlanks(text);
+    const QString trimmed = vb::Trim(text);
     if (trimmed.size() == 13) {
         const int country = CLng(Value(trimmed.left(3)));
         if (country == 414 || country == 419) {
