@@ -55,7 +55,8 @@ class VSPrinter {
     void FontSize(double points);
     void FontBold(bool on);
     void FontUnderline(bool on);
-    /// 0 left, 1 right, 2 centred, between the margins; any other value leaves it as it is.
+    /// 0 left, 1 right, 2 centred, between the margins; any other value leaves it as it is. Holds for
+    /// paragraphs and for where a table stands; the cells of a table follow its format.
     void TextAlign(int align);
 
     void CurrentX(int twips);
@@ -78,6 +79,8 @@ class VSPrinter {
     /// without one). Cells of the texts are separated by "|", too, and wrap within their column. A column of
     /// width 0 is left out with its cell. Raises 5 for a format that is none.
     void AddTable(const QString& format, const QString& header, const QString& row);
+    /// A text from outside as the content of one cell: a "|" in it is printed and parts no cells.
+    [[nodiscard]] static QString CellText(const QString& text);
 
     /// What has been put on the pages so far; after PrintDoc too.
     [[nodiscard]] const PageDocument& Document() const;
