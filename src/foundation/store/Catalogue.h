@@ -26,6 +26,9 @@ class Catalogue final : public jet::Catalogue {
     QHash<QString, std::shared_ptr<const TableDefinition>> m_tables;
 };
 
+/// Setting that marks the unfinished target of a move; its value tells the source.
+inline constexpr char moveSourceKey[] = "movesource";
+
 /// The store's own settings beside the catalogue ("salt", "verifier", ...); empty when there is none.
 [[nodiscard]] QByteArray setting(Engine& engine, const char* key);
 void setSetting(Engine& engine, const char* key, const QByteArray& value); ///< an empty value removes it

@@ -38,12 +38,13 @@ void checkPassword(store::Engine& engine, const QString& password) {
     if (!verifier.accepts(password)) raise(3031);
 }
 
-void furnish(store::Engine& engine, const QString& password) {
+void furnish(store::Engine& engine, const QString& password, const QString& moveSource) {
     engine.run("PRAGMA application_id=" + QByteArray::number(store::applicationId));
     engine.begin();
     store::Catalogue::create(engine);
     setSetting(engine, "format", "1");
     writePassword(engine, password);
+    setSetting(engine, store::moveSourceKey, moveSource.toUtf8());
     engine.commit();
 }
 
@@ -54,15 +55,16 @@ jet::Column columnOf(const TableField& field) {
     column.size = field.Size;
     column.defaultText = field.DefaultValue;
     column.allowZeroLength = field.AllowZeroLength;
+    column.required = field.Required;
     column.autoNumber = (field.Attributes & dbAutoIncrField) != 0;
     return column;
 }
 
-TableDef tableDefOf(const jet::Table& table) {
+TableDef tableDefOf(const store::TableDefinition& definition) {
     TableDef def;
-    def.Name = table.name;
+    def.Name = definition.table.name;
     int ordinal = 0;
-    for (const jet::Column& column : table.columns) {
+    for (const jet::Column& column : definition.table.columns) {
         TableField field;
         field.Name = column.name;
         field.Type = column.type;
@@ -71,7 +73,13 @@ TableDef tableDefOf(const jet::Table& table) {
         field.AllowZeroLength = column.allowZeroLength;
         field.Attributes = column.autoNumber ? dbAutoIncrField : 0;
         field.OrdinalPosition = ordinal++;
+        field.Required = column.required;
         def.Fields.push_back(field);
+    }
+    for (const store::IndexDefinition& index : definition.indexes) {
+        TableIndex& told = def.Indexes.emplace_back(TableIndex{index.name, {}, index.unique, index.primary});
+        for (const auto& [name, descending] : index.columns)
+            told.Fields.push_back({name, descending});
     }
     return def;
 }
@@ -96,17 +104,29 @@ Database::~Database() { Close(); }
 
 std::unique_ptr<Database> Database::OpenDatabase(const QString& Name, bool Exclusive, bool ReadOnly,
                                                  const QString& Connect) {
+    auto db = open(Name, Exclusive, ReadOnly, Connect);
+    if (const QString source = db->MoveSource(); !source.isEmpty()) raise(3734, source);
+    return db;
+}
+
+std::unique_ptr<Database> Database::OpenMoveTarget(const QString& Name, const QString& Connect) {
+    return open(Name, true, false, Connect);
+}
+
+std::unique_ptr<Database> Database::open(const QString& name, bool exclusive, bool readOnly,
+                                         const QString& connect) {
     using Mode = store::SqliteEngine::Mode;
-    const Mode mode = ReadOnly ? Mode::ReadOnly : Exclusive ? Mode::Exclusive : Mode::Shared;
-    auto engine = std::make_unique<store::SqliteEngine>(Name, mode);
-    if (Name == u":memory:") furnish(*engine, {});
-    checkPassword(*engine, passwordOf(Connect));
+    const Mode mode = readOnly ? Mode::ReadOnly : exclusive ? Mode::Exclusive : Mode::Shared;
+    auto engine = std::make_unique<store::SqliteEngine>(name, mode);
+    if (name == u":memory:") furnish(*engine, {}, {});
+    checkPassword(*engine, passwordOf(connect));
     auto impl = std::make_unique<Impl>();
     impl->connection = std::make_shared<store::Connection>(std::move(engine));
     return std::unique_ptr<Database>(new Database(std::move(impl)));
 }
 
-std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QString& Connect) {
+std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QString& Connect,
+                                                   const QString& MoveSource) {
     if (Name == u":memory:") return OpenDatabase(Name);
     const QFileInfo info(Name);
     if (info.exists()) raise(3204, Name);
@@ -115,7 +135,7 @@ std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QS
     const QString passing = info.absoluteFilePath() + u'.' + QUuid::createUuid().toString(QUuid::Id128);
     try {
         store::SqliteEngine engine(passing, store::SqliteEngine::Mode::Create);
-        furnish(engine, passwordOf(Connect));
+        furnish(engine, passwordOf(Connect), MoveSource);
         engine.close();
         if (!QFile::rename(passing, info.absoluteFilePath())) raise(info.exists() ? 3204 : 3050, Name);
     } catch (...) {
@@ -123,7 +143,7 @@ std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QS
             QFile::remove(passing + ending);
         throw;
     }
-    return OpenDatabase(Name, false, false, Connect);
+    return open(Name, !MoveSource.isEmpty(), false, Connect);
 }
 
 std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, int Type) {
@@ -180,15 +200,15 @@ std::vector<TableDef> Database::TableDefs() const {
     connection.refreshStructure();
     std::vector<TableDef> list;
     for (const store::TableDefinition* table : connection.catalogue().all())
-        list.push_back(tableDefOf(table->table));
+        list.push_back(tableDefOf(*table));
     return list;
 }
 
 std::optional<TableDef> Database::FindTableDef(QStringView name) const {
     m_impl->connection->engine();
     m_impl->connection->refreshStructure();
-    const jet::Table* table = m_impl->connection->catalogue().find(name);
-    if (!table || table->name != name) return std::nullopt;
+    const store::TableDefinition* table = m_impl->connection->catalogue().definition(name);
+    if (!table || table->table.name != name) return std::nullopt;
     return tableDefOf(*table);
 }
 
@@ -203,6 +223,12 @@ void Database::AppendTableDef(const TableDef& table) {
     definition.table.name = table.Name;
     for (const TableField& field : table.Fields)
         definition.table.columns.push_back(columnOf(field));
+    for (const TableIndex& index : table.Indexes) {
+        store::IndexDefinition& told = definition.indexes.emplace_back(
+            store::IndexDefinition{index.Name, {}, index.Unique, index.Primary});
+        for (const TableIndex::Column& column : index.Fields)
+            told.columns.emplace_back(column.Name, column.Descending);
+    }
     m_impl->connection->createTable(std::move(definition));
 }
 

@@ -60,6 +60,17 @@ class Running {
     Prepared& m_statement;
 };
 
+/// Takes many rows of one table inside the open transaction.
+class RowSink {
+  public:
+    virtual ~RowSink() = default;
+    /// One value for each column in ordinal order, already of the column's type. What is wrong with a row may
+    /// be told as late as `finish`.
+    virtual void add(const std::vector<Value>& row) = 0;
+    /// Brings what is still held back to the store; nothing may be added afterwards.
+    virtual void finish() = 0;
+};
+
 class Engine {
   public:
     virtual ~Engine() = default;
@@ -101,6 +112,13 @@ class Engine {
     virtual void rebuild(const TableDefinition& from, const TableDefinition& to,
                          const std::vector<QString>& source) = 0;
     virtual void dropTable(const QString& table) = 0;
+
+    /// For rows that come by the thousand. Destroyed without `finish`, the rows may be there or not.
+    [[nodiscard]] virtual std::unique_ptr<RowSink> rowSink(const TableDefinition& table) = 0;
+    /// The highest AutoNumber given so far or standing in the table, deleted rows included; 0 for none.
+    [[nodiscard]] virtual qint64 counter(const TableDefinition& table) = 0;
+    /// `last` counts as given; never sets the counter below a number that stands in the table.
+    virtual void setCounter(const TableDefinition& table, qint64 last) = 0;
 };
 
 /// A name as identifier of the engines' SQL.

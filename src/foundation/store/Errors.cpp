@@ -96,6 +96,9 @@ QString description(int number, const QString& what) {
         return u"Fehler bei der Datentypumwandlung im Feld '%1'."_s.arg(what);
     case 3621:
         return u"Das Datenbankkennwort kann nur geändert werden, wenn die Datenbank exklusiv geöffnet ist."_s;
+    case 3734:
+        return u"Der Umzug von '%1' in diese Datenbank wurde nicht beendet; sie ist unvollständig. Bitte den "
+               "Umzug mit denselben Angaben wiederholen; die Quelle ist unverändert."_s.arg(what);
     default:
         return what;
     }

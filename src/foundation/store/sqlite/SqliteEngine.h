@@ -51,6 +51,10 @@ class SqliteEngine final : public Engine {
                  const std::vector<QString>& source) override;
     void dropTable(const QString& table) override;
 
+    std::unique_ptr<RowSink> rowSink(const TableDefinition& table) override;
+    qint64 counter(const TableDefinition& table) override;
+    void setCounter(const TableDefinition& table, qint64 last) override;
+
   private:
     friend class SqlitePrepared;
     void openConnection();

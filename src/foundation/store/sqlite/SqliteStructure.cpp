@@ -61,6 +61,26 @@ QByteArray copied(const TableDefinition& from, const jet::Column& to, const QStr
            ", " + literal(to.name) + ')';
 }
 
+// The engine has nothing quicker than one statement that is prepared once and run for each row.
+class SqliteRowSink final : public RowSink {
+  public:
+    explicit SqliteRowSink(std::unique_ptr<Prepared> insert)
+        : m_insert(std::move(insert)) {}
+
+    void add(const std::vector<Value>& row) override {
+        Running running(*m_insert);
+        int parameter = 0;
+        for (const Value& value : row)
+            running->bind(++parameter, jet::encode(value));
+        while (running.step()) {
+        }
+    }
+    void finish() override {}
+
+  private:
+    std::unique_ptr<Prepared> m_insert;
+};
+
 } // namespace
 
 QByteArray SqliteEngine::tableSql(const TableDefinition& table, const QString& name) {
@@ -128,5 +148,30 @@ void SqliteEngine::rebuild(const TableDefinition& from, const TableDefinition& t
 }
 
 void SqliteEngine::dropTable(const QString& table) { run("DROP TABLE " + quoted(table)); }
+
+std::unique_ptr<RowSink> SqliteEngine::rowSink(const TableDefinition& table) {
+    QByteArrayList columns;
+    QByteArrayList places;
+    for (const jet::Column& column : table.table.columns) {
+        columns.append(quoted(column.name));
+        places.append('?' + QByteArray::number(columns.size()));
+    }
+    return std::make_unique<SqliteRowSink>(prepare("INSERT INTO " + quoted(table.table.name) + " (" +
+                                                   columns.join(", ") + ") VALUES (" + places.join(", ") +
+                                                   ')'));
+}
+
+qint64 SqliteEngine::counter(const TableDefinition& table) {
+    const QByteArray name = literal(table.table.name);
+    return number("SELECT max((SELECT coalesce(max(_rowid_), 0) FROM " + quoted(table.table.name) +
+                  "), coalesce((SELECT seq FROM sqlite_sequence WHERE name=" + name + "), 0))");
+}
+
+void SqliteEngine::setCounter(const TableDefinition& table, qint64 last) {
+    const QByteArray name = literal(table.table.name);
+    const qint64 highest = number("SELECT coalesce(max(_rowid_), 0) FROM " + quoted(table.table.name));
+    run("UPDATE sqlite_sequence SET seq=" + QByteArray::number(std::max(last, highest)) +
+        " WHERE name=" + name);
+}
 
 } // namespace store

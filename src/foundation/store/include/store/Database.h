@@ -11,6 +11,7 @@
 #include <vector>
 
 class Recordset;
+class TableWriter;
 
 /// `Type` of OpenRecordset.
 inline constexpr int dbOpenDynaset = 2;
@@ -25,6 +26,22 @@ class TableField {
     bool AllowZeroLength = false;
     int Attributes = 0; ///< 16 (dbAutoIncrField) for an AutoNumber
     int OrdinalPosition = 0;
+    bool Required = false; ///< Null is refused
+};
+
+/// An index of a TableDef.
+class TableIndex {
+  public:
+    struct Column {
+        QString Name;
+        bool Descending = false;
+        friend bool operator==(const Column&, const Column&) = default;
+    };
+    QString Name;
+    std::vector<Column> Fields;
+    bool Unique = false;
+    bool Primary = false;
+    friend bool operator==(const TableIndex&, const TableIndex&) = default;
 };
 
 /// The structure of one table. Changes through AppendField, DeleteField, RenameField and MoveField act at
@@ -33,6 +50,7 @@ class TableDef {
   public:
     QString Name;
     std::vector<TableField> Fields;
+    std::vector<TableIndex> Indexes;
     [[nodiscard]] TableField CreateField(const QString& name) const;
     [[nodiscard]] const TableField* Field(QStringView name) const; ///< exact spelling; nullptr when missing
 };
@@ -46,12 +64,16 @@ class Database {
     /// Opens an existing store. `Connect` is ";PWD=" and the password; a store without one takes any. Raises
     /// 3024 missing file, 3031 wrong password, 3343 not a store of ours (the file stays untouched), 3050 no
     /// right to lock or write, 3045 in use by another process while `Exclusive`, or opened exclusively there,
-    /// 3049 damaged. `ReadOnly` wins over `Exclusive`: such a connection is shared and every write raises
-    /// 3027.
+    /// 3049 damaged, 3734 the unfinished target of a move. `ReadOnly` wins over `Exclusive`: such a
+    /// connection is shared and every write raises 3027.
     static std::unique_ptr<Database> OpenDatabase(const QString& Name, bool Exclusive = false,
                                                   bool ReadOnly = false, const QString& Connect = {});
-    /// Makes an empty store without tables. Raises 3204 when the file exists.
-    static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {});
+    /// Makes an empty store without tables. Raises 3204 when the file exists. With `MoveSource` the store is
+    /// marked from its first moment, see SetMoveSource, and opened exclusively.
+    static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {},
+                                                    const QString& MoveSource = {});
+    /// As OpenDatabase, exclusively, and also when the store is the unfinished target of a move.
+    static std::unique_ptr<Database> OpenMoveTarget(const QString& Name, const QString& Connect = {});
 
     ~Database();
     Database(const Database&) = delete;
@@ -99,6 +121,27 @@ class Database {
     void Rollback();
     /// Raises 3031 when `Old` is not the password, 3621 unless the store is open exclusively.
     void NewPassword(const QString& Old, const QString& New);
+
+    // For moving whole stores, see <moving/StoreMove.h>.
+
+    /// All rows of a table in their order, each with all columns; with an AutoNumber that is its order.
+    /// `row` must not use this Database. Raises 3376 no such table.
+    void ReadTable(const QString& table, const std::function<void(const std::vector<Value>&)>& row);
+    /// Appends many rows to a table, the AutoNumber included, as fast as the engine can. Needs an open
+    /// transaction, else raises 3219; 3376 no such table.
+    [[nodiscard]] std::unique_ptr<TableWriter> WriteTable(const QString& table);
+    /// The highest AutoNumber that was ever given in this table, deleted rows included; 0 for none. Raises
+    /// 3219 for a table without an AutoNumber, 3376.
+    [[nodiscard]] qint64 Counter(const QString& table);
+    /// The next AutoNumber is one higher; a number that stands in the table is never given again. Raises as
+    /// Counter does.
+    void SetCounter(const QString& table, qint64 last);
+    /// Where the rows of this store come from as long as their move is unfinished, as its mover wrote it;
+    /// empty for a whole store.
+    [[nodiscard]] QString MoveSource();
+    /// Marks the store, so that OpenDatabase refuses it; an empty text takes the mark away.
+    void SetMoveSource(const QString& source);
+
     /// Ends the connection; what is still open on it raises 3420 from then on.
     void Close();
 
@@ -107,5 +150,7 @@ class Database {
 
   private:
     explicit Database(std::unique_ptr<Impl> impl);
+    static std::unique_ptr<Database> open(const QString& name, bool exclusive, bool readOnly,
+                                          const QString& connect);
     std::unique_ptr<Impl> m_impl;
 };
