@@ -23,22 +23,32 @@ struct Property {
     PropertyValue value;
     QString format;      ///< for the grid, e.g. "0.0 cm"
     QStringList choices; ///< captions of the values 1, 2, 3 of a Choice
+
+    bool operator==(const Property&) const = default;
 };
+
+/// Whether a template can hold this: a key, a value of its type, numbers within +/-10,000, fonts with a
+/// family and a size in points up to 1,000, pictures of at most 4 MB, texts without control characters other
+/// than tabs and line breaks.
+[[nodiscard]] bool IsStorable(const Property& property);
 
 class PropertiesList {
   public:
-    /// Replaces what the list held. False when the file is missing, damaged or no template; the list is empty
-    /// then.
+    /// Replaces what the list held. False when the file is missing, damaged, larger than 16 MB or no
+    /// template; the list is empty then.
     [[nodiscard]] bool Load(const QString& path);
-    /// The file is written whole or stays as it was.
+    /// The file is written whole and has reached the disk, or stays as it was and the result is False.
     [[nodiscard]] bool Save(const QString& path) const;
 
     [[nodiscard]] const std::vector<Property>& properties() const { return m_properties; }
     [[nodiscard]] const Property* find(QStringView key) const; ///< nullptr when missing
-    /// Raises 5 for a key that is missing or a value of another type.
+    /// Raises 5 for a key that is missing or a value that the property cannot hold.
     void setValue(QStringView key, PropertyValue value);
-    /// Behind `after`, at the end when there is no such key.
+    /// Behind `after`, at the end when there is no such key. Raises 5 for a key that is there already and for
+    /// what cannot be stored.
     void insert(QStringView after, Property property);
+
+    bool operator==(const PropertiesList&) const = default;
 
     // A key that is missing, or of another type, reads as False, 0, "", the default font and no picture.
     [[nodiscard]] bool Flag(QStringView key) const;
