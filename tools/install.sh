@@ -3,7 +3,7 @@
 # "wayland" (a desktop without X).
 set -euo pipefail
 build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxkbcommon-dev qt6-serialport-dev
-       qt6-multimedia-dev qt6-svg-dev libsqlite3-dev libcups2-dev fonts-inter
+       qt6-multimedia-dev qt6-svg-dev libicu-dev libsqlite3-dev libcups2-dev fonts-inter
        qt6-translations-l10n)
 packages=("${build[@]}")
 case "${1:-build}" in

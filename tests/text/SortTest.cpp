@@ -31,20 +31,22 @@ QString randomText(std::mt19937& random) {
 } // namespace
 
 TEST(Sort, OrdersAsGermansDo) {
-    const QStringView order[] = {u"",       u" ",       u"-1",      u"@@1",   u"_x",          u"~",
-                                 u"€5",     u"0",       u"10",      u"9",     u"a",           u"ä",
-                                 u"Äa",     u"ab",      u"apfel",   u"Äpfel", u"Apfelkuchen", u"Bach",
-                                 u"Muller", u"Müller",  u"Mullern", u"Mus",   u"Muß",         u"Mut",
-                                 u"Straße", u"Straßen", u"z",       u"л",     u"字"};
+    const QStringView order[] = {
+        u"",      u" ",           u"_x",     u"-1",       u"@@1",    u"~",       u"€5",  u"0",
+        u"10",    u"9",           u"a",      u"ä",        u"Äa",     u"ab",      u"æon", u"apfel",
+        u"Äpfel", u"Apfelkuchen", u"Bach",   u"Muller",   u"Müller", u"Mullern", u"Mus", u"Muß",
+        u"Mut",   u"Strasse",     u"Straße", u"Strassen", u"z",      u"л",       u"字"};
     for (size_t i = 0; i < std::size(order); ++i)
         for (size_t j = 0; j < std::size(order); ++j)
             EXPECT_EQ(compare(order[i], order[j]), sign(static_cast<int>(i) - static_cast<int>(j)))
                 << shown(order[i]) << " : " << shown(order[j]);
 }
 
-TEST(Sort, CaseAndSharpSDoNotCount) {
-    for (const auto& [a, b] : {std::pair(u"MÜLLER", u"müller"), std::pair(u"Straße", u"STRASSE"),
-                               std::pair(u"GROẞ", u"groß"), std::pair(u"Ж", u"ж"), std::pair(u"É", u"é")})
+TEST(Sort, CaseDoesNotCount) {
+    for (const auto& [a, b] : {std::pair(u"MÜLLER", u"müller"), std::pair(u"²", u"2"),
+                               std::pair(u"GROẞ", u"groß"), std::pair(u"Ж", u"ж"), std::pair(u"É", u"é"),
+                               // Another spelling of the mark, and characters that nobody sees.
+                               std::pair(u"Mu\u0308ller", u"Müller"), std::pair(u"ab\u0001", u"AB")})
         EXPECT_EQ(compare(a, b), 0) << shown(a);
 }
 
@@ -74,27 +76,43 @@ TEST(Sort, RangeOfAPrefixHoldsEveryMatch) {
         const QString text = i % 2 ? randomText(random) : prefix.toUpper() + randomText(random);
         if (!LikeText(text, prefix + u'*')) continue;
         ++matches;
-        ASSERT_GE(CompareText(text, prefix), 0) << shown(prefix) << " : " << shown(text);
-        ASSERT_LE(CompareText(text, PrefixEnd(prefix)), 0) << shown(prefix) << " : " << shown(text);
+        const QStringView start = SortablePrefix(prefix);
+        ASSERT_GE(CompareText(text, start), 0) << shown(prefix) << " : " << shown(text);
+        ASSERT_LE(CompareText(text, PrefixEnd(start)), 0) << shown(prefix) << " : " << shown(text);
     }
     EXPECT_GT(matches, 20000);
 }
 
-TEST(Sort, StrayBytesHaveAPlace) {
-    const QByteArray texts[] = {"abc", "abcz", "ab\xf0\x90\x80", "ab\xc3", "ab\xff", "ab\xff\xff"};
-    const auto of = [&](int i, int j) {
-        return CompareUtf8(texts[i].constData(), texts[i].size(), texts[j].constData(), texts[j].size());
+// The short way for plain characters must not show.
+TEST(Sort, PlainCharactersAgreeWithTheLibrary) {
+    const auto byLibrary = [](QStringView a, QStringView b) {
+        // A mark at the end that both carry makes every comparison a full one.
+        return sign(CompareText(QString(a.toString() + u'\u0301'), QString(b.toString() + u'\u0301')));
     };
-    EXPECT_EQ(of(4, 4), 0);
-    EXPECT_LT(of(0, 1), 0);
-    EXPECT_LT(of(1, 3), 0);
-    EXPECT_LT(of(3, 4), 0);
-    EXPECT_LT(of(4, 5), 0);
-    EXPECT_GT(of(2, 3), 0);
-    // An encoded surrogate and an overlong blank are no characters either.
-    EXPECT_GT(CompareUtf8("\xed\xa0\x80", 3, "z", 1), 0);
-    EXPECT_GT(CompareUtf8("\xc0\xa0", 2, "z", 1), 0);
+    for (char16_t a = 0; a < 128; ++a)
+        for (char16_t b = 0; b < 128; ++b)
+            ASSERT_EQ(compare({&a, 1}, {&b, 1}), byLibrary({&a, 1}, {&b, 1})) << int(a) << ' ' << int(b);
+    EXPECT_EQ(compare(u"a", u"A\u0308"), -1);
+    EXPECT_EQ(compare(u"ab", u"a\u0308a"), 1);
+    EXPECT_EQ(compare(u"l\u00b7z", u"lz"), compare(u"\u0140z", u"lz"));
+}
+
+TEST(Sort, PrefixStopsWhereLettersJoin) {
+    EXPECT_EQ(SortablePrefix(u"Käse 5%"), u"Käse 5%");
+    EXPECT_EQ(SortablePrefix(u"Straße"), u"Stra");
+    EXPECT_EQ(SortablePrefix(u"Aй"), u"A");
+    EXPECT_EQ(SortablePrefix(u"\U0001F600"), u"");
+}
+
+TEST(Sort, StrayBytesStandBehindAll) {
+    for (const QByteArray& stray : {QByteArray("ab\xff"), QByteArray("ab\xc3"), QByteArray("ab\xed\xa0\x80"),
+                                    QByteArray("ab\xc0\xa0"), QByteArray("ab\xf0\x90\x80")}) {
+        EXPECT_GT(CompareUtf8(stray.constData(), stray.size(), "abz", 3), 0) << stray.toHex().toStdString();
+        EXPECT_LT(CompareUtf8("ab\xe5\xad\x97", 5, stray.constData(), stray.size()), 0);
+        EXPECT_EQ(CompareUtf8(stray.constData(), stray.size(), stray.constData(), stray.size()), 0);
+    }
     EXPECT_EQ(CompareUtf8(nullptr, 0, nullptr, 0), 0);
+    EXPECT_LT(CompareUtf8(nullptr, 0, "a", 1), 0);
 }
 
 TEST(Like, KnowsJetsPatterns) {

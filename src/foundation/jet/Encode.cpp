@@ -1,6 +1,7 @@
 #include <jet/Translator.h>
 #include <text/Convert.h>
 #include <text/RuntimeError.h>
+#include <text/Sort.h>
 
 using namespace Qt::StringLiterals;
 
@@ -20,12 +21,12 @@ bool truthOf(const Value& literal) {
     return CDbl(literal) != 0;
 }
 
-/// What stands before the first wildcard.
+/// What stands before the first wildcard, as far as texts that begin with it lie side by side.
 QString prefixOf(const QString& pattern) {
     qsizetype n = 0;
     while (n < pattern.size() && !u"*?#["_s.contains(pattern[n]))
         ++n;
-    return pattern.left(n);
+    return SortablePrefix(QStringView(pattern).left(n)).toString();
 }
 
 Value converted(const Value& literal, Encoding encoding) {
@@ -54,7 +55,7 @@ Value converted(const Value& literal, Encoding encoding) {
     case Encoding::LikePrefixLow:
         return prefixOf(literal.toText());
     case Encoding::LikePrefixHigh:
-        return QString(prefixOf(literal.toText()) + QChar(0xFFFF));
+        return PrefixEnd(prefixOf(literal.toText()));
     }
     return {};
 }

@@ -1,4 +1,4 @@
-#include "Collation.h"
+#include "Letters.h"
 
 #include <text/RuntimeError.h>
 #include <text/Sort.h>
@@ -7,10 +7,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using namespace collation;
+/// Takes the next character of UTF-16; half a pair stands for itself.
+QStringView take(const char16_t*& at, const char16_t* end) {
+    const char16_t* const start = at++;
+    if (QChar::isHighSurrogate(*start) && at != end && QChar::isLowSurrogate(*at)) ++at;
+    return {start, at};
+}
 
-bool lessOrEqual(const Element& a, const Element& b) {
-    return a.primary != b.primary ? a.primary < b.primary : a.mark <= b.mark;
+char32_t folded(QStringView character) {
+    return fold(character.size() == 2 ? QChar::surrogateToUcs4(character[0], character[1])
+                                      : char32_t{character[0].unicode()});
 }
 
 /// One "[...]", from behind the bracket to the closing one.
@@ -21,19 +27,16 @@ struct Set {
 
     [[nodiscard]] bool empty() const { return begin == end && !inverted; }
 
-    [[nodiscard]] bool contains(char32_t c) const {
-        const char32_t wanted = fold(c);
-        const Element element = elementsOf(c).first;
+    [[nodiscard]] bool contains(QStringView c) const {
         bool found = false;
         for (const char16_t* at = begin; at != end && !found;) {
-            const char32_t low = take(at, end);
+            const QStringView low = take(at, end);
             if (at != end && *at == u'-' && at + 1 != end) {
                 ++at;
-                const char32_t high = take(at, end);
-                found = lessOrEqual(elementsOf(low).first, element) &&
-                        lessOrEqual(element, elementsOf(high).first);
+                const QStringView high = take(at, end);
+                found = CompareText(low, c) <= 0 && CompareText(c, high) <= 0;
             } else {
-                found = fold(low) == wanted;
+                found = folded(low) == folded(c);
             }
         }
         return found != inverted;
@@ -41,10 +44,10 @@ struct Set {
 
     void check() const {
         for (const char16_t* at = begin; at != end;) {
-            const char32_t low = take(at, end);
+            const QStringView low = take(at, end);
             if (at == end || *at != u'-' || at + 1 == end) continue;
             ++at;
-            if (!lessOrEqual(elementsOf(low).first, elementsOf(take(at, end)).first))
+            if (CompareText(low, take(at, end)) > 0)
                 throw RuntimeError(93, u"Ungültige Musterzeichenfolge: Bereich läuft rückwärts"_s);
         }
     }
@@ -102,8 +105,8 @@ bool matchItem(const char16_t*& text, const char16_t* textEnd, const char16_t*& 
     }
     const char16_t* const patternStart = pattern;
     const char16_t* const textStart = text;
-    const char32_t wanted = fold(take(pattern, patternEnd));
-    const char32_t found = fold(take(text, textEnd));
+    const char32_t wanted = folded(take(pattern, patternEnd));
+    const char32_t found = folded(take(text, textEnd));
     if (wanted == found) return true;
     if (wanted == U'ß') return takeDoubleS(text = textStart, textEnd);
     if (found == U'ß') return takeDoubleS(pattern = patternStart, patternEnd);

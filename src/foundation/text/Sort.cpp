@@ -1,167 +1,57 @@
-#include "Collation.h"
-
 #include <text/Sort.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
-#include <span>
-
-namespace collation {
-
-namespace {
-
-/// Letters of Latin script that do not decompose but belong to one or two plain ones.
-struct Spelling {
-    char32_t letter;
-    char first, second;
-};
-constexpr Spelling spellings[] = {{U'æ', 'a', 'e'}, {U'œ', 'o', 'e'}, {U'þ', 't', 'h'}, {U'ø', 'o', 0},
-                                  {U'đ', 'd', 0},   {U'ð', 'd', 0},   {U'ħ', 'h', 0},   {U'ı', 'i', 0},
-                                  {U'ł', 'l', 0},   {U'ŧ', 't', 0},   {U'ŋ', 'n', 0},   {U'ĸ', 'k', 0},
-                                  {U'ƒ', 'f', 0},   {U'ə', 'e', 0}};
-
-std::uint32_t letterWeight(char32_t plain) { return letterBase + plain; }
-
-bool isSign(char32_t c) {
-    switch (QChar::category(c)) {
-    case QChar::Letter_Uppercase:
-    case QChar::Letter_Lowercase:
-    case QChar::Letter_Titlecase:
-    case QChar::Letter_Modifier:
-    case QChar::Letter_Other:
-    case QChar::Number_DecimalDigit:
-    case QChar::Number_Letter:
-    case QChar::Other_Surrogate:
-    case QChar::Other_PrivateUse:
-    case QChar::Other_NotAssigned:
-        return false;
-    default:
-        return true;
-    }
-}
-
-Elements compute(char32_t c) {
-    c = fold(c);
-    Elements e;
-    if (c < 128) {
-        const bool digit = c >= U'0' && c <= U'9';
-        const bool letter = c >= U'a' && c <= U'z';
-        e.first.primary = digit ? digitBase + c : letter ? letterWeight(c) : c;
-        return e;
-    }
-    if (c == U'ß') return {{letterWeight('s'), 0}, {letterWeight('s'), 0}, true};
-    for (const Spelling& s : spellings) {
-        if (s.letter != c) continue;
-        e.first = {letterWeight(static_cast<char32_t>(s.first)), c};
-        if (s.second != 0) {
-            e.second = {letterWeight(static_cast<char32_t>(s.second)), c};
-            e.two = true;
-        }
-        return e;
-    }
-    // A letter with marks, several of them one after the other, is its plain letter first of all.
-    char32_t base = c;
-    while (base >= 128 && base < strayByte && QChar::decompositionTag(base) == QChar::Canonical) {
-        const QString parts = QChar::decomposition(base);
-        const char16_t* at = reinterpret_cast<const char16_t*>(parts.constData());
-        base = take(at, at + parts.size());
-    }
-    if (base < 128 && fold(base) >= U'a' && fold(base) <= U'z') {
-        e.first = {letterWeight(fold(base)), c};
-        return e;
-    }
-    e.first.primary = c < strayByte && isSign(c) ? c : otherBase + c;
-    return e;
-}
-
-/// The letters of European languages, looked up often.
-constexpr char32_t tableEnd = 0x250;
-const std::array<Elements, tableEnd>& table() {
-    static const auto elements = [] {
-        std::array<Elements, tableEnd> all;
-        for (char32_t c = 0; c < tableEnd; ++c)
-            all[c] = compute(c);
-        return all;
-    }();
-    return elements;
-}
-
-} // namespace
-
-Elements elementsOf(char32_t character) {
-    return character < tableEnd ? table()[character] : compute(character);
-}
-
-std::span<const Elements> frequentElements() { return table(); }
-
-char32_t take(const char*& at, const char* end) {
-    const auto byte = [&](qsizetype i) { return static_cast<unsigned char>(at[i]); };
-    const unsigned char lead = byte(0);
-    const char32_t stray = strayByte + lead;
-    if (lead < 0x80) return static_cast<unsigned char>(*at++);
-    const int length = lead >= 0xc2 && lead < 0xe0   ? 2
-                       : lead >= 0xe0 && lead < 0xf0 ? 3
-                       : lead >= 0xf0 && lead < 0xf5 ? 4
-                                                     : 0;
-    char32_t c = length == 2 ? lead & 0x1fU : length == 3 ? lead & 0x0fU : lead & 0x07U;
-    bool valid = length != 0 && end - at >= length;
-    for (int i = 1; valid && i < length; ++i) {
-        valid = (byte(i) & 0xc0U) == 0x80U;
-        c = (c << 6) | (byte(i) & 0x3fU);
-    }
-    valid = valid && !(length == 3 && (c < 0x800 || QChar::isSurrogate(c))) &&
-            !(length == 4 && (c < 0x10000 || c > 0x10ffff));
-    at += valid ? length : 1;
-    return valid ? c : stray;
-}
-
-} // namespace collation
+#include <type_traits>
+#include <unicode/ucol.h>
 
 namespace {
 
-using namespace collation;
+/// Case and width are differences of the third level, which secondary strength leaves out.
+UCollator* openCollator() {
+    UErrorCode status = U_ZERO_ERROR;
+    UCollator* const collator = ucol_open("de-u-ks-level2", &status);
+    if (U_FAILURE(status)) qFatal("The collation library fails: %s", u_errorName(status));
+    return collator;
+}
 
-/// The elements of a text one after the other.
-template <class Char>
-class Stream {
-  public:
-    Stream(const Char* at, const Char* end)
-        : m_at(at)
-        , m_end(end) {}
-    bool next(Element& element) {
-        if (m_pending) {
-            m_pending = false;
-            element = m_second;
-            return true;
-        }
-        if (m_at == m_end) return false;
-        const char32_t c = take(m_at, m_end);
-        const Elements& e = c < m_frequent.size() ? m_frequent[c] : (m_rare = elementsOf(c));
-        m_pending = e.two;
-        m_second = e.second;
-        element = e.first;
-        return true;
+const UCollator* collator() {
+    static const UCollator* const german = openCollator();
+    return german;
+}
+
+int compareFully(const char16_t* a, qsizetype aLength, const char16_t* b, qsizetype bLength) {
+    return ucol_strcoll(collator(), a, static_cast<std::int32_t>(aLength), b,
+                        static_cast<std::int32_t>(bLength));
+}
+
+int compareFully(const char* a, qsizetype aLength, const char* b, qsizetype bLength) {
+    UErrorCode status = U_ZERO_ERROR;
+    return ucol_strcollUTF8(collator(), a ? a : "", static_cast<std::int32_t>(aLength), b ? b : "",
+                            static_cast<std::int32_t>(bLength), &status);
+}
+
+/// The library's own order of the ASCII characters, one small number for those that differ in case alone; 0
+/// for control characters, which it passes over.
+constexpr std::size_t asciiCount = 128;
+std::array<unsigned char, asciiCount> rankAscii() {
+    const auto compare = [](char16_t a, char16_t b) { return compareFully(&a, 1, &b, 1); };
+    std::array<char16_t, asciiCount> order{};
+    for (char16_t c = 0; c < asciiCount; ++c)
+        order[c] = c;
+    std::stable_sort(order.begin(), order.end(), [&](char16_t a, char16_t b) { return compare(a, b) < 0; });
+    std::array<unsigned char, asciiCount> rank{};
+    const char16_t* before = nullptr;
+    unsigned char next = 0;
+    for (const char16_t& c : order) {
+        const bool ignored = compareFully(&c, 1, &c, 0) == 0;
+        if (!ignored && (!before || compare(*before, c) != 0)) ++next;
+        rank[c] = ignored ? 0 : next;
+        if (!ignored) before = &c;
     }
-
-  private:
-    const Char* m_at;
-    const Char* m_end;
-    std::span<const Elements> m_frequent = frequentElements();
-    Elements m_rare;
-    Element m_second;
-    bool m_pending = false;
-};
-
-template <class Char>
-int compareElements(const Char* a, const Char* aEnd, const Char* b, const Char* bEnd) {
-    Stream<Char> left(a, aEnd), right(b, bEnd);
-    int marks = 0;
-    for (;;) {
-        Element x, y;
-        const bool hasLeft = left.next(x), hasRight = right.next(y);
-        if (!hasLeft || !hasRight) return hasLeft ? 1 : hasRight ? -1 : marks;
-        if (x.primary != y.primary) return x.primary < y.primary ? -1 : 1;
-        if (marks == 0 && x.mark != y.mark) marks = x.mark < y.mark ? -1 : 1;
-    }
+    return rank;
 }
 
 /// Length of what both texts begin with, eight bytes at a time.
@@ -179,32 +69,28 @@ qsizetype commonLength(const Char* a, const Char* b, qsizetype length) {
     return i;
 }
 
-/// Where the character begins that the unit at `i` belongs to; what stands before is the same in both texts.
-qsizetype characterStart(const char* text, qsizetype i) {
-    for (qsizetype back = 1; back <= 3 && back <= i; ++back)
-        if (static_cast<unsigned char>(text[i - back]) >= 0xc0) return i - back;
-    return i;
-}
-
-qsizetype characterStart(const char16_t* text, qsizetype i) {
-    return i > 0 && QChar::isHighSurrogate(text[i - 1]) ? i - 1 : i;
-}
-
+/// Most texts of a shop differ first in two ASCII characters that nothing behind them can change: those need
+/// no library.
 template <class Char>
 int compare(const Char* a, qsizetype aLength, const Char* b, qsizetype bLength) {
     using Unit = std::make_unsigned_t<Char>;
+    static const std::array<unsigned char, asciiCount> rank = rankAscii();
     const qsizetype shorter = std::min(aLength, bLength);
+    // A mark that follows belongs to the character before it.
+    const auto standsAlone = [](const Char* text, qsizetype next, qsizetype length) {
+        return next >= length || static_cast<Unit>(text[next]) < asciiCount;
+    };
     for (qsizetype i = 0;; ++i) {
         i += commonLength(a + i, b + i, shorter - i);
+        if (i == aLength && i == bLength) return 0;
         const unsigned x = i < aLength ? static_cast<Unit>(a[i]) : 0U;
         const unsigned y = i < bLength ? static_cast<Unit>(b[i]) : 0U;
-        if ((x | y) >= 128) {
-            const qsizetype start = characterStart(a, i);
-            return compareElements(a + start, a + aLength, b + start, b + bLength);
-        }
-        if (i == shorter) return aLength < bLength ? -1 : aLength > bLength ? 1 : 0;
-        if (asciiRank[x] != asciiRank[y]) return asciiRank[x] < asciiRank[y] ? -1 : 1;
+        if ((x | y) >= asciiCount || !standsAlone(a, i + 1, aLength) || !standsAlone(b, i + 1, bLength))
+            break;
+        if ((i < aLength && rank[x] == 0) || (i < bLength && rank[y] == 0)) break;
+        if (rank[x] != rank[y]) return rank[x] < rank[y] ? -1 : 1;
     }
+    return compareFully(a, aLength, b, bLength);
 }
 
 } // namespace
@@ -215,9 +101,18 @@ int CompareUtf8(const char* a, qsizetype aLength, const char* b, qsizetype bLeng
     return compare(a, aLength, b, bLength);
 }
 
-QString PrefixEnd(QStringView prefix) {
-    QString end = prefix.toString();
-    end += QChar(QChar::highSurrogate(QChar::LastValidCodePoint));
-    end += QChar(QChar::lowSurrogate(QChar::LastValidCodePoint));
-    return end;
+QStringView SortablePrefix(QStringView prefix) {
+    const auto* const end = std::find_if(
+        prefix.begin(), prefix.end(), [](QChar c) { return c.unicode() >= 0x250 || c == u'ſ' || c == u'ß'; });
+    return prefix.left(end - prefix.begin());
+}
+
+QString PrefixEnd(QStringView prefix) { return prefix.toString() + QChar(0xFFFF); }
+
+QByteArray CollationVersion() {
+    UVersionInfo version;
+    ucol_getVersion(collator(), version);
+    char text[U_MAX_VERSION_STRING_LENGTH];
+    u_versionToString(version, text);
+    return text;
 }

@@ -1,4 +1,3 @@
-#include "Collation.h"
 #include "Letters.h"
 
 #include <text/CodePage.h>
@@ -34,7 +33,7 @@ QString folded(QStringView text) {
     QString result = text.toString();
     for (qsizetype i = 0; i < result.size(); ++i) {
         const char16_t c = std::as_const(result)[i].unicode();
-        const char32_t f = collation::fold(c);
+        const char32_t f = fold(c);
         if (f != c && f < 0x10000) result[i] = QChar(static_cast<char16_t>(f));
     }
     return result;
