@@ -1,10 +1,13 @@
 #include "Password.h"
 #include "Support.h"
 
+#include <text/Sort.h>
+
 #include <QDir>
 #include <QFile>
 
 #include <csignal>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -87,6 +90,33 @@ TEST_F(StoreTest, ADamagedStoreIsToldAndNotMadeWorse) {
     EXPECT_EQ(errorOf([&] { open(); }), 3049);
     write(m_file, damaged.left(3000));
     EXPECT_EQ(errorOf([&] { open(); }), 3049);
+}
+
+TEST_F(StoreTest, IndexesOfAnotherCollationAreBuiltAnew) {
+    makeSample();
+    // As if a library of another version had built them: in the opposite order.
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(m_file.toUtf8().constData(), &db), SQLITE_OK);
+    sqlite3_create_collation(
+        db, "GERMAN", SQLITE_UTF8, nullptr, [](void*, int aSize, const void* a, int bSize, const void* b) {
+            return CompareUtf8(static_cast<const char*>(b), bSize, static_cast<const char*>(a), aSize);
+        });
+    ASSERT_EQ(sqlite3_exec(db, "UPDATE \"merivane$settings\" SET value='0' WHERE key='collation'; REINDEX",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    ASSERT_EQ(sqlite3_changes(db), 1);
+    sqlite3_close(db);
+
+    const QString ask = u"SELECT ID FROM T WHERE Nummer='c3'"_s;
+    const QByteArray before = contentOf(m_file);
+    auto reader = open(false, true);
+    EXPECT_EQ(single(*reader, ask), u"3");
+    EXPECT_EQ(errorOf([&] { reader->Execute(u"DELETE FROM T"_s); }), 3027);
+    reader.reset();
+    EXPECT_EQ(contentOf(m_file), before);
+
+    EXPECT_EQ(single(*open(), ask), u"3");
+    EXPECT_EQ(single(*open(), ask), u"3");
 }
 
 TEST_F(StoreTest, AReadOnlyConnectionReadsAndWritesNothing) {

@@ -96,6 +96,7 @@ void SqliteEngine::openConnection() {
     }
     sqlite3_extended_result_codes(m_db, 1);
     configure();
+    refreshIndexes();
 }
 
 // The engine keeps a shared lock on the file as long as a connection has its log open, and an exclusive one

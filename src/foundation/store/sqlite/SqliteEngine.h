@@ -61,6 +61,8 @@ class SqliteEngine final : public Engine {
     int openHandle(bool immutable);
     void configure();
     void takeHold();
+    void refreshIndexes();
+    void workOnCopy();
     [[noreturn]] void raiseLast(int code, SqliteTask task = SqliteTask::Work);
     [[nodiscard]] qint64 number(const QByteArray& sql);
     [[nodiscard]] QByteArray text(const QByteArray& sql);
