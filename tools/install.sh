@@ -8,7 +8,7 @@ build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libx
 packages=("${build[@]}")
 case "${1:-build}" in
   build) ;;
-  test) packages+=(libgtest-dev libgmock-dev clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
+  test) packages+=(libgtest-dev libgmock-dev libpq-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
   bench) packages+=(libbenchmark-dev) ;;
   wayland) packages+=(qt6-wayland) ;;
   *) echo "usage: install.sh [build|test|bench|wayland]" >&2; exit 2 ;;
