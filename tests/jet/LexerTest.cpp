@@ -85,14 +85,14 @@ TEST(Literals, LeaveWhatDecidesTheTranslation) {
 TEST(Literals, AreEncodedForTheColumnTheyMeet) {
     using jet::encode;
     using jet::Encoding;
-    EXPECT_EQ(encode(Value(1.99), Encoding::Currency), Value(19900));
-    EXPECT_EQ(encode(Value(u"1.234,5"_s), Encoding::Currency), Value(12345000));
+    EXPECT_EQ(encode(Value(1.99), Encoding::Currency), Value(Currency::fromScaled(19900)));
+    EXPECT_EQ(encode(Value(u"1.234,5"_s), Encoding::Currency), Value(Currency::fromScaled(12345000)));
     EXPECT_EQ(encode(Value(u"2,5"_s), Encoding::Integer), Value(2));
     for (const QString& yes : {u"-1"_s, u"Wahr"_s, u"true"_s, u"5"_s})
-        EXPECT_EQ(encode(Value(yes), Encoding::Boolean), Value(-1)) << qPrintable(yes);
+        EXPECT_EQ(encode(Value(yes), Encoding::Boolean), Value(true)) << qPrintable(yes);
     for (const QString& no : {u"0"_s, u"Falsch"_s, u"nein"_s})
-        EXPECT_EQ(encode(Value(no), Encoding::Boolean), Value(0)) << qPrintable(no);
-    EXPECT_EQ(encode(Value(u"22.11.2026"_s), Encoding::Date), Value(DateTime::fromParts(2026, 11, 22).days));
+        EXPECT_EQ(encode(Value(no), Encoding::Boolean), Value(false)) << qPrintable(no);
+    EXPECT_EQ(encode(Value(u"22.11.2026"_s), Encoding::Date), Value(DateTime::fromParts(2026, 11, 22)));
     EXPECT_EQ(encode(Value(1.5), Encoding::Text), Value(u"1,5"_s));
     EXPECT_EQ(encode(Value(u"ab*c"_s), Encoding::LikePrefixLow), Value(u"ab"_s));
     EXPECT_EQ(encode(Value(), Encoding::Date), Value());

@@ -8,8 +8,9 @@
 
 namespace {
 
-const char* const encodingNames[] = {"",       "boolean",  "byte", "short", "long",      "single",
-                                     "double", "currency", "date", "text",  "like-from", "like-to"};
+const char* const encodingNames[] = {"",       "boolean",  "byte",  "short", "long",      "single",
+                                     "double", "currency", "date",  "text",  "like-from", "like-to",
+                                     "like",   "alike",    "today", "time",  "now",       "timer"};
 
 QByteArray describe(const jet::Statement& s) {
     QByteArray text = s.sql;

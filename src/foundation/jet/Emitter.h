@@ -86,6 +86,7 @@ class Writer {
     std::vector<int> m_lastOf, m_previous;
     QByteArray m_filter; ///< of the aggregates of a PIVOT's cell
     int m_shift = 0;
+    bool m_bound = false; ///< a parameter was written
 };
 
 } // namespace jet

@@ -1,3 +1,5 @@
+#include "FunctionParts.h"
+
 #include <jet/Translator.h>
 #include <text/Convert.h>
 #include <text/RuntimeError.h>
@@ -32,9 +34,9 @@ QString prefixOf(const QString& pattern) {
 Value converted(const Value& literal, Encoding encoding) {
     switch (encoding) {
     case Encoding::AsIs:
-        return encode(literal);
+        return literal;
     case Encoding::Boolean:
-        return qint64(truthOf(literal) ? -1 : 0);
+        return truthOf(literal);
     case Encoding::Byte:
         return qint64(CByte(literal));
     case Encoding::Short:
@@ -47,35 +49,32 @@ Value converted(const Value& literal, Encoding encoding) {
     case Encoding::Double:
         return literal.toDouble();
     case Encoding::Currency:
-        return literal.toCurrency().scaled();
+        return literal.toCurrency();
     case Encoding::Date:
-        return literal.toDate().days;
+        return literal.toDate();
     case Encoding::Text:
         return literal.toText();
     case Encoding::LikePrefixLow:
         return prefixOf(literal.toText());
     case Encoding::LikePrefixHigh:
         return PrefixEnd(prefixOf(literal.toText()));
+    case Encoding::LikePattern:
+        return likeExpression(literal.toText());
+    case Encoding::AlikePattern:
+        return likeExpression(jetPattern(literal.toText()));
+    case Encoding::Today:
+    case Encoding::TimeOfDay:
+    case Encoding::Now:
+    case Encoding::Timer:
+        break;
     }
     return {};
 }
 
 } // namespace
 
-Value encode(const Value& value) {
-    struct Visitor {
-        Value operator()(std::monostate) const { return {}; }
-        Value operator()(bool b) const { return qint64(b ? -1 : 0); }
-        Value operator()(qint64 i) const { return i; }
-        Value operator()(double d) const { return d; }
-        Value operator()(Currency c) const { return c.scaled(); }
-        Value operator()(DateTime t) const { return t.days; }
-        Value operator()(const QString& s) const { return s; }
-    };
-    return std::visit(Visitor{}, value.data());
-}
-
 Value encode(const Value& literal, Encoding encoding) {
+    if (isClock(encoding)) return clockValue(encoding);
     if (literal.isNull()) return {};
     try {
         return converted(literal, encoding);
@@ -83,6 +82,11 @@ Value encode(const Value& literal, Encoding encoding) {
         if (e.Number == 13) raiseConflict();
         throw;
     }
+}
+
+Value encode(const Parameter& parameter, const std::vector<Value>& literals) {
+    return encode(parameter.literal < 0 ? Value() : literals.at(std::size_t(parameter.literal)),
+                  parameter.encoding);
 }
 
 } // namespace jet

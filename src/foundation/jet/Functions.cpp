@@ -37,7 +37,7 @@ int wholeAt(Arguments a, std::size_t i, int otherwise) {
 // Null.
 Value toBool(Arguments a) {
     const Value& v = a[0];
-    return v.isText() ? Value(std::get<qint64>(encode(v, Encoding::Boolean).data()) != 0) : Value(v.toBool());
+    return v.isText() ? encode(v, Encoding::Boolean) : Value(v.toBool());
 }
 Value toByte(Arguments a) { return CByte(a[0]); }
 Value toShort(Arguments a) { return CInt(a[0]); }
@@ -61,21 +61,7 @@ Value power(Arguments a) { return vb::Power(a[0].toDouble(), a[1].toDouble()); }
 Value multiply(Arguments a) { return a[0].toCurrency() * a[1].toCurrency(); }
 // The engine takes these for truths of its own, 1 and 0.
 Value like(Arguments a) { return int(LikeText(a[0].toText(), a[1].toText())); }
-Value alike(Arguments a) {
-    QString pattern;
-    const QString ansi = a[1].toText();
-    for (const QChar c : ansi) {
-        if (c == u'%')
-            pattern += u'*';
-        else if (c == u'_')
-            pattern += u'?';
-        else if (c == u'*' || c == u'?' || c == u'#')
-            pattern += u"["_s + c + u"]"_s;
-        else
-            pattern += c;
-    }
-    return int(LikeText(a[0].toText(), pattern));
-}
+Value alike(Arguments a) { return int(LikeText(a[0].toText(), jetPattern(a[1].toText()))); }
 
 // Conversion functions of the dialect: Null raises 94.
 Value cBool(Arguments a) { return a[0].isText() ? toBool(a) : Value(CBool(a[0])); }

@@ -20,10 +20,10 @@ Value strict(Arguments a) {
 }
 int wholeAt(Arguments a, std::size_t i, int otherwise) { return i < a.size() ? a[i].toLong() : otherwise; }
 
-Value now(Arguments) { return DateTime::fromQDateTime(clockNow()); }
-Value date(Arguments) { return DateTime::fromQDate(clockNow().date()); }
-Value time(Arguments) { return DateTime::fromQTime(clockNow().time()); }
-Value timer(Arguments) { return double(clockNow().time().msecsSinceStartOfDay()) / 1000.0; }
+Value now(Arguments) { return clockValue(Encoding::Now); }
+Value date(Arguments) { return clockValue(Encoding::Today); }
+Value time(Arguments) { return clockValue(Encoding::TimeOfDay); }
+Value timer(Arguments) { return clockValue(Encoding::Timer); }
 
 Value year(Arguments a) { return vb::Year(a[0].toDate()); }
 Value month(Arguments a) { return vb::Month(a[0].toDate()); }
@@ -49,6 +49,20 @@ Value datePart(Arguments a) {
 }
 
 } // namespace
+
+Value clockValue(Encoding encoding) {
+    const QDateTime at = clockNow();
+    switch (encoding) {
+    case Encoding::Today:
+        return DateTime::fromQDate(at.date());
+    case Encoding::TimeOfDay:
+        return DateTime::fromQTime(at.time());
+    case Encoding::Now:
+        return DateTime::fromQDateTime(at);
+    default:
+        return double(at.time().msecsSinceStartOfDay()) / 1000.0;
+    }
+}
 
 void setClock(QDateTime (*clock)()) { clockNow = clock ? clock : systemNow; }
 

@@ -86,7 +86,7 @@ struct Translator::Impl {
         std::vector<QByteArray> literals;
         for (const Value& v : values) {
             QByteArray literal;
-            Value stored = encode(v);
+            Value stored = v;
             if (isText(type) && !v.isNull())
                 stored = Value(v.toText());
             else if (isNumber(type) && !v.isNull())

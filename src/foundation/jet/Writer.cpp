@@ -14,10 +14,12 @@ void Writer::parameter(const Expr* literal, Encoding encoding) {
         i = m_previous[std::size_t(i)];
     if (i < 0) {
         i = int(m_parameters.size());
-        m_parameters.push_back({number, encoding});
+        m_parameters.push_back(
+            {number, encoding, encoding >= Encoding::LikePrefixLow ? Type::Text : literal->type});
         m_previous.push_back(m_lastOf[std::size_t(number)]);
         m_lastOf[std::size_t(number)] = i;
     }
+    m_bound = true;
     m_engine.parameter(out, i + 1);
 }
 

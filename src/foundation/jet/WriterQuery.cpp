@@ -279,7 +279,9 @@ void Writer::dynaset(const Query* q, Dynaset& result) {
     result.key = piece([&] { columnName(base, -1); });
     if (s->where) result.where = piece([&] { condition(s->where); });
     if (!q->orderBy.empty()) result.orderBy = piece([&] { orderTerms(q, s, false); });
+    m_bound = false;
     result.columns = piece([&] { selectList(s, false, false); });
+    result.columnsBind = m_bound;
     out = whole;
 }
 

@@ -46,7 +46,7 @@ std::shared_ptr<Plan> Connection::plan(const QString& sql, std::vector<Value>& l
         for (const jet::ResultColumn& column : plan->statement->columns)
             plan->baseColumns.push_back(column.column.isEmpty() ? -1
                                                                 : plan->base->table.indexOf(column.column));
-        plan->rowHasLiterals = dynaset->columns.contains('?');
+        plan->rowHasLiterals = dynaset->columnsBind;
     }
     if (plan->statement->reusable && !plan->statement->ddl)
         m_plans.insert(shape, new std::shared_ptr<Plan>(plan), 1 + static_cast<int>(shape.size() / 4096));
@@ -78,8 +78,7 @@ void Connection::bind(Prepared& prepared, const jet::Statement& statement,
                       const std::vector<Value>& literals) {
     int number = 0;
     for (const jet::Parameter& parameter : statement.parameters)
-        prepared.bind(++number, jet::encode(literals.at(static_cast<std::size_t>(parameter.literal)),
-                                            parameter.encoding));
+        prepared.bind(++number, jet::encode(parameter, literals));
 }
 
 Prepared& Connection::prepared(std::unique_ptr<Prepared>& slot, const QByteArray& sql) const {

@@ -34,7 +34,7 @@ class Prepared {
   public:
     virtual ~Prepared() = default;
     /// Parameters count from 1.
-    virtual void bind(int parameter, const Value& value) = 0; ///< in the engine's shapes, see jet::encode
+    virtual void bind(int parameter, const Value& value) = 0; ///< by its meaning, see jet::encode
     virtual void bindInteger(int parameter, qint64 value) = 0;
     /// True for a row, false when done.
     [[nodiscard]] virtual bool step() = 0;

@@ -89,7 +89,7 @@ void Recordset::Impl::update() {
 void Recordset::Impl::bindBuffer(store::Prepared& statement) {
     int parameter = 0;
     for (std::size_t i = 0; i < m_buffer.values.size(); ++i)
-        if (m_buffer.written[i]) statement.bind(++parameter, jet::encode(m_buffer.values[i]));
+        if (m_buffer.written[i]) statement.bind(++parameter, m_buffer.values[i]);
 }
 
 void Recordset::Impl::insertBuffer() {

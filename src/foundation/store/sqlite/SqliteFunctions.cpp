@@ -64,7 +64,7 @@ void readArguments(int count, sqlite3_value** values, Arguments& arguments) {
 }
 
 void give(sqlite3_context* context, const Value& typed) {
-    const Value value = jet::encode(typed);
+    const Value value = encode(typed);
     if (const auto* number = std::get_if<qint64>(&value.data()))
         return sqlite3_result_int64(context, *number);
     if (const auto* number = std::get_if<double>(&value.data()))
@@ -148,6 +148,19 @@ int compareGerman(void*, int aLength, const void* a, int bLength, const void* b)
 }
 
 } // namespace
+
+Value encode(const Value& value) {
+    struct Visitor {
+        Value operator()(std::monostate) const { return {}; }
+        Value operator()(bool b) const { return qint64(b ? -1 : 0); }
+        Value operator()(qint64 i) const { return i; }
+        Value operator()(double d) const { return d; }
+        Value operator()(Currency c) const { return c.scaled(); }
+        Value operator()(DateTime t) const { return t.days; }
+        Value operator()(const QString& s) const { return s; }
+    };
+    return std::visit(Visitor{}, value.data());
+}
 
 Value decode(sqlite3_value* value, Type type) {
     const int storage = sqlite3_value_type(value);

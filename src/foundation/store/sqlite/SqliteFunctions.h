@@ -17,4 +17,8 @@ void registerFunctions(sqlite3* db, PendingError& pending);
 /// the engine widens silently.
 [[nodiscard]] Value decode(sqlite3_value* value, Type type);
 
+/// A value in the engine's shapes, which are Null, qint64, double and QString: truth values -1/0, Currency as
+/// ten-thousandths, dates as days.
+[[nodiscard]] Value encode(const Value& value);
+
 } // namespace store

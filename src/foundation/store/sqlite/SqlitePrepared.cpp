@@ -28,9 +28,10 @@ void SqlitePrepared::check(int code) {
     if (code != SQLITE_OK) m_engine->raiseLast(code);
 }
 
-void SqlitePrepared::bind(int parameter, const Value& value) {
+void SqlitePrepared::bind(int parameter, const Value& typed) {
     // A text of the dialect may name a literal that this piece of the statement does not use.
     if (parameter > static_cast<int>(m_texts.size())) return;
+    const Value value = encode(typed);
     if (const auto* number = std::get_if<qint64>(&value.data())) return bindInteger(parameter, *number);
     if (const auto* number = std::get_if<double>(&value.data()))
         return check(sqlite3_bind_double(m_statement, parameter, *number));

@@ -13,7 +13,7 @@ class SqlitePrepared final : public Prepared {
     SqlitePrepared(const SqlitePrepared&) = delete;
     SqlitePrepared& operator=(const SqlitePrepared&) = delete;
 
-    void bind(int parameter, const Value& value) override;
+    void bind(int parameter, const Value& typed) override;
     void bindInteger(int parameter, qint64 value) override;
     bool step() override;
     void reset() noexcept override;

@@ -71,7 +71,7 @@ class SqliteRowSink final : public RowSink {
         Running running(*m_insert);
         int parameter = 0;
         for (const Value& value : row)
-            running->bind(++parameter, jet::encode(value));
+            running->bind(++parameter, value);
         while (running.step()) {
         }
     }

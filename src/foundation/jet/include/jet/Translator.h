@@ -62,7 +62,8 @@ struct ResultColumn {
     QString table, column;  ///< where it comes from unchanged, else empty
 };
 
-/// How a literal of the text travels to the engine; see encode().
+/// How a literal of the text travels to the engine, or what of the clock of <jet/Functions.h> does; see
+/// encode().
 enum class Encoding {
     AsIs,
     Boolean,
@@ -75,20 +76,27 @@ enum class Encoding {
     Date,
     Text,
     LikePrefixLow,
-    LikePrefixHigh
+    LikePrefixHigh,
+    LikePattern,  ///< the pattern as a regular expression
+    AlikePattern, ///< likewise, its wildcards being % and _
+    Today,
+    TimeOfDay,
+    Now,
+    Timer ///< seconds since midnight
 };
 
-/// What to bind for a literal: the result has one of the shapes Null, qint64, double and QString, which map
-/// to the engine's own NULL, INTEGER, REAL and TEXT. Raises 3464 where the literal has no such meaning, 6 out
-/// of range.
+/// What to bind for a literal, by its meaning: a Boolean as bool, money as Currency, a date as DateTime; each
+/// engine makes its own shape from that. Raises 3464 where the literal has no such meaning, 6 out of range,
+/// 93 for a pattern that is none.
 [[nodiscard]] Value encode(const Value& literal, Encoding encoding);
-/// A typed value in the engine's shapes: truth values -1/0, Currency as ten-thousandths, dates as days.
-[[nodiscard]] Value encode(const Value& value);
 
 struct Parameter {
-    int literal = 0; ///< index into the literals that `lift` found
+    int literal = 0; ///< index into the literals that `lift` found, -1 for what the clock gives
     Encoding encoding = Encoding::AsIs;
+    Type type = Type::Null; ///< of the parameter in the text; a whole number may be bound for a Double
 };
+/// What to bind for a parameter.
+[[nodiscard]] Value encode(const Parameter& parameter, const std::vector<Value>& literals);
 
 /// Change of structure, carried out by the store in its own way (it keeps the catalogue). Physical tables and
 /// columns carry the catalogue's spelling, are row-id tables (the emitted texts use _rowid_) and text columns
@@ -115,19 +123,20 @@ struct Ddl {
 /// whose rows can be changed. Each is an engine expression; parameters in them are those of the statement,
 /// numbered alike.
 struct Dynaset {
-    QString table;      ///< base table, as the catalogue spells it
-    QByteArray from;    ///< "\"Artikel\" AS \"a\""
-    QByteArray key;     ///< expression of the row key, e.g. "\"a\".rowid"
-    QByteArray where;   ///< empty for none
-    QByteArray orderBy; ///< empty for none
-    QByteArray columns; ///< select list
+    QString table;            ///< base table, as the catalogue spells it
+    QByteArray from;          ///< "\"Artikel\" AS \"a\""
+    QByteArray key;           ///< expression of the row key, e.g. "\"a\".rowid"
+    QByteArray where;         ///< empty for none
+    QByteArray orderBy;       ///< empty for none
+    QByteArray columns;       ///< select list
+    bool columnsBind = false; ///< parameters stand in the select list
 };
 
 /// One translated statement: immutable, shared by the cache.
 struct Statement {
     Kind kind = Kind::Select;
-    QByteArray sql;                    ///< UTF-8 text for the engine, parameters as ?1, ?2, ...
-    std::vector<Parameter> parameters; ///< ?1 is parameters[0]
+    QByteArray sql; ///< UTF-8 text for the engine, parameters as ?1, ?2, ... or $1, $2, ...
+    std::vector<Parameter> parameters; ///< the first of them is parameters[0]
     std::vector<ResultColumn> columns; ///< of a Select
     std::optional<Dynaset> dynaset;    ///< of a Select whose rows can be changed
     std::optional<Ddl> ddl;
@@ -157,6 +166,11 @@ class Emitter; ///< one per engine
 
 /// Emitter for SQLite; the functions that its text calls are those of <jet/Functions.h>.
 std::shared_ptr<const Emitter> sqliteEmitter();
+/// Emitter for PostgreSQL 15; the functions that its text calls are told in PostgresCalls.h.
+std::shared_ptr<const Emitter> postgresEmitter();
+/// A name of the catalogue or an alias as identifier of PostgreSQL. Its names have 63 bytes: a longer one
+/// loses its end to a sum that tells it from others which begin alike.
+[[nodiscard]] QByteArray postgresName(QStringView name);
 
 class Translator {
   public:
