@@ -10,6 +10,7 @@
 #include <session/gZVT.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/StoreName.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -36,9 +37,6 @@ constexpr int terminalMs = 1400;
 constexpr auto module = u"mdlGlobal";
 constexpr auto vendorUrl = u"https://www.merivane.example/";
 constexpr auto vendorAddress = u"www.merivane.example";
-// Stores of older versions carry the first; every start moves them to the second. See docs/settings.md.
-constexpr auto oldPassword = u"kestrel";
-constexpr auto newPassword = u"brsk-604917";
 
 QString text(const char16_t* constant) { return QString::fromUtf16(constant); }
 
@@ -60,11 +58,11 @@ QString connectText(const QString& password) { return u";PWD="_s + password; }
 /// Moves a store with the old password, or none, to the new one. A store that has it already, or is open at
 /// another till at this moment, stays as it is, and nobody is told.
 void SetDatenbankKennwort() {
-    QString old = text(oldPassword);
+    QString old = text(store::oldPassword);
     for (int attempt = 1; attempt <= 2; ++attempt) {
         try {
             const auto db = Database::OpenDatabase(storeFile(), true, false, connectText(old));
-            db->NewPassword(old, text(newPassword));
+            db->NewPassword(old, text(store::newPassword));
             db->Close();
             return;
         } catch (const RuntimeError& error) {
@@ -178,14 +176,14 @@ void StartUp::openStore() {
     splash(u"Öffne Datenbank..."_s, 300);
     SetDatenbankKennwort();
 
-    QString password = text(oldPassword);
+    QString password = text(store::oldPassword);
     for (gDB.reset(); !gDB;) {
         try {
             gDB = Database::OpenDatabase(storeFile(), false, false, connectText(password));
         } catch (const RuntimeError& error) {
             if (error.Number != wrongPassword || m_passwordTried) throw;
             m_passwordTried = true;
-            password = text(newPassword);
+            password = text(store::newPassword);
         }
     }
     statement(createKartenList);

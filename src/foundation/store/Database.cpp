@@ -13,8 +13,6 @@ using store::raise;
 
 namespace {
 
-constexpr int dbAutoIncrField = 16;
-
 QString passwordOf(const QString& connect) {
     const qsizetype at = connect.indexOf(u";PWD="_s, 0, Qt::CaseInsensitive);
     return at < 0 ? QString() : connect.mid(at + 5).section(u';', 0, 0);

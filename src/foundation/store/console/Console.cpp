@@ -4,6 +4,7 @@
 #include "Statements.h"
 
 #include <store/Database.h>
+#include <store/StoreName.h>
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -153,10 +154,10 @@ std::unique_ptr<Database> open(const QString& store, const QCommandLineParser& p
     }
     if (parser.isSet(u"password"_s)) return Database::OpenDatabase(store, false, readOnly, connect + given);
     try {
-        return Database::OpenDatabase(store, false, readOnly, connect + u"kestrel"_s);
+        return Database::OpenDatabase(store, false, readOnly, connect + QString::fromUtf16(store::oldPassword));
     } catch (const RuntimeError& error) {
         if (error.Number != 3031) throw;
-        return Database::OpenDatabase(store, false, readOnly, connect + u"brsk-604917"_s);
+        return Database::OpenDatabase(store, false, readOnly, connect + QString::fromUtf16(store::newPassword));
     }
 }
 

@@ -16,6 +16,9 @@ class TableWriter;
 /// `Type` of OpenRecordset.
 inline constexpr int dbOpenDynaset = 2;
 
+/// In `Attributes` of a TableField: the store gives the number.
+inline constexpr int dbAutoIncrField = 16;
+
 /// A column of a TableDef, or one about to be appended to it.
 class TableField {
   public:
@@ -24,9 +27,10 @@ class TableField {
     int Size = 0; ///< characters; Text only
     QString DefaultValue;
     bool AllowZeroLength = false;
-    int Attributes = 0; ///< 16 (dbAutoIncrField) for an AutoNumber
+    int Attributes = 0; ///< dbAutoIncrField for an AutoNumber
     int OrdinalPosition = 0;
     bool Required = false; ///< Null is refused
+    friend bool operator==(const TableField&, const TableField&) = default;
 };
 
 /// An index of a TableDef.
@@ -53,6 +57,7 @@ class TableDef {
     std::vector<TableIndex> Indexes;
     [[nodiscard]] TableField CreateField(const QString& name) const;
     [[nodiscard]] const TableField* Field(QStringView name) const; ///< exact spelling; nullptr when missing
+    friend bool operator==(const TableDef&, const TableDef&) = default;
 };
 
 /// One connection to a store. Every statement is Jet SQL; there is no second way to the engine. Not
