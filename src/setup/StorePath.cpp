@@ -1,5 +1,6 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
+#include <session/ServerStore.h>
 #include <setup/StorePath.h>
 
 #include <QDir>
@@ -7,13 +8,19 @@
 
 using namespace Qt::StringLiterals;
 
-bool HasStore(const QString& folder) {
-    return !folder.isEmpty() && !folder.contains(QChar(0)) &&
-           QFileInfo(QDir(folder), QString::fromUtf16(StoreFileName)).isFile();
+bool HasFolder(const QString& folder) {
+    return !folder.isEmpty() && !folder.contains(QChar(0)) && QFileInfo(folder).isDir();
 }
 
-void SaveStorePath(const QString& folder) {
+bool HasStore(const QString& folder) {
+    return HasFolder(folder) && QFileInfo(QDir(folder), QString::fromUtf16(StoreFileName)).isFile();
+}
+
+void SaveStorePlace(const QString& folder, const QString& server) {
     gSetupDone = 0;
-    gSystem->WriteProfileString(u"GLOBAL"_s, u"DBPath"_s, folder, KonfigIni());
+    std::vector<CSystem::Entry> entries{{u"GLOBAL"_s, u"DBPath"_s, folder}};
+    // A till that never had a server gets no empty key.
+    if (server != ReadServerAddress()) entries.push_back({u"GLOBAL"_s, u"DBServer"_s, server});
+    gSystem->WriteProfileStrings(entries, KonfigIni());
     gSetupDone = 1;
 }

@@ -28,9 +28,9 @@ bool matches(const QString& expected, const QString& actual) {
 }
 
 MsgAnswer harmless(MsgButtons buttons) {
-    return buttons == MsgButtons::YesNo      ? MsgAnswer::No
-           : buttons == MsgButtons::OKCancel ? MsgAnswer::Cancel
-                                             : MsgAnswer::OK;
+    return buttons == MsgButtons::YesNo ? MsgAnswer::No
+           : buttons == MsgButtons::OK  ? MsgAnswer::OK
+                                        : MsgAnswer::Cancel;
 }
 
 bool offers(MsgButtons buttons, MsgAnswer answer) {
@@ -41,6 +41,8 @@ bool offers(MsgButtons buttons, MsgAnswer answer) {
         return answer == MsgAnswer::OK || answer == MsgAnswer::Cancel;
     case MsgButtons::YesNo:
         return answer == MsgAnswer::Yes || answer == MsgAnswer::No;
+    case MsgButtons::RetryCancel:
+        return answer == MsgAnswer::Retry || answer == MsgAnswer::Cancel;
     }
     return false;
 }

@@ -73,6 +73,18 @@ TEST_F(TouchDialogsTest, ShowsTheButtonsThatWereAskedFor) {
                                         MsgAnswer::Cancel));
 }
 
+TEST_F(TouchDialogsTest, AnActIsRepeatedOrGivenUp) {
+    const auto ask = [] { return MsgBox(u"Kein Server"_s, MsgIcon::Exclamation, MsgButtons::RetryCancel); };
+    drive([](QDialog& d) {
+        EXPECT_FALSE(control<TouchKey>(d, u"cmdOK"_s).isVisible());
+        EXPECT_EQ(u"&Wiederholen"_s, control<TouchKey>(d, u"cmdRetry"_s).text());
+        pressKey(d, Qt::Key_Return);
+    });
+    EXPECT_EQ(MsgAnswer::Retry, ask());
+    drive([](QDialog& d) { pressKey(d, Qt::Key_Escape); });
+    EXPECT_EQ(MsgAnswer::Cancel, ask());
+}
+
 TEST_F(TouchDialogsTest, AnInputIsTypedOrCancelled) {
     drive([](QDialog& d) {
         typeText(d, u"12"_s); // replaces the preset, which is selected

@@ -167,7 +167,8 @@ Player::Result Player::answerBox(const QString& answer, const QString& text) {
     static const std::map<QString, QString> keys{{u"OK"_s, u"cmdOK"_s},
                                                  {u"Abbrechen"_s, u"cmdCancel"_s},
                                                  {u"Ja"_s, u"cmdYes"_s},
-                                                 {u"Nein"_s, u"cmdNo"_s}};
+                                                 {u"Nein"_s, u"cmdNo"_s},
+                                                 {u"Wiederholen"_s, u"cmdRetry"_s}};
     const auto key = keys.find(answer);
     if (key == keys.end()) throw Failure{u"\"%1\" ist keine Antwort."_s.arg(answer)};
     QWidget& button = control(key->second);

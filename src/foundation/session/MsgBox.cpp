@@ -7,6 +7,19 @@ namespace {
 
 DialogHost* currentHost = nullptr;
 
+MsgAnswer usual(MsgButtons buttons) {
+    switch (buttons) {
+    case MsgButtons::YesNo:
+        return MsgAnswer::Yes;
+    case MsgButtons::RetryCancel:
+        return MsgAnswer::Retry;
+    case MsgButtons::OK:
+    case MsgButtons::OKCancel:
+        break;
+    }
+    return MsgAnswer::OK;
+}
+
 DialogHost& host(const QString& text) {
     if (!currentHost) throw RuntimeError(5, u"Niemand kann diese Frage beantworten: "_s + text, u"MsgBox"_s);
     return *currentHost;
@@ -20,8 +33,7 @@ DialogHost* CurrentDialogHost() { return currentHost; }
 
 MsgAnswer MsgBox(const QString& text, MsgIcon icon, MsgButtons buttons, const QString& title,
                  std::optional<MsgAnswer> preset) {
-    return host(text).msgBox(text, buttons, icon, title,
-                             preset.value_or(buttons == MsgButtons::YesNo ? MsgAnswer::Yes : MsgAnswer::OK));
+    return host(text).msgBox(text, buttons, icon, title, preset.value_or(usual(buttons)));
 }
 
 bool AskYesNo(const QString& text, const QString& title) {

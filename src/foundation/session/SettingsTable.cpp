@@ -57,6 +57,7 @@ std::vector<Setting> table() {
         {.section = drucker, .key = u"PdfOrdner", .kind = Folder, .reader = Elsewhere},
 
         {.section = global, .key = u"DBPath", .kind = Folder, .target = &gDBPath, .reader = Elsewhere},
+        {.section = global, .key = u"DBServer", .kind = Text, .reader = Elsewhere},
         {.section = global,
          .key = u"AHVerkaufAktiv",
          .kind = Truth,

@@ -5,6 +5,7 @@
 #include <session/Globals.h>
 #include <session/Log.h>
 #include <session/MsgBox.h>
+#include <session/ServerStore.h>
 #include <session/Settings.h>
 #include <session/Startup.h>
 #include <session/gZVT.h>
@@ -32,7 +33,9 @@ constexpr int fileMissing = 3024;
 constexpr int wrongPassword = 3031;
 constexpr int cannotLock = 3050;
 constexpr int typeMismatch = 13;
+constexpr int pathMissing = 76;
 constexpr int terminalMs = 1400;
+constexpr int pollMs = 10;
 
 constexpr auto module = u"mdlGlobal";
 constexpr auto vendorUrl = u"https://www.merivane.example/";
@@ -117,6 +120,16 @@ void PaintWaiter::Wait(int milliseconds) {
     loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
+void Waiter::Until(const std::function<bool()>& done) {
+    while (!done())
+        QThread::msleep(pollMs);
+}
+
+void PaintWaiter::Until(const std::function<bool()>& done) {
+    while (!done())
+        Wait(pollMs);
+}
+
 StartUp::StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter)
     : m_screens(screens)
     , m_printers(printers)
@@ -172,12 +185,22 @@ std::optional<StartResult> StartUp::prepare() {
 
 void StartUp::openStore() {
     gDBPath = normalised(gSystem->ReadProfileString(u"GLOBAL"_s, u"DBPath"_s, KonfigIni()));
+    m_server = ReadServerAddress();
     m_screens.ShowSplash();
+    gDB.reset();
+    if (m_server.isEmpty())
+        openFile();
+    else
+        openServer();
+    statement(createKartenList);
+}
+
+void StartUp::openFile() {
     splash(u"Öffne Datenbank..."_s, 300);
     SetDatenbankKennwort();
 
     QString password = text(store::oldPassword);
-    for (gDB.reset(); !gDB;) {
+    while (!gDB) {
         try {
             gDB = Database::OpenDatabase(storeFile(), false, false, connectText(password));
         } catch (const RuntimeError& error) {
@@ -186,7 +209,24 @@ void StartUp::openStore() {
             password = text(store::newPassword);
         }
     }
-    statement(createKartenList);
+}
+
+// A server has users and rights of its own, so the passwords of the file have no part in this.
+void StartUp::openServer() {
+    splash(u"Verbinde mit dem Server ..."_s, 300);
+    if (const QString fault = ServerAddressFault(m_server); !fault.isEmpty())
+        throw RuntimeError(fileMissing, fault, text(module));
+    if (!QFileInfo(gDBPath).isDir())
+        throw RuntimeError(pathMissing,
+                           u"Der Ordner für Vorlagen und Bilder wurde nicht gefunden: "_s +
+                               QDir::toNativeSeparators(gDBPath),
+                           text(module));
+    if (std::exchange(m_createStore, false)) {
+        m_screens.SetSplashText(u"Die Tabellen werden angelegt ..."_s);
+        gDB = CreateServerStore(m_server, m_waiter);
+    } else {
+        gDB = OpenServerStore(m_server, m_waiter);
+    }
 }
 
 void StartUp::loadSession() {
@@ -198,6 +238,7 @@ void StartUp::loadSession() {
     splash(u"Alle Werte wurden ordnungsgemäß geladen..."_s, 300);
     m_screens.UnloadSplash();
     m_waiter.Yield();
+    if (const QString warning = gDB->Warning(); !warning.isEmpty()) MsgBox(warning, MsgIcon::Exclamation);
     statement(CheckSteuerUmstellung);
 }
 
@@ -238,6 +279,7 @@ void StartUp::splash(const QString& line, int milliseconds) {
 std::optional<StartResult> StartUp::failed(const RuntimeError& error) {
     try {
         m_screens.UnloadSplash();
+        if (!m_server.isEmpty() && (!gDB || IsServerTrouble(error))) return serverFailed(error);
         switch (error.Number) {
         case wrongPassword:
             MsgBox(
@@ -251,10 +293,7 @@ std::optional<StartResult> StartUp::failed(const RuntimeError& error) {
                    "Systemadministrator."_s);
             return StartResult::StoreLocked;
         case fileMissing:
-            gSetupDone = 0;
-            m_screens.ShowSetup();
-            if (gSetupDone == 0) return StartResult::SetupCancelled;
-            return {};
+            return setup();
         default:
             ShowProgrammFehler(error, text(module));
             return StartResult::Failed;
@@ -263,6 +302,34 @@ std::optional<StartResult> StartUp::failed(const RuntimeError& error) {
         ShowProgrammFehler(51, text(module), QString::fromUtf8(second.what()));
         return StartResult::Failed;
     }
+}
+
+std::optional<StartResult> StartUp::setup() {
+    gSetupDone = 0;
+    m_screens.ShowSetup();
+    if (gSetupDone == 0) return StartResult::SetupCancelled;
+    return {};
+}
+
+std::optional<StartResult> StartUp::serverFailed(const RuntimeError& error) {
+    const QString address = u"\n\n"_s + ShownServerAddress(m_server);
+    if (IsEmptyServer(error)) {
+        m_createStore = AskYesNo(u"Die Datenbank auf dem Server ist noch leer."_s + address +
+                                 u"\n\nSollen die Tabellen Ihres Geschäfts dort jetzt angelegt werden?"_s);
+        if (!m_createStore) return StartResult::SetupCancelled;
+        return {};
+    }
+    if (!IsServerTrouble(error)) {
+        ShowProgrammFehler(error, text(module));
+        return StartResult::Failed;
+    }
+    const QString advice =
+        u"\n\nMit \"Wiederholen\" versucht es die Kasse noch einmal. Mit \"Abbrechen\" kommen Sie zu den "
+        "Einstellungen und können dort die Adresse ändern."_s;
+    if (MsgBox(error.Description + address + advice, MsgIcon::Exclamation, MsgButtons::RetryCancel) ==
+        MsgAnswer::Retry)
+        return {};
+    return setup();
 }
 
 void LoadColors() {

@@ -15,6 +15,9 @@
 #include <QLibraryInfo>
 #include <QTranslator>
 
+#include <algorithm>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -24,6 +27,21 @@ void makeKeyWide(TouchKey* key) {
     key->setFixedSize(t.keyHeight * 5 / 2, t.keyHeight);
 }
 
+/// The last one changes nothing, so Esc gives it.
+std::vector<MsgAnswer> offered(MsgButtons buttons) {
+    switch (buttons) {
+    case MsgButtons::OK:
+        break;
+    case MsgButtons::OKCancel:
+        return {MsgAnswer::OK, MsgAnswer::Cancel};
+    case MsgButtons::YesNo:
+        return {MsgAnswer::Yes, MsgAnswer::No};
+    case MsgButtons::RetryCancel:
+        return {MsgAnswer::Retry, MsgAnswer::Cancel};
+    }
+    return {MsgAnswer::OK};
+}
+
 } // namespace
 
 MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
@@ -31,9 +49,7 @@ MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon ic
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::MessageDialog>())
     , m_preset(preset)
-    , m_escape(buttons == MsgButtons::YesNo      ? MsgAnswer::No
-               : buttons == MsgButtons::OKCancel ? MsgAnswer::Cancel
-                                                 : MsgAnswer::OK)
+    , m_escape(offered(buttons).back())
     , m_answer(m_escape)
     , m_question(buttons == MsgButtons::YesNo) {
     m_ui->setupUi(this);
@@ -56,16 +72,16 @@ MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon ic
 
     const std::pair<TouchKey*, MsgAnswer> keys[] = {{m_ui->cmdYes, MsgAnswer::Yes},
                                                     {m_ui->cmdNo, MsgAnswer::No},
+                                                    {m_ui->cmdRetry, MsgAnswer::Retry},
                                                     {m_ui->cmdOK, MsgAnswer::OK},
                                                     {m_ui->cmdCancel, MsgAnswer::Cancel}};
+    const std::vector<MsgAnswer> answers = offered(buttons);
     for (const auto& [key, answer] : keys) {
-        const bool isQuestionKey = answer == MsgAnswer::Yes || answer == MsgAnswer::No;
-        key->setVisible(isQuestionKey == m_question &&
-                        (answer != MsgAnswer::Cancel || buttons == MsgButtons::OKCancel));
+        key->setVisible(std::find(answers.begin(), answers.end(), answer) != answers.end());
         makeKeyWide(key);
         if (answer == m_preset) {
             key->setAccent(true);
-            key->setHint(m_question ? key->hint() + u" / Enter"_s : u"Enter"_s);
+            key->setHint(key->hint().isEmpty() ? u"Enter"_s : key->hint() + u" / Enter"_s);
             key->setFocus();
         }
         connect(key, &TouchKey::clicked, this, [this, answer = answer] { finish(answer); });
@@ -76,7 +92,7 @@ MessageDialog::~MessageDialog() = default;
 
 void MessageDialog::finish(MsgAnswer answer) {
     m_answer = answer;
-    done(answer == MsgAnswer::OK || answer == MsgAnswer::Yes ? Accepted : Rejected);
+    done(answer == MsgAnswer::No || answer == MsgAnswer::Cancel ? Rejected : Accepted);
 }
 
 void MessageDialog::reject() { finish(m_escape); }

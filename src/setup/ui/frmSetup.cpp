@@ -4,14 +4,19 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
+#include <session/ServerStore.h>
+#include <session/Startup.h>
 #include <setup/StorePath.h>
 #include <setup/ui/frmSetup.h>
+#include <store/Database.h>
 #include <ui/Panels.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -21,21 +26,28 @@ frmSetup::frmSetup(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmSetup>()) {
     m_ui->setupUi(this);
     const int edge = Theme::Current().keyHeight;
-    for (TouchKey* key : {m_ui->cmdDBPath, m_ui->cmdOK, m_ui->cmdCancel})
+    for (TouchKey* key : {m_ui->cmdOK, m_ui->cmdCancel})
         key->setFixedSize(edge * 11 / 4, edge);
-    m_ui->txtDBPath->setMinimumSize(edge * 9, edge);
+    for (TouchKey* key : {m_ui->cmdDBPath, m_ui->cmdDBServer})
+        key->setFixedSize(edge * 15 / 4, edge);
+    for (QLineEdit* box : {m_ui->txtDBPath, m_ui->txtDBServer})
+        box->setMinimumSize(edge * 9, edge);
     connect(m_ui->cmdDBPath, &TouchKey::clicked, this,
             [this] { Handle("frmSetup", [this] { chooseFile(); }); });
+    connect(m_ui->cmdDBServer, &TouchKey::clicked, this,
+            [this] { Handle("frmSetup", [this] { checkServer(); }); });
     connect(m_ui->cmdOK, &TouchKey::clicked, this, [this] { Handle("frmSetup", [this] { save(); }); });
     connect(m_ui->cmdCancel, &TouchKey::clicked, this, &frmSetup::reject);
-    connect(m_ui->txtDBPath, &QLineEdit::returnPressed, m_ui->cmdOK, &TouchKey::click);
+    for (QLineEdit* box : {m_ui->txtDBPath, m_ui->txtDBServer})
+        connect(box, &QLineEdit::returnPressed, m_ui->cmdOK, &TouchKey::click);
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, m_ui->cmdDBPath, &TouchKey::click);
+    connect(new QShortcut(Qt::Key_F4, this), &QShortcut::activated, m_ui->cmdDBServer, &TouchKey::click);
     gSetupDone = 0;
     Handle("frmSetup", [this] {
         m_ui->txtDBPath->setText(gSystem->ReadProfileString(u"GLOBAL"_s, u"DBPath"_s, KonfigIni()));
+        m_ui->txtDBServer->setText(ShownServerAddress(ReadServerAddress()));
     });
-    m_ui->txtDBPath->setFocus();
-    m_ui->txtDBPath->selectAll();
+    focus(m_ui->txtDBServer->text().isEmpty() ? m_ui->txtDBPath : m_ui->txtDBServer);
 }
 
 frmSetup::~frmSetup() = default;
@@ -51,16 +63,61 @@ void frmSetup::chooseFile() {
     m_ui->cmdOK->setFocus();
 }
 
+void frmSetup::focus(QLineEdit* box) {
+    box->setFocus();
+    box->selectAll();
+}
+
+QString frmSetup::server() const {
+    return EnteredServerAddress(m_ui->txtDBServer->text(), ReadServerAddress());
+}
+
+bool frmSetup::serverIsReadable() {
+    const QString fault = ServerAddressFault(server());
+    if (fault.isEmpty()) return true;
+    MsgBox(fault);
+    focus(m_ui->txtDBServer);
+    return false;
+}
+
+void frmSetup::checkServer() {
+    if (!serverIsReadable()) return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto done = qScopeGuard([this] {
+        QApplication::restoreOverrideCursor();
+        focus(m_ui->txtDBServer);
+    });
+    PaintWaiter waiter;
+    try {
+        const auto db = OpenServerStore(server(), waiter);
+        MsgBox(u"Die Verbindung steht. Die Datenbank Ihres Geschäfts liegt auf dem Server (%1)."_s.arg(
+            db->Version()));
+    } catch (const RuntimeError& error) {
+        if (IsEmptyServer(error))
+            MsgBox(u"Die Verbindung steht. Die Datenbank auf dem Server ist noch leer; beim Start fragt das "
+                   "Programm, ob es die Tabellen anlegen soll."_s);
+        else if (IsServerTrouble(error))
+            MsgBox(error.Description, MsgIcon::Exclamation);
+        else
+            throw;
+    }
+}
+
 void frmSetup::save() {
     const QString folder = m_ui->txtDBPath->text().trimmed();
-    if (!HasStore(folder)) {
+    const QString address = server();
+    if (!address.isEmpty() && !serverIsReadable()) return;
+    if (address.isEmpty() ? !HasStore(folder) : !HasFolder(folder)) {
         MsgBox(
-            u"In diesem Ordner wurde keine Datenbank (Merivane.mdb) gefunden. Bitte prüfen Sie Ihre Eingabe."_s);
-        m_ui->txtDBPath->setFocus();
-        m_ui->txtDBPath->selectAll();
+            address.isEmpty()
+                ? u"In diesem Ordner wurde keine Datenbank (Merivane.mdb) gefunden. Bitte prüfen Sie Ihre Eingabe."_s
+                : u"Dieser Ordner wurde nicht gefunden. Auch mit einer Datenbank auf dem Server braucht die "
+                  u"Kasse "
+                  "einen Ordner für Vorlagen und Bilder. Bitte prüfen Sie Ihre Eingabe."_s);
+        focus(m_ui->txtDBPath);
         return;
     }
-    SaveStorePath(folder);
+    SaveStorePlace(folder, address);
     accept();
 }
 

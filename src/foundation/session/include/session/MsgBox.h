@@ -8,9 +8,9 @@
 /// The one seam for every stop that waits for a person. Production installs a host with touch-sized windows,
 /// tests one that answers from a script. Cores call these functions and never know which host answers.
 
-enum class MsgButtons { OK, OKCancel, YesNo };
+enum class MsgButtons { OK, OKCancel, YesNo, RetryCancel };
 enum class MsgIcon { None, Critical, Question, Exclamation, Information };
-enum class MsgAnswer { OK, Cancel, Yes, No };
+enum class MsgAnswer { OK, Cancel, Yes, No, Retry };
 
 struct FileRequest {
     QString title;
@@ -35,7 +35,8 @@ DialogHost* SetDialogHost(DialogHost* host);
 
 inline constexpr char16_t SystemTitle[] = u"Systemmeldung...";
 
-/// Shows a message and waits. `preset` is the button that Enter presses; by default OK or Yes.
+/// Shows a message and waits. `preset` is the button that Enter presses; by default OK, Yes
+/// or Retry.
 MsgAnswer MsgBox(const QString& text, MsgIcon icon = MsgIcon::Information,
                  MsgButtons buttons = MsgButtons::OK, const QString& title = QString::fromUtf16(SystemTitle),
                  std::optional<MsgAnswer> preset = {});

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -34,6 +35,8 @@ class Waiter {
     virtual ~Waiter() = default;
     virtual void Yield() = 0; ///< lets pending events run
     virtual void Wait(int milliseconds) = 0;
+    /// Waits for something that another thread does.
+    virtual void Until(const std::function<bool()>& done);
 };
 
 /// The real one: runs the event loop of the application.
@@ -41,6 +44,7 @@ class PaintWaiter : public Waiter {
   public:
     void Yield() override;
     void Wait(int milliseconds) override;
+    void Until(const std::function<bool()>& done) override;
 };
 
 /// How `Main` ended. Everything but Running ends the process; whatever there was to say has been said.
@@ -48,7 +52,7 @@ enum class StartResult {
     Running,        ///< the login is shown
     AlreadyRunning, ///< another instance on this machine
     NoPrinter,
-    SetupCancelled, ///< no store, and nobody told where it is
+    SetupCancelled, ///< no store, and nobody told where it is or wanted one to be made
     WrongPassword,
     StoreLocked,
     Failed, ///< reported by ShowProgrammFehler
@@ -73,7 +77,11 @@ class StartUp {
     // Each gives the end of `Main`, or nothing when it goes on.
     std::optional<StartResult> prepare();
     std::optional<StartResult> failed(const RuntimeError& error);
+    std::optional<StartResult> serverFailed(const RuntimeError& error);
+    std::optional<StartResult> setup();
     void openStore();
+    void openFile();
+    void openServer();
     void loadSession();
     void findTerminal();
     void splash(const QString& line, int milliseconds);
@@ -83,6 +91,8 @@ class StartUp {
     Waiter& m_waiter;
     std::unique_ptr<InstanceLock> m_lock;
     bool m_passwordTried = false; ///< the one retry of a wrong password, for the whole process
+    QString m_server;             ///< its address, "" when the store is a file
+    bool m_createStore = false;   ///< somebody wanted the empty database on the server to be filled
 };
 
 /// Screen colours: built-in values, replaced by the set that is active in `Colors`.
