@@ -2,6 +2,7 @@
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/Schema.h>
+#include <templates/Shipped.h>
 #include <text/RuntimeError.h>
 
 #include <QDir>
@@ -107,6 +108,10 @@ void createShop(const QString& folder) {
     writeStore(data + u"Merivane.mdb"_s);
     for (const QString& name : {u"karten.txt"_s, u"artikel.ini"_s})
         writeFile(data + name, readFile(name));
+    for (const QString& name : closingTexts())
+        writeFile(data + name, readFile(name));
+    for (const QString& name : shippedTemplates())
+        writeFile(data + name, shippedTemplate(name));
     writePictures(data);
 
     QString settings = QString::fromUtf8(readFile(u"konfig.ini"_s));

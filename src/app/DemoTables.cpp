@@ -57,4 +57,6 @@ QByteArray readFile(const QString& path) {
 
 QStringList drawings() { return QDir(root + u"bilder"_s).entryList({u"*.svg"_s}, QDir::Files, QDir::Name); }
 
+QStringList closingTexts() { return QDir(root).entryList({u"*.rvl"_s}, QDir::Files, QDir::Name); }
+
 } // namespace demo

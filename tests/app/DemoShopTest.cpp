@@ -1,6 +1,8 @@
 #include <app/DemoShop.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <templates/PropertiesList.h>
+#include <templates/TemplateKind.h>
 #include <text/RuntimeError.h>
 
 #include <QDir>
@@ -57,6 +59,12 @@ TEST(DemoShop, IsCreatedCompleteAndOnlyOnce) {
     EXPECT_EQ(picture.size(), QSize(240, 240));
     EXPECT_NE(picture.pixel(120, 140), qRgb(255, 255, 255)) << "the drawing is not blank";
     EXPECT_TRUE(contentOf(folder + u"/daten/artikel.ini"_s).contains(u"911=1"_s));
+    EXPECT_TRUE(contentOf(folder + u"/daten/Zahlungsziel.rvl"_s).contains(u"DateAdd[10]"_s));
+    for (const TemplateFile& file : templateFiles()) {
+        PropertiesList printed;
+        EXPECT_TRUE(printed.Load(folder + u"/daten/"_s + file.name.toString()))
+            << file.name.toUtf8().constData();
+    }
     const QString settings = contentOf(folder + u"/konfig.ini"_s);
     EXPECT_TRUE(settings.contains(u"DBPath="_s + QDir::toNativeSeparators(folder) + u"/daten\n"_s))
         << qPrintable(settings);

@@ -1,9 +1,5 @@
 #include <templates/TemplateKeys.h>
 
-#include <QDir>
-#include <QFontDatabase>
-#include <QSet>
-
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

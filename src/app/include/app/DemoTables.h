@@ -26,5 +26,7 @@ struct Table {
 [[nodiscard]] QByteArray readFile(const QString& path);
 /// Names of the drawings below "bilder/", one for each article picture.
 [[nodiscard]] QStringList drawings();
+/// Names of the closing texts for invoices.
+[[nodiscard]] QStringList closingTexts();
 
 } // namespace demo
