@@ -7,20 +7,31 @@ namespace {
 
 const ShopCatalogue shop;
 const jet::Translator translator(shop, jet::sqliteEmitter());
+const jet::Translator postgres(shop, jet::postgresEmitter());
+
+std::shared_ptr<const jet::Statement> translated(const jet::Translator& engine, const QString& text) {
+    const auto statement = engine.translate(text);
+    jet::Lifted lifted;
+    jet::lift(text, lifted);
+    for (const jet::Parameter& p : statement->parameters) {
+        try {
+            static_cast<void>(jet::encode(p, lifted.literals));
+        } catch (const RuntimeError&) { // a literal without the meaning that its column asks for
+        }
+    }
+    return statement;
+}
 
 } // namespace
 
-// Any text is translated or refused with an error of the dialect; what translates also prints, and what is
-// printed translates to the same.
+// Any text is translated for both engines or refused with an error of the dialect; what translates also
+// prints, and what is printed translates to the same.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
     std::shared_ptr<const jet::Statement> statement;
     try {
-        jet::Lifted lifted;
-        jet::lift(text, lifted);
-        statement = translator.translate(text);
-        for (const jet::Parameter& p : statement->parameters)
-            static_cast<void>(jet::encode(lifted.literals.at(std::size_t(p.literal)), p.encoding));
+        statement = translated(translator, text);
+        static_cast<void>(translated(postgres, text));
     } catch (const RuntimeError&) {
     }
     if (!statement) return 0;

@@ -71,7 +71,7 @@ TEST_F(Torture, LongRowsWorkOrAreRefused) {
     EXPECT_EQ(outcome(u"SELECT a.ID FROM Ware a"_s + u", Gruppe"_s.repeated(3)), 3012);
     const auto numbered = translator.translate(u"SELECT 'a?7', Name & ' ?' FROM Ware WHERE ID IN (0"_s +
                                                u", 1"_s.repeated(300) + u")"_s);
-    EXPECT_TRUE(numbered->sql.endsWith(" IN (" + QByteArray("?, ").repeated(300) + "?)"));
+    EXPECT_TRUE(numbered->sql.contains(" IN (" + QByteArray("?, ").repeated(300) + "?)"));
     EXPECT_EQ(outcome(u"SELECT ID FROM Ware WHERE Name = '"_s + QString(1'000'000, u'x') + u"'"_s), 0);
     // Columns that are named by one another must not multiply.
     QString names = u"SELECT 1 AS a0"_s;

@@ -103,5 +103,7 @@ class Binder {
 
 /// The same expression but for the values of literals.
 [[nodiscard]] bool sameExpr(const Expr* a, const Expr* b);
+/// Of expressions that are the same in this sense: their literals have the same values, too.
+[[nodiscard]] bool sameLiterals(const Expr* a, const Expr* b);
 
 } // namespace jet

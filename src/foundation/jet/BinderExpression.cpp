@@ -346,15 +346,21 @@ void Binder::aggregate(Expr* e, Scope* scope) {
     }
 }
 
+namespace {
+
+const Expr* meant(const Expr* e) {
+    while (e->kind == ExprKind::Convert)
+        e = e->operands[0];
+    while (e->target)
+        e = e->target;
+    return e;
+}
+
+} // namespace
+
 bool sameExpr(const Expr* a, const Expr* b) {
-    while (a->kind == ExprKind::Convert)
-        a = a->operands[0];
-    while (b->kind == ExprKind::Convert)
-        b = b->operands[0];
-    while (a->target)
-        a = a->target;
-    while (b->target)
-        b = b->target;
+    a = meant(a);
+    b = meant(b);
     if (a == b) return true;
     if (a->kind != b->kind || a->op != b->op || a->negated != b->negated || a->form != b->form) return false;
     if (a->query || b->query || a->operands.size() != b->operands.size()) return false;
@@ -362,6 +368,15 @@ bool sameExpr(const Expr* a, const Expr* b) {
     if (a->kind == ExprKind::Call && a->function != b->function) return false;
     for (std::size_t i = 0; i < a->operands.size(); ++i)
         if (!sameExpr(a->operands[i], b->operands[i])) return false;
+    return true;
+}
+
+bool sameLiterals(const Expr* a, const Expr* b) {
+    a = meant(a);
+    b = meant(b);
+    if (a->kind == ExprKind::Literal && b->kind == ExprKind::Literal) return *a->value == *b->value;
+    for (std::size_t i = 0; i < a->operands.size() && i < b->operands.size(); ++i)
+        if (!sameLiterals(a->operands[i], b->operands[i])) return false;
     return true;
 }
 

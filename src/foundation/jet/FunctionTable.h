@@ -36,6 +36,7 @@ struct FunctionInfo {
         LTrim,
         RTrim,
         Abs,
+        Clock,
         Count,
         Sum,
         Avg,

@@ -15,12 +15,12 @@ class SqliteEmitter final : public Emitter {
         out += '"';
     }
 
-    void parameter(QByteArray& out, int number) const override {
+    void parameter(QByteArray& out, int number, Type) const override {
         out += '?';
         out += QByteArray::number(number);
     }
 
-    void literal(QByteArray& out, const Value& stored) const override {
+    void literal(QByteArray& out, const Value& typed) const override {
         struct Visitor {
             QByteArray& out;
             void operator()(std::monostate) const { out += "NULL"; }
@@ -51,8 +51,14 @@ class SqliteEmitter final : public Emitter {
                 out += text.startsWith('-') ? '(' + text + ')' : text;
             }
         };
-        std::visit(Visitor{out}, stored.data());
+        std::visit(Visitor{out}, typed.data());
     }
+
+    void truthLiteral(QByteArray& out, bool truth, Type type) const override {
+        out += !truth ? "0" : type == Type::Currency ? "(-10000)" : "(-1)";
+    }
+    void null(QByteArray& out, Type) const override { out += "NULL"; }
+    std::size_t mostParameters() const override { return 200000; }
 
     void call(Writer& w, const char* function, std::span<Expr* const> arguments) const override {
         w.out += function;
@@ -66,6 +72,9 @@ class SqliteEmitter final : public Emitter {
         }
         w.out += ')';
     }
+
+    void clock(Writer& w, const char* function) const override { call(w, function, {}); }
+    void untyped(Writer& w, const Expr* e, Type) const override { w.operand(e); }
 
     void convert(Writer& w, Expr* from, Type to) const override {
         const auto through = [&](const char* function) {
@@ -154,65 +163,101 @@ class SqliteEmitter final : public Emitter {
         row(w, e, e->op == Op::Add ? " + " : e->op == Op::Subtract ? " - " : " * ");
     }
 
-    void concat(Writer& w, const Expr* e) const override {
-        part(w, e->operands[0]);
-        w.out += " || ";
-        part(w, e->operands[1]);
+    void negate(Writer& w, const Expr* operand) const override {
+        w.out += '-';
+        w.operand(operand);
     }
 
-    void truth(Writer& w, const Expr* condition) const override {
-        w.out += "-(";
-        w.raw(condition);
+    void absolute(Writer& w, const Expr* operand) const override { plainCall(w, "abs", operand); }
+
+    void beginning(Writer& w, const Expr* text, const Expr* count) const override {
+        w.out += "substr(";
+        w.value(text);
+        w.out += ", 1, ";
+        w.value(count);
+        w.out += ')';
+    }
+    void ending(Writer& w, const Expr* text, const Expr* count) const override {
+        w.out += "substr(";
+        w.value(text);
+        w.out += ", -";
+        w.value(count);
+        w.out += ", ";
+        w.value(count);
         w.out += ')';
     }
 
+    void aggregate(Writer& w, const Expr* e, const QByteArray& filter) const override {
+        using Form = FunctionInfo::Form;
+        const FunctionInfo* f = e->function;
+        const bool money = f->form == Form::Avg && e->type == Type::Currency;
+        const bool countCell = f->form == Form::Count && !filter.isEmpty();
+        if (money) w.out += "jet_tocurrency('d', ";
+        if (countCell) w.out += "nullif(";
+        w.out += f->sql;
+        w.out += '(';
+        if (e->form == CallForm::Distinct) w.out += "DISTINCT ";
+        if (e->operands.empty()) {
+            w.out += '*';
+        } else if (f->form == Form::Aggregate) {
+            w.out += '\'';
+            w.out += letterOf(e->operands[0]->type);
+            w.out += "', ";
+            w.value(e->operands[0]);
+        } else {
+            w.text(e->operands[0]);
+        }
+        w.out += ')';
+        w.out += filter;
+        if (countCell) w.out += ", 0)";
+        if (money) w.out += " / 10000.0)";
+    }
+
+    const char* otherwise() const override { return "ifnull"; }
+    const char* sameness() const override { return " IS "; }
+
+    bool yieldsTruth(const Expr* e) const override { return e->condition; }
+    void truth(Writer& w, const Expr* e) const override {
+        w.out += "-(";
+        w.raw(e);
+        w.out += ')';
+    }
+    void condition(Writer& w, const Expr* e) const override { w.raw(e); }
+
     QByteArray rowKey() const override { return "_rowid_"; }
     QByteArray collation() const override { return " COLLATE GERMAN"; }
+    const char* direction(bool descending) const override { return descending ? " DESC" : ""; }
+    bool collatesPositions() const override { return true; }
+    bool comparesGroups() const override { return false; }
+    const char* comma() const override { return ", "; }
 
-    void update(Writer& w, const Tree& tree) const override {
-        const Source* target = tree.target;
-        const auto& columns = target->table->columns;
-        if (tree.from.size() == 1 && tree.from[0] == target) {
-            w.out += "UPDATE ";
-            w.source(target);
-            w.out += " SET ";
-            for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
-                if (i) w.out += ", ";
-                const Column& c = columns[std::size_t(tree.assignments[i].column)];
-                w.name(c.name);
-                w.out += " = ";
-                w.assigned(tree.assignments[i].value, c);
-            }
-            if (tree.where) {
-                w.out += " WHERE ";
-                w.condition(tree.where);
-            }
-            return;
+    bool reachesNestedKeys() const override { return false; }
+
+    // A RIGHT JOIN is the LEFT JOIN of its sides exchanged. A join in parentheses on the right would become a
+    // subquery without row keys, so it comes first where the order does not matter, or is drawn into the row.
+    void join(Writer& w, const Source* s) const override {
+        const bool outer = s->join == JoinKind::Left || s->join == JoinKind::Right;
+        const bool nestedRight = s->right->form == Source::Form::Join;
+        const bool swapped =
+            s->join == JoinKind::Right || (!outer && nestedRight && s->left->form != Source::Form::Join);
+        const Source* left = swapped ? s->right : s->left;
+        const Source* right = swapped ? s->left : s->right;
+        w.source(left);
+        std::vector<const Expr*> conditions;
+        if (!outer) {
+            joinRow(w, right, conditions);
+        } else {
+            const bool nested = right->form == Source::Form::Join;
+            w.out += nested ? " LEFT JOIN (" : " LEFT JOIN ";
+            w.source(right);
+            if (nested) w.out += ')';
         }
-        // The joined rows are read first, with the new values, then written to the rows they belong to.
-        w.out += "UPDATE ";
-        w.name(target->table->name);
-        w.out += " AS \"%t\" SET ";
-        for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
-            if (i) w.out += ", ";
-            w.name(columns[std::size_t(tree.assignments[i].column)].name);
-            w.out += " = \"%q\".v" + QByteArray::number(qulonglong(i));
+        if (s->on) conditions.push_back(s->on);
+        for (std::size_t i = 0; i < conditions.size(); ++i) {
+            w.out += i ? " AND (" : conditions.size() > 1 ? " ON (" : " ON ";
+            w.condition(conditions[i]);
+            if (conditions.size() > 1) w.out += ')';
         }
-        w.out += " FROM (SELECT ";
-        w.columnName(target, -1);
-        w.out += " AS k";
-        for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
-            w.out += ", ";
-            w.assigned(tree.assignments[i].value, columns[std::size_t(tree.assignments[i].column)]);
-            w.out += " AS v" + QByteArray::number(qulonglong(i));
-        }
-        w.out += " FROM ";
-        w.from(tree.from);
-        if (tree.where) {
-            w.out += " WHERE ";
-            w.condition(tree.where);
-        }
-        w.out += ") AS \"%q\" WHERE \"%t\"._rowid_ = \"%q\".k";
     }
 
     // The engine keeps a list of numbered parameters and looks through all of it for each, so that thousands
@@ -263,14 +308,27 @@ class SqliteEmitter final : public Emitter {
         w.operand(e->operands[1]);
     }
 
-    static void part(Writer& w, const Expr* e) {
-        while (e->target)
-            e = e->target;
-        if (e->kind == ExprKind::Literal) return w.value(e);
-        if (e->kind == ExprKind::Binary && e->op == Op::Concat) return w.value(e);
-        w.out += "ifnull(";
-        w.value(e);
-        w.out += ", '')";
+    // " JOIN a JOIN b ..": the tables of inner joins, their conditions gathered.
+    static void joinRow(Writer& w, const Source* s, std::vector<const Expr*>& conditions) {
+        const bool inner =
+            s->form == Source::Form::Join && (s->join == JoinKind::Inner || s->join == JoinKind::Cross);
+        if (inner) {
+            joinRow(w, s->left, conditions);
+            joinRow(w, s->right, conditions);
+            if (s->on) conditions.push_back(s->on);
+            return;
+        }
+        const bool nested = s->form == Source::Form::Join;
+        w.out += nested ? " JOIN (" : " JOIN ";
+        w.source(s);
+        if (nested) w.out += ')';
+    }
+
+    static void plainCall(Writer& w, const char* function, const Expr* argument) {
+        w.out += function;
+        w.out += '(';
+        w.value(argument);
+        w.out += ')';
     }
 };
 

@@ -43,7 +43,7 @@ struct Translator::Impl {
 
     void select(const Tree& tree, Writer& w, Statement& s) const {
         columns(tree.query, s);
-        w.query(tree.query);
+        w.query(tree.query, Rows::Ordered);
         s.sql = w.out;
         // A set with thousands of literals is rather read at once than row by row.
         if (!changeable(tree.query) || s.parameters.size() > 2000) return;
@@ -128,8 +128,8 @@ struct Translator::Impl {
             ddl.add.push_back(c);
         }
         w.out += ") SELECT * FROM (";
-        w.query(tree.query);
-        w.out += ") WHERE true";
+        w.query(tree.query, Rows::Ordered);
+        w.out += ") AS \"%s\" WHERE true";
         if (!tree.emptyTable) s.sql = w.out;
         s.ddl = ddl;
         s.target = ddl.table;
@@ -169,7 +169,7 @@ std::shared_ptr<const Statement> Translator::translate(QStringView text) const {
         s->sql = w.out;
         break;
     case Kind::Update:
-        m_impl->emitter->update(w, tree);
+        w.update(tree);
         s->sql = w.out;
         break;
     case Kind::Delete:
@@ -181,6 +181,7 @@ std::shared_ptr<const Statement> Translator::translate(QStringView text) const {
         s->target = s->ddl->table;
     }
     m_impl->emitter->finish(s->sql, s->parameters.size());
+    if (w.hangsOnValues()) s->reusable = false;
     if (tree.table) s->target = tree.table->name;
     return s;
 }
@@ -215,9 +216,7 @@ std::shared_ptr<const Statement> Translator::translateFind(const Statement& dyna
     if (!d.where.isEmpty()) w.out += '(' + d.where + ") AND (";
     w.condition(e);
     if (!d.where.isEmpty()) w.out += ')';
-    w.out += " ORDER BY ";
-    if (!d.orderBy.isEmpty()) w.out += d.orderBy + ", ";
-    w.out += d.key + " LIMIT 1";
+    w.out += " ORDER BY " + (d.orderBy.isEmpty() ? d.key : d.orderBy) + " LIMIT 1";
     s->sql = w.out;
     return s;
 }

@@ -1,3 +1,4 @@
+#include "Binder.h"
 #include "Emitter.h"
 #include "Parser.h"
 
@@ -5,6 +6,11 @@ namespace jet {
 
 void Writer::parameter(const Expr* literal, Encoding encoding) {
     if (literal->literal < 0) return m_engine.literal(out, encode(*literal->value, encoding));
+    if (m_parameters.size() >= m_engine.mostParameters()) {
+        m_hangsOnValues = true;
+        return m_engine.literal(out, encode(*literal->value, encoding));
+    }
+    const Type type = encoding >= Encoding::LikePrefixLow ? Type::Text : literal->type;
     const int number = literal->literal + m_shift;
     // The parameters of one literal form a chain: with thousands of literals nobody can look through all.
     if (m_lastOf.size() <= std::size_t(number)) m_lastOf.resize(std::size_t(number) + 16, -1);
@@ -14,13 +20,23 @@ void Writer::parameter(const Expr* literal, Encoding encoding) {
         i = m_previous[std::size_t(i)];
     if (i < 0) {
         i = int(m_parameters.size());
-        m_parameters.push_back(
-            {number, encoding, encoding >= Encoding::LikePrefixLow ? Type::Text : literal->type});
+        m_parameters.push_back({number, encoding, type});
         m_previous.push_back(m_lastOf[std::size_t(number)]);
         m_lastOf[std::size_t(number)] = i;
     }
     m_bound = true;
-    m_engine.parameter(out, i + 1);
+    m_engine.parameter(out, i + 1, type);
+}
+
+void Writer::clockParameter(Encoding what) {
+    int& index = m_clock[std::size_t(what) - std::size_t(Encoding::Today)];
+    const Type type = what == Encoding::Timer ? Type::Double : Type::Date;
+    if (index < 0) {
+        index = int(m_parameters.size());
+        m_parameters.push_back({-1, what, type});
+    }
+    m_bound = true;
+    m_engine.parameter(out, index + 1, type);
 }
 
 void Writer::columnName(const Source* s, int column) {
@@ -37,33 +53,75 @@ void Writer::checkSize() const {
     if (out.size() > 16'000'000) raiseTooComplex(-1);
 }
 
-void Writer::operand(const Expr* e) {
+namespace {
+
+const Expr* plain(const Expr* e) {
     while (e->target)
         e = e->target;
-    const bool atom = !e->condition && (e->kind == ExprKind::Literal || e->kind == ExprKind::Name ||
-                                        e->kind == ExprKind::Call || e->kind == ExprKind::Scalar ||
-                                        e->kind == ExprKind::Null || e->kind == ExprKind::True ||
-                                        e->kind == ExprKind::False || e->kind == ExprKind::Convert);
+    return e;
+}
+
+} // namespace
+
+// The parts of a grouped select that stand in GROUP BY are written as they stand there. Two expressions of
+// GROUP BY may differ in their literals alone; then these decide.
+const QByteArray* Writer::groupText(const Expr* e) {
+    const Group* found = nullptr;
+    for (const Group& g : m_context.groups) {
+        if (e->kind != g.e->kind || !sameExpr(e, g.e)) continue;
+        if (!found) {
+            found = &g;
+            continue;
+        }
+        m_hangsOnValues = true;
+        if (!sameLiterals(e, found->e) && sameLiterals(e, g.e)) found = &g;
+    }
+    return found ? &found->text : nullptr;
+}
+
+void Writer::operand(const Expr* e) {
+    e = plain(e);
+    const bool atom =
+        !m_engine.yieldsTruth(e) &&
+        (e->kind == ExprKind::Literal || e->kind == ExprKind::Name || e->kind == ExprKind::Call ||
+         e->kind == ExprKind::Scalar || e->kind == ExprKind::Null || e->kind == ExprKind::True ||
+         e->kind == ExprKind::False || e->kind == ExprKind::Convert);
     if (!atom) out += '(';
     value(e);
     if (!atom) out += ')';
 }
 
+void Writer::operandAs(const Expr* e, Type type) {
+    e = plain(e);
+    if (e->type == Type::Null && type != Type::Null) return m_engine.untyped(*this, e, type);
+    operand(e);
+}
+
 void Writer::value(const Expr* e) {
-    while (e->target)
-        e = e->target;
-    if (e->condition)
+    e = plain(e);
+    if (const QByteArray* group = groupText(e))
+        out += *group;
+    else if (m_engine.yieldsTruth(e))
         m_engine.truth(*this, e);
     else
         raw(e);
 }
 
-void Writer::condition(const Expr* e) { raw(e); }
+void Writer::valueAs(const Expr* e, Type type) {
+    e = plain(e);
+    if (e->type == Type::Null && type != Type::Null) return m_engine.untyped(*this, e, type);
+    value(e);
+}
+
+void Writer::condition(const Expr* e) { m_engine.condition(*this, plain(e)); }
 
 void Writer::text(const Expr* e) {
-    while (e->target)
-        e = e->target;
+    e = plain(e);
     if (!isText(e->type) || e->collated || e->kind == ExprKind::Null) return value(e);
+    if (const QByteArray* group = groupText(e)) {
+        out += *group;
+        return;
+    }
     operand(e);
     out += m_engine.collation();
 }
@@ -109,21 +167,15 @@ void Writer::raw(const Expr* e) {
     switch (e->kind) {
     case ExprKind::Literal:
         return parameter(e, e->encoding);
-    case ExprKind::True: {
-        out += e->type == Type::Currency ? "(-10000)" : "(-1)";
-        return;
-    }
+    case ExprKind::True:
     case ExprKind::False:
-        out += '0';
-        return;
+        return m_engine.truthLiteral(out, e->kind == ExprKind::True, e->type);
     case ExprKind::Null:
-        out += "NULL";
-        return;
+        return m_engine.null(out, e->type);
     case ExprKind::Name:
         return columnName(e->source, e->column);
     case ExprKind::Negate:
-        out += '-';
-        return operand(e->operands[0]);
+        return m_engine.negate(*this, e->operands[0]);
     case ExprKind::Plus:
         return operand(e->operands[0]);
     case ExprKind::Not:
@@ -160,7 +212,7 @@ void Writer::raw(const Expr* e) {
             out += ')';
             return;
         case Op::Concat:
-            return m_engine.concat(*this, e);
+            return concat(e);
         default:
             return m_engine.arithmetic(*this, e);
         }
@@ -177,13 +229,10 @@ void Writer::raw(const Expr* e) {
     case ExprKind::Call:
         return callExpr(e);
     case ExprKind::Scalar:
-        out += '(';
-        query(e->query);
-        out += ')';
-        return;
+        return scalar(e->query);
     case ExprKind::Exists:
         out += "EXISTS (";
-        query(e->query);
+        query(e->query, Rows::Free);
         out += ')';
         return;
     case ExprKind::Compare:
@@ -212,12 +261,6 @@ const char* comparisonSign(Op op) {
     }
 }
 
-const Expr* plain(const Expr* e) {
-    while (e->target)
-        e = e->target;
-    return e;
-}
-
 } // namespace
 
 void Writer::collate(const Expr* e) {
@@ -227,41 +270,45 @@ void Writer::collate(const Expr* e) {
 void Writer::comparison(const Expr* e) {
     const Expr* a = plain(e->operands[0]);
     const Expr* b = plain(e->operands[1]);
-    operand(a);
+    operandAs(a, b->type);
     if ((isText(a->type) || isText(b->type)) && !a->collated && !b->collated) out += m_engine.collation();
     out += comparisonSign(e->op);
-    operand(b);
+    operandAs(b, a->type);
 }
 
 void Writer::between(const Expr* e) {
     const Expr* a = plain(e->operands[0]);
-    operand(a);
+    operandAs(a, e->operands[1]->type);
     if (isText(a->type) && !a->collated) collate(a);
     out += e->negated ? " NOT BETWEEN " : " BETWEEN ";
-    operand(e->operands[1]);
+    operandAs(e->operands[1], a->type);
     out += " AND ";
-    operand(e->operands[2]);
+    operandAs(e->operands[2], a->type);
 }
 
 void Writer::inList(const Expr* e) {
     const Expr* a = plain(e->operands[0]);
-    operand(a);
+    operandAs(a, e->query ? e->query->outputs[0].type : e->operands[1]->type);
     if (isText(a->type) && !a->collated) collate(a);
     out += e->negated ? " NOT IN (" : " IN (";
-    if (e->query)
-        query(e->query);
-    else
-        list(e->operands.subspan(1));
+    if (e->query) {
+        query(e->query, Rows::Free);
+    } else {
+        for (std::size_t i = 1; i < e->operands.size(); ++i) {
+            if (i > 1) out += ", ";
+            valueAs(e->operands[i], a->type);
+        }
+    }
     out += ')';
 }
 
 // x op ANY (q): there is a row that fulfils it; x op ALL (q): there is none that does not.
 void Writer::quantified(const Expr* e) {
     out += e->negated ? "NOT EXISTS (SELECT 1 FROM (" : "EXISTS (SELECT 1 FROM (";
-    query(e->query);
+    query(e->query, Rows::Free);
     out += ") AS \"%any\" WHERE ";
     if (e->negated) out += "NOT (";
-    operand(e->operands[0]);
+    operandAs(e->operands[0], e->query->outputs[0].type);
     collate(e->operands[0]);
     out += comparisonSign(e->op);
     out += "\"%any\".";
@@ -270,17 +317,46 @@ void Writer::quantified(const Expr* e) {
     out += ')';
 }
 
+// Of several rows the first counts.
+void Writer::scalar(const Query* q) {
+    const Select* s = q->legs.size() == 1 ? q->legs[0].select : nullptr;
+    const bool single = s && ((s->grouped && s->groupBy.empty()) || s->from.empty());
+    const bool limited = s && s->top >= 0;
+    out += limited ? "(SELECT * FROM (" : "(";
+    query(q, single ? Rows::Free : Rows::Ordered);
+    if (limited) out += ") AS \"%s\"";
+    if (!single) out += " LIMIT 1";
+    out += ')';
+}
+
+// Null is an empty text.
+void Writer::concat(const Expr* e) {
+    concatPart(e->operands[0]);
+    out += " || ";
+    concatPart(e->operands[1]);
+}
+
+void Writer::concatPart(const Expr* e) {
+    e = plain(e);
+    if (e->kind == ExprKind::Literal || (e->kind == ExprKind::Binary && e->op == Op::Concat))
+        return valueAs(e, Type::Text);
+    out += m_engine.otherwise();
+    out += '(';
+    valueAs(e, Type::Text);
+    out += ", '')";
+}
+
 void Writer::callExpr(const Expr* e) {
     using Form = FunctionInfo::Form;
     const FunctionInfo* f = e->function;
     const auto& args = e->operands;
-    if (f->isAggregate()) return aggregate(e);
-    auto plainCall = [&](const char* functionName) {
-        out += functionName;
-        out += '(';
-        list(args);
-        out += ')';
-    };
+    if (f->isAggregate()) {
+        // Inside an aggregate everything is the rows' own.
+        const auto groups = std::exchange(m_context.groups, {});
+        m_engine.aggregate(*this, e, m_filter);
+        m_context.groups = groups;
+        return;
+    }
     const bool countKnown = args.size() == 2 && args[1]->kind == ExprKind::Literal &&
                             args[1]->literalClass == LiteralClass::Integer;
     switch (f->form) {
@@ -297,55 +373,24 @@ void Writer::callExpr(const Expr* e) {
     case Form::Trim:
     case Form::LTrim:
     case Form::RTrim:
+        out += f->sql;
+        out += '(';
+        valueAs(args[0], Type::Text);
+        out += ')';
+        return;
     case Form::Abs:
-        return plainCall(f->sql);
+        return m_engine.absolute(*this, args[0]);
     case Form::Left:
         if (!countKnown) return m_engine.call(*this, f->sql, args);
-        out += "substr(";
-        value(args[0]);
-        out += ", 1, ";
-        value(args[1]);
-        out += ')';
-        return;
+        return m_engine.beginning(*this, args[0], args[1]);
     case Form::Right:
         if (!countKnown) return m_engine.call(*this, f->sql, args);
-        out += "substr(";
-        value(args[0]);
-        out += ", -";
-        value(args[1]);
-        out += ", ";
-        value(args[1]);
-        out += ')';
-        return;
+        return m_engine.ending(*this, args[0], args[1]);
+    case Form::Clock:
+        return m_engine.clock(*this, f->sql);
     default:
         return m_engine.call(*this, f->sql, args);
     }
-}
-
-void Writer::aggregate(const Expr* e) {
-    using Form = FunctionInfo::Form;
-    const FunctionInfo* f = e->function;
-    const bool money = f->form == Form::Avg && e->type == Type::Currency;
-    const bool countCell = f->form == Form::Count && !m_filter.isEmpty();
-    if (money) out += "jet_tocurrency('d', ";
-    if (countCell) out += "nullif(";
-    out += f->sql;
-    out += '(';
-    if (e->form == CallForm::Distinct) out += "DISTINCT ";
-    if (e->operands.empty()) {
-        out += '*';
-    } else if (f->form == Form::Aggregate) {
-        out += '\'';
-        out += letterOf(e->operands[0]->type);
-        out += "', ";
-        value(e->operands[0]);
-    } else {
-        text(e->operands[0]);
-    }
-    out += ')';
-    out += m_filter;
-    if (countCell) out += ", 0)";
-    if (money) out += " / 10000.0)";
 }
 
 void Writer::choice(const Expr* e) {
@@ -356,10 +401,10 @@ void Writer::choice(const Expr* e) {
         out += "CASE WHEN ";
         condition(args[0]);
         out += " THEN ";
-        value(args[1]);
+        valueAs(args[1], e->type);
         if (args.size() > 2) {
             out += " ELSE ";
-            value(args[2]);
+            valueAs(args[2], e->type);
         }
         break;
     case Form::Switch:
@@ -368,7 +413,7 @@ void Writer::choice(const Expr* e) {
             out += " WHEN ";
             condition(args[i]);
             out += " THEN ";
-            value(args[i + 1]);
+            valueAs(args[i + 1], e->type);
         }
         break;
     case Form::Choose:
@@ -379,15 +424,16 @@ void Writer::choice(const Expr* e) {
             m_engine.convert(*this, args[0], Type::Long);
         for (std::size_t i = 1; i < args.size(); ++i) {
             out += " WHEN " + QByteArray::number(qulonglong(i)) + " THEN ";
-            value(args[i]);
+            valueAs(args[i], e->type);
         }
         break;
     default:
-        out += "ifnull(";
-        value(args[0]);
+        out += m_engine.otherwise();
+        out += '(';
+        valueAs(args[0], e->type);
         out += ", ";
         if (args.size() > 1)
-            value(args[1]);
+            valueAs(args[1], e->type);
         else
             out += isText(e->type) || e->type == Type::Null ? "''" : "0";
         out += ')';

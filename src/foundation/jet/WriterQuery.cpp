@@ -1,46 +1,93 @@
+#include "Binder.h"
 #include "Emitter.h"
 
 namespace jet {
 
 namespace {
 
-bool collatedOutput(const Output& o) {
-    const Expr* e = o.expr;
+const Expr* plain(const Expr* e) {
     while (e && e->target)
         e = e->target;
+    return e;
+}
+
+bool collatedOutput(const Output& o) {
+    const Expr* e = plain(o.expr);
     return e && e->collated;
+}
+
+const Expr* orderExpr(const OrderItem& item, const Select* s) {
+    return plain(item.position ? s->outputs[std::size_t(item.position - 1)].expr : item.expr);
+}
+
+/// No two rows have the same value: nothing else needs to be looked at.
+bool tellsRowsApart(const OrderItem& item, const Select* s) {
+    const Expr* e = orderExpr(item, s);
+    return e->kind == ExprKind::Name && e->source->table && s->from.size() == 1 && s->from[0] == e->source &&
+           (e->column < 0 || e->source->table->columns[std::size_t(e->column)].autoNumber);
+}
+
+bool hasOuterJoin(const Source* s) {
+    return s->form == Source::Form::Join && (s->join == JoinKind::Left || s->join == JoinKind::Right ||
+                                             hasOuterJoin(s->left) || hasOuterJoin(s->right));
+}
+
+/// Its rows come as those of the one derived table that it reads.
+bool passesOn(const Select* s, const Query* q) {
+    return q && q->orderBy.empty() && s->from.size() == 1 && s->from[0]->form == Source::Form::Derived &&
+           !s->grouped && s->groupBy.empty() && s->quantifier != Quantifier::Distinct && s->hidden.empty();
+}
+
+QByteArray helper(const char* stem, std::size_t number) {
+    return QByteArray("\"%") + stem + QByteArray::number(qulonglong(number)) + '"';
 }
 
 } // namespace
 
-void Writer::query(const Query* q) {
-    if (q->legs.size() == 1 && q->legs[0].select) return select(q->legs[0].select, q);
-    for (std::size_t i = 0; i < q->legs.size(); ++i) {
-        if (i) out += q->legs[i].all ? " UNION ALL " : " UNION ";
-        leg(q->legs[i], q->legs.size() > 1 || !q->orderBy.empty());
-    }
-    if (q->orderBy.empty()) return;
-    out += " ORDER BY ";
-    orderTerms(q, nullptr, true);
+void Writer::query(const Query* q, Rows rows) {
+    if (q->legs.size() == 1 && q->legs[0].select) return select(q->legs[0].select, q, rows);
+    if (q->legs.size() == 1 && q->orderBy.empty()) return query(q->legs[0].nested, rows);
+    compound(q, rows);
 }
 
-void Writer::leg(const Leg& l, bool compound) {
-    if (l.nested) {
-        if (!compound) return query(l.nested);
+// A UNION that drops doubles, or has an ORDER BY, is put in order as a whole; what UNION ALL appends to it
+// comes behind, each part in its own order.
+void Writer::compound(const Query* q, Rows rows) {
+    const std::size_t count = q->legs.size();
+    std::size_t united = count;
+    while (united > 1 && q->legs[united - 1].all)
+        --united;
+    const bool whole = united == count || !q->orderBy.empty();
+    if (!whole && rows == Rows::Ordered && united > 1) {
+        Query head = *q;
+        head.legs = q->legs.first(united);
         out += "SELECT * FROM (";
-        query(l.nested);
-        out += ')';
-        return;
+        compound(&head, rows);
+        out += ") AS \"%u\"";
     }
-    if (l.select->top < 0) return select(l.select, nullptr);
-    Query limited;
-    Leg legs[] = {l};
-    limited.legs = legs;
-    limited.outputs = l.select->outputs;
-    limited.named = true;
+    const bool headDone = !whole && rows == Rows::Ordered && united > 1;
+    for (std::size_t i = headDone ? united : 0; i < count; ++i) {
+        if (i) out += q->legs[i].all ? " UNION ALL " : " UNION ";
+        leg(q->legs[i], whole ? Rows::Free : rows);
+    }
+    if (whole && (rows == Rows::Ordered || !q->orderBy.empty())) orderBy(q, nullptr);
+}
+
+void Writer::leg(const Leg& l, Rows rows) {
+    const bool wrapped = l.nested || l.select->top >= 0 || (rows == Rows::Ordered && !l.select->from.empty());
+    if (!wrapped) return select(l.select, nullptr, rows);
     out += "SELECT * FROM (";
-    query(&limited);
-    out += ')';
+    if (l.nested) {
+        query(l.nested, rows);
+    } else {
+        Query alone;
+        Leg legs[] = {l};
+        alone.legs = legs;
+        alone.outputs = l.select->outputs;
+        alone.named = true;
+        query(&alone, rows);
+    }
+    out += ") AS \"%l\"";
 }
 
 void Writer::selectList(const Select* s, bool named, bool collated) {
@@ -59,8 +106,38 @@ void Writer::selectList(const Select* s, bool named, bool collated) {
     }
 }
 
+void Writer::outputNames(const Select* s) {
+    bool first = true;
+    for (const Output& o : s->outputs) {
+        if (!first) out += ", ";
+        first = false;
+        name(o.name);
+    }
+}
+
+// The texts of GROUP BY, made beforehand since the select list comes first.
+Writer::Context Writer::enter(const Select* s) {
+    Context context;
+    context.select = s;
+    if (!m_engine.comparesGroups()) return context;
+    Context outer = std::exchange(m_context, context);
+    const QByteArray before = std::exchange(out, {});
+    for (const Expr* e : s->groupBy) {
+        e = plain(e);
+        if (e->kind == ExprKind::Name || e->kind == ExprKind::Literal) continue;
+        out = "(";
+        text(e);
+        out += ')';
+        context.groups.push_back({e, out});
+    }
+    out = before;
+    m_context = std::move(outer);
+    return context;
+}
+
 // FROM to HAVING.
 void Writer::selectBody(const Select* s) {
+    auto groups = std::exchange(m_context.groups, {});
     if (!s->from.empty()) {
         out += " FROM ";
         from(s->from);
@@ -69,6 +146,7 @@ void Writer::selectBody(const Select* s) {
         out += " WHERE ";
         condition(s->where);
     }
+    m_context.groups = std::move(groups);
     if (!s->groupBy.empty()) {
         out += " GROUP BY ";
         for (std::size_t i = 0; i < s->groupBy.size(); ++i) {
@@ -82,125 +160,218 @@ void Writer::selectBody(const Select* s) {
     }
 }
 
-void Writer::select(const Select* s, const Query* q) {
+void Writer::select(const Select* s, const Query* q, Rows rows) {
+    const bool limited = s->top >= 0 && q;
+    const bool ordered = q && (rows == Rows::Ordered || limited);
     const bool distinct = s->quantifier == Quantifier::Distinct;
-    if (s->top >= 0 && q) {
-        bool ties = s->percent || !s->hidden.empty();
-        for (const OrderItem& item : q->orderBy) {
-            const Expr* e = item.position ? s->outputs[std::size_t(item.position - 1)].expr : item.expr;
-            while (e->target)
-                e = e->target;
-            const bool unique = e->kind == ExprKind::Name && e->source->table && s->from.size() == 1 &&
-                                s->from[0] == e->source && e->column >= 0 &&
-                                e->source->table->columns[std::size_t(e->column)].autoNumber;
-            if (unique) {
-                ties = s->percent;
-                break;
-            }
-            ties = true;
-        }
-        if (ties) return topWithTies(s, q);
-    }
-    const bool named = q && q->named;
-    if (!s->hidden.empty()) {
+    Context context = enter(s);
+    if (ordered && passesOn(s, q)) context.derived = Rows::Ordered;
+    const Context outer = std::exchange(m_context, std::move(context));
+    const bool ties =
+        limited &&
+        (s->percent || !s->hidden.empty() ||
+         (!q->orderBy.empty() && std::none_of(q->orderBy.begin(), q->orderBy.end(),
+                                              [&](const OrderItem& i) { return tellsRowsApart(i, s); })));
+    if (ties) {
+        topWithTies(s, q);
+    } else if (!s->hidden.empty()) {
         out += "SELECT ";
-        bool first = true;
-        for (const Output& o : s->outputs) {
-            if (!first) out += ", ";
-            first = false;
-            name(o.name);
-        }
-        out += " FROM (SELECT DISTINCT ";
-        selectList(s, true, true);
-        for (std::size_t i = 0; i < s->hidden.size(); ++i) {
-            out += ", ";
-            value(s->hidden[i]);
-            out += " AS \"%k" + QByteArray::number(qulonglong(i)) + '"';
-        }
-        selectBody(s);
-        out += ')';
+        outputNames(s);
+        out += " FROM (";
+        distinctRows(s, q);
+        out += ") AS \"%d\"";
+        if (ordered) orderBy(q, s, Terms::Names);
     } else {
+        const bool named = q && q->named;
         out += distinct ? "SELECT DISTINCT " : "SELECT ";
-        selectList(s, named, named || distinct || !q);
+        selectList(s, named, named || distinct || !q || !m_engine.collatesPositions());
         selectBody(s);
+        if (ordered) orderBy(q, s);
+        if (s->top >= 0) out += " LIMIT " + QByteArray::number(s->top);
     }
-    if (q && !q->orderBy.empty()) {
-        out += " ORDER BY ";
-        orderTerms(q, s, true);
+    m_context = outer;
+}
+
+// The rows of a DISTINCT with what else tells them apart and puts them in order.
+void Writer::distinctRows(const Select* s, const Query* q) {
+    out += "SELECT DISTINCT ";
+    selectList(s, true, true);
+    for (std::size_t i = 0; i < s->hidden.size(); ++i) {
+        out += ", ";
+        value(s->hidden[i]);
+        out += " AS " + helper("k", i);
     }
-    if (s->top >= 0) out += " LIMIT " + QByteArray::number(s->top);
+    for (std::size_t i = 0; q && i < q->orderBy.size(); ++i) {
+        if (q->orderBy[i].position) continue;
+        out += ", ";
+        text(q->orderBy[i].expr);
+        out += " AS " + helper("o", i);
+    }
+    selectBody(s);
 }
 
 // TOP counts rows of equal rank as one; engines do not, so that the ranks are told by a window.
 void Writer::topWithTies(const Select* s, const Query* q) {
     const bool distinct = s->quantifier == Quantifier::Distinct || !s->hidden.empty();
-    auto window = [&](bool byPosition) {
-        if (q->orderBy.empty()) {
-            out += ", row_number() OVER () AS \"%r\"";
-        } else {
+    auto windows = [&](Terms how) {
+        const bool ranked = !q->orderBy.empty();
+        if (ranked) {
             out += ", rank() OVER (ORDER BY ";
-            bool first = true;
-            for (const OrderItem& item : q->orderBy) {
-                if (!first) out += ", ";
-                first = false;
-                if (byPosition && item.position)
-                    name(s->outputs[std::size_t(item.position - 1)].name);
-                else
-                    text(item.position ? s->outputs[std::size_t(item.position - 1)].expr : item.expr);
-                if (item.descending) out += " DESC";
-            }
+            orderTerms(q, s, how, false);
             out += ") AS \"%r\"";
         }
-        if (s->percent) out += ", count(*) OVER () AS \"%n\"";
-    };
-    auto names = [&] {
-        bool first = true;
-        for (const Output& o : s->outputs) {
-            if (!first) out += ", ";
-            first = false;
-            name(o.name);
-        }
+        out += ", row_number() OVER (";
+        const qsizetype before = out.size();
+        orderBy(q, s, how);
+        if (out.size() > before) out.remove(before, 1);
+        out += ") AS \"%n\"";
+        if (s->percent) out += ", count(*) OVER () AS \"%c\"";
     };
     out += "SELECT ";
-    names();
+    outputNames(s);
     out += " FROM (SELECT ";
     if (distinct) {
-        names();
-        window(true);
-        out += " FROM (SELECT DISTINCT ";
-        selectList(s, true, true);
-        selectBody(s);
-        out += ')';
+        outputNames(s);
+        windows(Terms::Names);
+        out += " FROM (";
+        distinctRows(s, q);
+        out += ") AS \"%d\"";
     } else {
         selectList(s, true, true);
-        window(false);
+        windows(Terms::Expressions);
         selectBody(s);
     }
-    out += ") WHERE \"%r\" <= ";
+    out += q->orderBy.empty() ? ") AS \"%t\" WHERE \"%n\" <= " : ") AS \"%t\" WHERE \"%r\" <= ";
     const QByteArray top = QByteArray::number(s->top);
-    out += s->percent ? "(\"%n\" * " + top + " + 99) / 100" : top;
-    out += " ORDER BY \"%r\"";
+    out += s->percent ? "(\"%c\" * " + top + " + 99) / 100" : top;
+    out += " ORDER BY \"%n\"";
 }
 
-void Writer::orderTerms(const Query* q, const Select* s, bool positions) {
-    bool first = true;
-    for (const OrderItem& item : q->orderBy) {
+void Writer::orderBy(const Query* q, const Select* s, Terms how) {
+    const qsizetype before = out.size();
+    out += " ORDER BY ";
+    const qsizetype start = out.size();
+    orderTerms(q, s, how, true);
+    if (out.size() == start) out.truncate(before);
+}
+
+void Writer::orderTerms(const Query* q, const Select* s, Terms how, bool ties) {
+    const auto outputs = s ? s->outputs : q->outputs;
+    std::vector<bool> placed(outputs.size(), false);
+    bool first = true, apart = false;
+    for (std::size_t i = 0; i < q->orderBy.size(); ++i) {
+        const OrderItem& item = q->orderBy[i];
         if (!first) out += ", ";
         first = false;
-        if (item.position && positions) {
-            const Output& o = (s ? s->outputs : q->outputs)[std::size_t(item.position - 1)];
+        const Output* o = item.position ? &outputs[std::size_t(item.position - 1)] : nullptr;
+        if (o) placed[std::size_t(item.position - 1)] = true;
+        if (how == Terms::Names) {
+            if (o)
+                name(o->name);
+            else
+                out += helper("o", i);
+        } else if (o && how == Terms::Positions) {
             out += QByteArray::number(item.position);
-            if (isText(o.type) && !collatedOutput(o)) out += m_engine.collation();
+            if (m_engine.collatesPositions() && isText(o->type) && !collatedOutput(*o))
+                out += m_engine.collation();
         } else {
-            text(item.position ? s->outputs[std::size_t(item.position - 1)].expr : item.expr);
+            text(o ? o->expr : item.expr);
         }
-        if (item.descending) out += " DESC";
+        out += m_engine.direction(item.descending);
+        apart = apart || (s && tellsRowsApart(item, s));
     }
+    if (ties && !apart) tieTerms(q, s, how, placed, first);
+}
+
+// Rows of equal rank come in the order of their groups, of their columns where doubles were dropped, else of
+// the tables' rows from left to right.
+void Writer::tieTerms(const Query* q, const Select* s, Terms how, std::vector<bool>& placed, bool& first) {
+    auto term = [&](auto&& write) {
+        if (!first) out += ", ";
+        first = false;
+        write();
+        out += m_engine.direction(false);
+    };
+    if (s && !s->hidden.empty()) {
+        for (std::size_t i = 0; i < s->hidden.size(); ++i)
+            term([&] { out += helper("k", i); });
+        return;
+    }
+    if (!s || s->quantifier == Quantifier::Distinct) {
+        const auto outputs = s ? s->outputs : q->outputs;
+        for (std::size_t i = 0; i < outputs.size(); ++i) {
+            if (placed[i]) continue;
+            term([&] {
+                if (how == Terms::Names) return name(outputs[i].name);
+                out += QByteArray::number(qulonglong(i + 1));
+                if (m_engine.collatesPositions() && isText(outputs[i].type) && !collatedOutput(outputs[i]))
+                    out += m_engine.collation();
+            });
+        }
+        return;
+    }
+    if (s->grouped || !s->groupBy.empty()) {
+        for (const Expr* g : s->groupBy) {
+            const bool told = std::any_of(q->orderBy.begin(), q->orderBy.end(), [&](const OrderItem& item) {
+                return sameExpr(orderExpr(item, s), g);
+            });
+            if (!told) term([&] { text(g); });
+        }
+        return;
+    }
+    if (m_context.derived == Rows::Ordered) return;
+    for (const Source* source : s->from)
+        keyTerms(source, {}, false, first);
+}
+
+// The key of a table's row is only Null where an outer join found none; elsewhere an index can serve it. An
+// engine that does not see the key may see the counter, which is the same number.
+void Writer::keyTerms(const Source* s, Place place, bool descending, bool& first) {
+    if (s->form == Source::Form::Join) {
+        Place left = place, right = place;
+        left.mayMiss = left.mayMiss || s->join == JoinKind::Right;
+        right.mayMiss = right.mayMiss || s->join == JoinKind::Left;
+        left.nested = left.nested || (s->left->form == Source::Form::Join && s->join == JoinKind::Right);
+        right.nested = right.nested || (s->right->form == Source::Form::Join &&
+                                        (s->join == JoinKind::Left || hasOuterJoin(s->right)));
+        keyTerms(s->left, left, descending, first);
+        keyTerms(s->right, right, descending, first);
+        return;
+    }
+    std::vector<int> columns;
+    if (!s->table) {
+        for (std::size_t i = 0; i < s->query->outputs.size(); ++i)
+            columns.push_back(int(i));
+    } else if (!place.nested || m_engine.reachesNestedKeys()) {
+        columns.push_back(-1);
+    } else {
+        for (std::size_t i = 0; i < s->table->columns.size(); ++i)
+            if (s->table->columns[i].autoNumber) columns.push_back(int(i));
+    }
+    for (const int column : columns) {
+        if (!first) out += ", ";
+        first = false;
+        columnName(s, column);
+        if (!s->table || place.mayMiss)
+            out += m_engine.direction(descending);
+        else if (descending)
+            out += " DESC";
+    }
+}
+
+QByteArray Writer::rowOrder(bool descending) {
+    const Select* s = m_context.select;
+    if (!s) return {};
+    const QByteArray before = std::exchange(out, {});
+    bool first = true;
+    for (const Source* source : s->from)
+        keyTerms(source, {}, descending, first);
+    return std::exchange(out, before);
 }
 
 void Writer::from(std::span<Source* const> sources) {
     for (std::size_t i = 0; i < sources.size(); ++i) {
-        if (i) out += ", ";
+        if (i) out += m_engine.comma();
         source(sources[i]);
     }
 }
@@ -216,53 +387,13 @@ void Writer::source(const Source* s) {
         return;
     case Source::Form::Derived:
         out += '(';
-        query(s->query);
+        query(s->query, m_context.derived);
         out += ") AS ";
         name(s->alias);
         return;
     case Source::Form::Join:
-        break;
+        return m_engine.join(*this, s);
     }
-    // A RIGHT JOIN is the LEFT JOIN of its sides exchanged. A join in parentheses on the right would become a
-    // subquery without row keys, so it comes first where the order does not matter, or is drawn into the row.
-    const bool outer = s->join == JoinKind::Left || s->join == JoinKind::Right;
-    const bool nestedRight = s->right->form == Source::Form::Join;
-    const bool swapped =
-        s->join == JoinKind::Right || (!outer && nestedRight && s->left->form != Source::Form::Join);
-    const Source* left = swapped ? s->right : s->left;
-    const Source* right = swapped ? s->left : s->right;
-    source(left);
-    std::vector<const Expr*> conditions;
-    if (!outer) {
-        joinRow(right, conditions);
-    } else {
-        const bool nested = right->form == Source::Form::Join;
-        out += nested ? " LEFT JOIN (" : " LEFT JOIN ";
-        source(right);
-        if (nested) out += ')';
-    }
-    if (s->on) conditions.push_back(s->on);
-    for (std::size_t i = 0; i < conditions.size(); ++i) {
-        out += i ? " AND (" : conditions.size() > 1 ? " ON (" : " ON ";
-        condition(conditions[i]);
-        if (conditions.size() > 1) out += ')';
-    }
-}
-
-// " JOIN a JOIN b ..": the tables of inner joins, their conditions gathered.
-void Writer::joinRow(const Source* s, std::vector<const Expr*>& conditions) {
-    const bool inner =
-        s->form == Source::Form::Join && (s->join == JoinKind::Inner || s->join == JoinKind::Cross);
-    if (inner) {
-        joinRow(s->left, conditions);
-        joinRow(s->right, conditions);
-        if (s->on) conditions.push_back(s->on);
-        return;
-    }
-    const bool nested = s->form == Source::Form::Join;
-    out += nested ? " JOIN (" : " JOIN ";
-    source(s);
-    if (nested) out += ')';
 }
 
 void Writer::dynaset(const Query* q, Dynaset& result) {
@@ -278,7 +409,7 @@ void Writer::dynaset(const Query* q, Dynaset& result) {
     result.from = piece([&] { source(base); });
     result.key = piece([&] { columnName(base, -1); });
     if (s->where) result.where = piece([&] { condition(s->where); });
-    if (!q->orderBy.empty()) result.orderBy = piece([&] { orderTerms(q, s, false); });
+    if (!q->orderBy.empty()) result.orderBy = piece([&] { orderTerms(q, s, Terms::Expressions, true); });
     m_bound = false;
     result.columns = piece([&] { selectList(s, false, false); });
     result.columnsBind = m_bound;

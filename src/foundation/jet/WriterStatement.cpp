@@ -5,8 +5,11 @@ namespace jet {
 void Writer::assigned(const Expr* e, const Column& column) {
     const bool mayBeNull = column.type == Type::Boolean && e->kind != ExprKind::Literal &&
                            e->kind != ExprKind::True && e->kind != ExprKind::False;
-    if (mayBeNull) out += "ifnull("; // a truth value is never Null
-    value(e);
+    if (mayBeNull) { // a truth value is never Null
+        out += m_engine.otherwise();
+        out += '(';
+    }
+    valueAs(e, column.type);
     if (mayBeNull) out += ", 0)";
 }
 
@@ -50,15 +53,65 @@ void Writer::insert(const Tree& tree) {
     for (std::size_t i = 0; i < tree.query->outputs.size(); ++i) {
         if (i) out += ", ";
         const bool truth = to.columns[std::size_t(tree.columnIndexes[i])].type == Type::Boolean;
-        if (truth) out += "ifnull(";
+        if (truth) {
+            out += m_engine.otherwise();
+            out += '(';
+        }
         name(tree.query->outputs[i].name);
         if (truth) out += ", 0)";
     }
     defaults();
     out += " FROM (";
-    query(tree.query);
-    // The WHERE keeps the engine from reading what follows a SELECT as a conflict clause.
-    out += ") WHERE true";
+    query(tree.query, Rows::Ordered);
+    // The WHERE keeps an engine from reading what follows a SELECT as a conflict clause.
+    out += ") AS \"%s\" WHERE true";
+}
+
+void Writer::update(const Tree& tree) {
+    const Source* target = tree.target;
+    const auto& columns = target->table->columns;
+    auto column = [&](std::size_t i) -> const Column& {
+        return columns[std::size_t(tree.assignments[i].column)];
+    };
+    out += "UPDATE ";
+    if (tree.from.size() == 1 && tree.from[0] == target) {
+        source(target);
+        out += " SET ";
+        for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
+            if (i) out += ", ";
+            name(column(i).name);
+            out += " = ";
+            assigned(tree.assignments[i].value, column(i));
+        }
+        if (tree.where) {
+            out += " WHERE ";
+            condition(tree.where);
+        }
+        return;
+    }
+    // The joined rows are read first, with the new values, then written to the rows they belong to.
+    name(target->table->name);
+    out += " AS \"%t\" SET ";
+    for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
+        if (i) out += ", ";
+        name(column(i).name);
+        out += " = \"%q\".v" + QByteArray::number(qulonglong(i));
+    }
+    out += " FROM (SELECT ";
+    columnName(target, -1);
+    out += " AS k";
+    for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
+        out += ", ";
+        assigned(tree.assignments[i].value, column(i));
+        out += " AS v" + QByteArray::number(qulonglong(i));
+    }
+    out += " FROM ";
+    from(tree.from);
+    if (tree.where) {
+        out += " WHERE ";
+        condition(tree.where);
+    }
+    out += ") AS \"%q\" WHERE \"%t\"." + m_engine.rowKey() + " = \"%q\".k";
 }
 
 void Writer::remove(const Tree& tree) {
@@ -93,36 +146,30 @@ void Writer::pivotHeads(const Tree& tree) {
     text(tree.pivot);
     selectBody(&heads);
     out += " ORDER BY 1";
+    out += m_engine.direction(false);
 }
 
 void Writer::pivot(const Tree& tree, const std::vector<QByteArray>& heads) {
     const Query* q = tree.query;
     const Select* s = q->legs[0].select;
+    Context outer = std::exchange(m_context, enter(s));
     out += "SELECT ";
-    selectList(s, false, false);
+    selectList(s, false, !m_engine.collatesPositions());
     for (const QByteArray& head : heads) {
         const QByteArray before = std::exchange(out, {});
+        const auto groups = std::exchange(m_context.groups, {});
         operand(tree.pivot);
+        m_context.groups = groups;
         if (isText(tree.pivot->type) && !tree.pivot->collated) out += m_engine.collation();
-        m_filter = " FILTER (WHERE " + out + " IS " + head + ')';
+        m_filter = " FILTER (WHERE " + out + m_engine.sameness() + head + ')';
         out = before;
         out += ", ";
         value(tree.transform);
         m_filter.clear();
     }
     selectBody(s);
-    if (q->orderBy.empty()) {
-        if (!s->groupBy.empty()) {
-            out += " ORDER BY ";
-            for (std::size_t i = 0; i < s->groupBy.size(); ++i) {
-                if (i) out += ", ";
-                text(s->groupBy[i]);
-            }
-        }
-        return;
-    }
-    out += " ORDER BY ";
-    orderTerms(q, s, true);
+    orderBy(q, s);
+    m_context = std::move(outer);
 }
 
 } // namespace jet
