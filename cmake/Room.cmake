@@ -23,9 +23,11 @@ function(room name)
   endif()
 endfunction()
 
-# room_test(ROOM SOURCES ... LINK ...): the GoogleTest program test_ROOM, one ctest entry for each test.
+# room_test(ROOM SOURCES ... LINK ...): the GoogleTest program test_ROOM, one ctest entry for each test. With
+# BOTH_STORES each test runs a second time, as ROOM_pg., on a PostgreSQL server that ctest starts and stops; suites
+# named File* are then left out, as those named Server* are in the first round.
 function(room_test name)
-  cmake_parse_arguments(T "" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(T "BOTH_STORES" "TIMEOUT" "SOURCES;LINK;ENVIRONMENT" ${ARGN})
   if(NOT T_TIMEOUT)
     set(T_TIMEOUT 120)
   endif()
@@ -39,6 +41,25 @@ function(room_test name)
     DEMO_ASSETS="${CMAKE_SOURCE_DIR}/assets/demo")
   set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
   include(GoogleTest)
-  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES TIMEOUT ${T_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${T_ENVIRONMENT}")
+  set(environment QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 ${T_ENVIRONMENT})
+  set(filter)
+  if(T_BOTH_STORES)
+    set(filter TEST_FILTER "-Server*:*/Server*")
+    if(MERIVANE_TEST_SERVER)
+      gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}_pg." TEST_LIST test_${name}_pg
+        TEST_FILTER "-File*:*/File*" PROPERTIES TIMEOUT ${T_TIMEOUT} FIXTURES_REQUIRED postgres)
+      test_environment(test_${name}_pg ${environment} "MERIVANE_TEST_STORE=${MERIVANE_TEST_SERVER}")
+    endif()
+  endif()
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." TEST_LIST test_${name} ${filter}
+    PROPERTIES TIMEOUT ${T_TIMEOUT})
+  test_environment(test_${name} ${environment} MERIVANE_TEST_STORE=)
+endfunction()
+
+# The environment of discovered tests: several variables do not survive as a property of gtest_discover_tests.
+function(test_environment tests)
+  set(file "${CMAKE_CURRENT_BINARY_DIR}/${tests}_environment.cmake")
+  file(WRITE "${file}"
+    "if(${tests})\n  set_tests_properties(\${${tests}} PROPERTIES ENVIRONMENT [==[${ARGN}]==])\nendif()\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${file}")
 endfunction()

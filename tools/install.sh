@@ -3,12 +3,12 @@
 # "wayland" (a desktop without X).
 set -euo pipefail
 build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxkbcommon-dev qt6-serialport-dev
-       qt6-multimedia-dev qt6-svg-dev libicu-dev libsqlite3-dev libcups2-dev fonts-inter
+       qt6-multimedia-dev qt6-svg-dev libicu-dev libpq-dev libsqlite3-dev libcups2-dev fonts-inter
        qt6-translations-l10n)
 packages=("${build[@]}")
 case "${1:-build}" in
   build) ;;
-  test) packages+=(libgtest-dev libgmock-dev libpq-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
+  test) packages+=(libgtest-dev libgmock-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
   bench) packages+=(libbenchmark-dev) ;;
   wayland) packages+=(qt6-wayland) ;;
   *) echo "usage: install.sh [build|test|bench|wayland]" >&2; exit 2 ;;
