@@ -77,9 +77,9 @@ int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int*
     return code;
 }
 
-class FailureTest : public StoreTest {
+class FileFailureTest : public StoreTest {
   protected:
-    FailureTest() {
+    FileFailureTest() {
         disk.real = sqlite3_vfs_find(nullptr);
         disk.vfs = *disk.real;
         disk.vfs.zName = "full-disk";
@@ -88,7 +88,7 @@ class FailureTest : public StoreTest {
         disk.writesLeft = -1;
         sqlite3_vfs_register(&disk.vfs, 1);
     }
-    ~FailureTest() override {
+    ~FileFailureTest() override {
         sqlite3_vfs_unregister(&disk.vfs);
         sqlite3_vfs_register(disk.real, 1);
     }
@@ -116,7 +116,7 @@ QString integrity(const QString& file) {
 
 // The disk fills at every single write of a sale, once each: what was told as written is there, what was
 // refused is not, and the store goes on as soon as there is space.
-TEST_F(FailureTest, AFullDiskIsToldAndLosesNothing) {
+TEST_F(FileFailureTest, AFullDiskIsToldAndLosesNothing) {
     Database::CreateDatabase(m_file)->Execute(u"CREATE TABLE N (ID COUNTER, Wert TEXT(200))"_s);
     int written = 0;
     int failures = 0;
@@ -148,7 +148,7 @@ TEST_F(FailureTest, AFullDiskIsToldAndLosesNothing) {
     EXPECT_GT(failures, 30);
 }
 
-TEST_F(FailureTest, AChangeOfStructureOnAFullDiskLeavesTheOldOne) {
+TEST_F(FileFailureTest, AChangeOfStructureOnAFullDiskLeavesTheOldOne) {
     makeSample();
     for (int allowed = 0, error = 1; error != 0; ++allowed) {
         auto db = open();
@@ -166,7 +166,7 @@ TEST_F(FailureTest, AChangeOfStructureOnAFullDiskLeavesTheOldOne) {
     }
 }
 
-TEST_F(StoreTest, AFileThatMayNotGrowIsAFullDiskToo) {
+TEST_F(FileStoreTest, AFileThatMayNotGrowIsAFullDiskToo) {
     Database::CreateDatabase(m_file)->Execute(u"CREATE TABLE N (ID COUNTER, Wert MEMO)"_s);
     QProcess process;
     process.setChildProcessModifier([] {
@@ -220,6 +220,8 @@ TEST_F(StoreTest, KilledAtAnyMomentNothingThatWasDoneIsLost) {
         done = there; // an answer that was on its way counts as done from here on
         ASSERT_EQ(single(*db, u"SELECT COUNT(*) FROM N WHERE LEN(Text)<>500"_s).toInt(), 0);
     }
-    EXPECT_EQ(integrity(m_file), u"ok");
+    if (!TestStore::onServer()) {
+        EXPECT_EQ(integrity(m_file), u"ok");
+    }
     EXPECT_GT(done, 40);
 }

@@ -118,11 +118,23 @@ TEST_F(RecordsetTest, RowsAreLive) {
     auto other = open();
     other->Execute(u"UPDATE T SET Notiz='fremd' WHERE ID=2"_s);
     other->Execute(u"DELETE FROM T WHERE ID=3"_s);
+    // From a server several rows come at a time and count as live for a moment; who changes one sees it as it
+    // is.
+    const auto look = [&] {
+        if (!TestStore::onServer()) return;
+        rs->Edit();
+        rs->CancelUpdate();
+    };
     rs->MoveNext();
+    look();
     EXPECT_EQ(rs->Text(u"Notiz"), u"fremd") << "another connection's change";
     rs->MoveNext();
     EXPECT_FALSE(rs->Eof()) << "the key set still knows the row";
-    EXPECT_EQ(errorOf([&] { std::ignore = rs->Text(u"Notiz"); }), 3167);
+    EXPECT_EQ(errorOf([&] {
+                  look();
+                  std::ignore = rs->Text(u"Notiz");
+              }),
+              3167);
     EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3167);
     EXPECT_EQ(errorOf([&] { rs->Delete(); }), 3167);
     rs->Requery();

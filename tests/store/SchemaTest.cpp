@@ -3,16 +3,18 @@
 #include <QFile>
 
 // The texts from which a shop is made. A difference is either a fault or a decision; for a decision, write
-// the new text over the old one: the test leaves it beside it as schema.sqlite.sql.new.
+// the new text over the old one: the test leaves it in the folder of temporary files.
 TEST(Schema, IsMadeFromTheTextsOnRecord) {
-    QFile golden(QStringLiteral(TEST_DATA "/schema.sqlite.sql"));
-    ASSERT_TRUE(golden.open(QIODevice::ReadOnly));
-    const QString text = schema::ddlText();
-    if (QString::fromUtf8(golden.readAll()) == text) return;
-    QFile fresh(QDir::temp().filePath(u"schema.sqlite.sql.new"_s));
-    ASSERT_TRUE(fresh.open(QIODevice::WriteOnly));
-    fresh.write(text.toUtf8());
-    FAIL() << "the data dictionary has changed; compare " << fresh.fileName().toStdString();
+    for (const auto& engine : {u"sqlite"_s, u"postgres"_s}) {
+        const QString name = u"schema."_s + engine + u".sql"_s;
+        QFile golden(QStringLiteral(TEST_DATA "/") + name);
+        const QString text = schema::ddlText(engine);
+        if (golden.open(QIODevice::ReadOnly) && QString::fromUtf8(golden.readAll()) == text) continue;
+        QFile fresh(QDir::temp().filePath(name + u".new"_s));
+        ASSERT_TRUE(fresh.open(QIODevice::WriteOnly));
+        fresh.write(text.toUtf8());
+        ADD_FAILURE() << "the data dictionary has changed; compare " << fresh.fileName().toStdString();
+    }
 }
 
 TEST_F(StoreTest, AShopIsMadeAndItsRulesHold) {

@@ -61,7 +61,8 @@ void tell(int out, const QByteArray& text) {
 /// The same for a store that must do without the shared log.
 class SharedStoreTest : public StoreTest, public testing::WithParamInterface<bool> {
   protected:
-    SharedStoreTest() {
+    void SetUp() override {
+        if (GetParam() && TestStore::onServer()) GTEST_SKIP() << "a server has no network folder";
         if (GetParam()) store::setNetworkProbe([](const QString&) { return true; });
         auto db = Database::CreateDatabase(m_file);
         db->Execute(u"CREATE TABLE N (ID COUNTER, Wer TEXT(10), Wert LONG)"_s);
@@ -151,7 +152,7 @@ TEST_P(SharedStoreTest, AReaderNeverStandsInTheWayOfItsOwnWrite) {
         rs->MoveNext();
         joined->MoveNext();
         if (!GetParam()) {
-            EXPECT_EQ(other.ask(u"UPDATE N SET Wert=Wert+1"_s).value(u"affected"_s).toInt(), 301);
+            EXPECT_EQ(other.ask(u"UPDATE N SET Wert=7"_s).value(u"affected"_s).toInt(), 301);
         }
         rs->Edit();
         rs->Set(u"Wer", u"wir"_s);

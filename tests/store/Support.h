@@ -3,23 +3,23 @@
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/Schema.h>
+#include <support/TestStore.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
-/// A folder of its own and in it the path of a store that is not made yet.
+/// The place of a store that is not made yet, on the engine of this round.
 class StoreTest : public testing::Test {
   protected:
-    QTemporaryDir m_folder;
-    QString m_file = m_folder.filePath(u"Merivane.mdb"_s);
+    TestStore m_place;
+    QString m_file = m_place.name();
 
     std::unique_ptr<Database> open(bool exclusive = false, bool readOnly = false,
                                    const QString& password = {}) const {
@@ -40,6 +40,11 @@ class StoreTest : public testing::Test {
                     "VALUES ('c3', 20, 1, True, NULL, '', 3)"_s);
     }
 };
+
+/// What concerns a file alone; left out where the tests run on a server.
+class FileStoreTest : public StoreTest {};
+/// What concerns a server alone.
+class ServerStoreTest : public StoreTest {};
 
 /// The number of the RuntimeError that `act` raises, 0 for none.
 inline int errorOf(const std::function<void()>& act) {

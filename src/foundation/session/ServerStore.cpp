@@ -80,9 +80,7 @@ std::unique_ptr<Database> CreateServerStore(const QString& address, Waiter& wait
     return OpenInBackground(
         [address] {
             try {
-                auto db = Database::CreateDatabase(address);
-                schema::createTables(*db);
-                return db;
+                return Database::CreateDatabase(address, {}, {}, schema::createTables);
             } catch (const RuntimeError& error) {
                 if (error.Number != exists) throw;
             }

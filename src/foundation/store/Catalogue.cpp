@@ -41,8 +41,21 @@ jet::Column readColumn(const Prepared& row) {
     return column;
 }
 
+// The text's question marks become the engine's parameters.
+QByteArray withParameters(const Engine& engine, const QByteArray& sql) {
+    QByteArray text;
+    int number = 0;
+    for (const char c : sql) {
+        if (c == '?')
+            text += engine.parameter(++number);
+        else
+            text += c;
+    }
+    return text;
+}
+
 void write(Engine& engine, const QByteArray& sql, std::initializer_list<Value> values) {
-    const auto statement = engine.prepare(sql);
+    const auto statement = engine.prepare(withParameters(engine, sql));
     int parameter = 0;
     for (const Value& value : values)
         statement->bind(++parameter, value);
@@ -52,18 +65,6 @@ void write(Engine& engine, const QByteArray& sql, std::initializer_list<Value> v
 }
 
 } // namespace
-
-void Catalogue::create(Engine& engine) {
-    engine.run(
-        "CREATE TABLE \"merivane$settings\" (\"key\" TEXT PRIMARY KEY, \"value\" TEXT NOT NULL) STRICT;"
-        "CREATE TABLE \"merivane$columns\" (\"tablename\" TEXT NOT NULL, \"ordinal\" INTEGER NOT NULL,"
-        " \"name\" TEXT NOT NULL, \"type\" TEXT NOT NULL, \"size\" INTEGER NOT NULL,"
-        " \"default\" TEXT NOT NULL, \"flags\" INTEGER NOT NULL,"
-        " PRIMARY KEY (\"tablename\", \"ordinal\")) STRICT;"
-        "CREATE TABLE \"merivane$indexes\" (\"tablename\" TEXT NOT NULL, \"name\" TEXT NOT NULL,"
-        " \"columns\" TEXT NOT NULL, \"flags\" INTEGER NOT NULL,"
-        " PRIMARY KEY (\"tablename\", \"name\")) STRICT");
-}
 
 void Catalogue::load(Engine& engine) {
     QHash<QString, std::shared_ptr<TableDefinition>> tables;
@@ -96,20 +97,24 @@ void Catalogue::save(Engine& engine, const TableDefinition& table) {
     for (const jet::Column& column : table.table.columns) {
         const int flags = (column.allowZeroLength ? AllowZeroLength : 0) | (column.required ? Required : 0) |
                           (column.autoNumber ? AutoNumber : 0);
-        write(engine, "INSERT INTO \"merivane$columns\" VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7)",
+        write(engine,
+              "INSERT INTO \"merivane$columns\" (\"tablename\", \"ordinal\", \"name\", \"type\", \"size\","
+              " \"default\", \"flags\") VALUES(?, ?, ?, ?, ?, ?, ?)",
               {table.table.name, qint64{ordinal++}, column.name, typeName(column.type), qint64{column.size},
                column.defaultText.isNull() ? u""_s : column.defaultText, qint64{flags}});
     }
     for (const IndexDefinition& index : table.indexes)
-        write(engine, "INSERT INTO \"merivane$indexes\" VALUES(?1, ?2, ?3, ?4)",
+        write(engine,
+              "INSERT INTO \"merivane$indexes\" (\"tablename\", \"name\", \"columns\", \"flags\")"
+              " VALUES(?, ?, ?, ?)",
               {table.table.name, index.name, packed(index),
                qint64{(index.unique ? Unique : 0) | (index.primary ? Primary : 0)}});
     m_tables.insert(folded(table.table.name), std::make_shared<TableDefinition>(table));
 }
 
 void Catalogue::remove(Engine& engine, const QString& table) {
-    write(engine, "DELETE FROM \"merivane$columns\" WHERE \"tablename\"=?1", {table});
-    write(engine, "DELETE FROM \"merivane$indexes\" WHERE \"tablename\"=?1", {table});
+    write(engine, "DELETE FROM \"merivane$columns\" WHERE \"tablename\"=?", {table});
+    write(engine, "DELETE FROM \"merivane$indexes\" WHERE \"tablename\"=?", {table});
     m_tables.remove(folded(table));
 }
 
@@ -135,7 +140,8 @@ std::vector<const TableDefinition*> Catalogue::all() const {
 }
 
 QByteArray setting(Engine& engine, const char* key) {
-    const auto statement = engine.prepare("SELECT \"value\" FROM \"merivane$settings\" WHERE \"key\"=?1");
+    const auto statement =
+        engine.prepare(withParameters(engine, "SELECT \"value\" FROM \"merivane$settings\" WHERE \"key\"=?"));
     statement->bind(1, QString::fromLatin1(key));
     Running row(*statement);
     return row.step() ? row->value(0, Type::Text).toText().toUtf8() : QByteArray();
@@ -143,8 +149,10 @@ QByteArray setting(Engine& engine, const char* key) {
 
 void setSetting(Engine& engine, const char* key, const QByteArray& value) {
     const Value name(QString::fromLatin1(key));
-    if (value.isEmpty()) return write(engine, "DELETE FROM \"merivane$settings\" WHERE \"key\"=?1", {name});
-    write(engine, "INSERT OR REPLACE INTO \"merivane$settings\" VALUES(?1, ?2)",
+    if (value.isEmpty()) return write(engine, "DELETE FROM \"merivane$settings\" WHERE \"key\"=?", {name});
+    write(engine,
+          "INSERT INTO \"merivane$settings\" (\"key\", \"value\") VALUES(?, ?)"
+          " ON CONFLICT (\"key\") DO UPDATE SET \"value\"=excluded.\"value\"",
           {name, QString::fromUtf8(value)});
 }
 

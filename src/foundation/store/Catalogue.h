@@ -10,8 +10,6 @@ namespace store {
 /// the engine knows neither the dialect's types nor sizes, defaults and the order of columns.
 class Catalogue final : public jet::Catalogue {
   public:
-    /// Makes the empty tables of the catalogue and of the store's own settings.
-    static void create(Engine& engine);
     void load(Engine& engine);
     /// Writes one table's definition, in place of an older one.
     void save(Engine& engine, const TableDefinition& table);

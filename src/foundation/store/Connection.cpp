@@ -1,6 +1,7 @@
 #include "Connection.h"
 
 #include "ColumnValue.h"
+#include "Engines.h"
 #include "Errors.h"
 
 using namespace Qt::StringLiterals;
@@ -31,6 +32,7 @@ Engine& Connection::engine() const {
 
 std::shared_ptr<Plan> Connection::plan(const QString& sql, std::vector<Value>& literals) {
     if (!m_engine) raise(3420);
+    noticeChange();
     jet::lift(sql, m_lifted);
     literals.swap(m_lifted.literals);
     if (const auto* cached = m_plans.object(m_lifted.shape)) return *cached;
@@ -40,6 +42,8 @@ std::shared_ptr<Plan> Connection::plan(const QString& sql, std::vector<Value>& l
     auto plan = std::make_shared<Plan>();
     plan->statement = m_translator->translate(sql);
     plan->generation = m_generation;
+    for (const QString& table : plan->statement->tables)
+        plan->changes.push_back(changesOf(table));
     if (const auto& dynaset = plan->statement->dynaset) {
         plan->base = m_catalogue.share(dynaset->table);
         if (!plan->base) raise(3376, dynaset->table);
@@ -65,6 +69,12 @@ std::shared_ptr<Plan> Connection::findPlan(Plan& dynaset, std::size_t dynasetLit
         plan = std::make_shared<Plan>();
         plan->statement =
             m_translator->translateFind(*dynaset.statement, static_cast<int>(dynasetLiterals), criteria);
+        if (m_engine->distant()) { // the row comes along
+            auto whole = std::make_shared<jet::Statement>(*plan->statement);
+            const jet::Dynaset& set = *dynaset.statement->dynaset;
+            whole->sql.insert(QByteArray("SELECT ").size() + set.key.size(), ", " + set.columns);
+            plan->statement = whole;
+        }
     } catch (...) {
         dynaset.finds.remove(shape);
         throw;
@@ -122,6 +132,7 @@ qint64 Connection::execute(const QString& sql) {
         try {
             Prepared& statement = prepared(plan->main, plan->statement->sql);
             bind(statement, *plan->statement, literals);
+            tableChanges(plan->statement->target);
             finishNoticing(statement);
             return m_engine->affected();
         } catch (const RuntimeError& error) {
@@ -135,6 +146,22 @@ void Connection::finishNoticing(Prepared& prepared) {
     const int before = prepared.reprepared();
     finish(prepared);
     if (prepared.reprepared() != before) refreshStructure();
+    noticeChange();
+}
+
+void Connection::noticeChange() {
+    if (m_engine->heardOfChange()) refreshStructure();
+}
+
+std::shared_ptr<qint64>& Connection::changesOf(const QString& table) {
+    auto& count = m_changes[table.toCaseFolded()];
+    if (!count) count = std::make_shared<qint64>(0);
+    return count;
+}
+
+void Connection::everythingChanges() {
+    for (const auto& count : std::as_const(m_changes))
+        ++*count;
 }
 
 bool Connection::refreshStructure() {
@@ -148,6 +175,7 @@ bool Connection::refreshStructure() {
 }
 
 void Connection::structureChanged() {
+    everythingChanges();
     m_structureVersion = -1;
     refreshStructure();
 }
@@ -163,19 +191,32 @@ std::vector<Value> Connection::pivotHeads(const jet::Statement& statement,
     return heads;
 }
 
+// An expression without a table is worked out where no network lies between.
+Value Connection::worked(const QString& expression) {
+    if (m_engine->distant()) {
+        if (!m_scratch) {
+            auto embedded = openEngine(u":memory:"_s, Access::Shared);
+            embedded->furnish();
+            m_scratch = std::make_unique<Connection>(std::move(embedded));
+        }
+        return m_scratch->worked(expression);
+    }
+    std::vector<Value> literals;
+    const auto plan = this->plan(u"SELECT "_s + expression, literals);
+    Prepared& select = prepared(plan->main, plan->statement->sql);
+    bind(select, *plan->statement, literals);
+    Running row(select);
+    return row.step() ? row->value(0, plan->statement->columns.at(0).type) : Value();
+}
+
 Plan::Default Connection::defaultOf(const jet::Column& column) {
     const QString& expression = column.defaultText;
     if (column.autoNumber || expression.isEmpty())
         return {column.type == Type::Boolean ? Value(false) : Value(), false, true};
     Value value;
     try {
-        std::vector<Value> literals;
         const QString text = expression.trimmed();
-        const auto plan = this->plan(u"SELECT "_s + (text.startsWith(u'=') ? text.mid(1) : text), literals);
-        Prepared& select = prepared(plan->main, plan->statement->sql);
-        bind(select, *plan->statement, literals);
-        Running row(select);
-        if (row.step()) value = row->value(0, plan->statement->columns.at(0).type);
+        value = worked(text.startsWith(u'=') ? text.mid(1) : text);
     } catch (const RuntimeError&) {
         if (column.type != Type::Text && column.type != Type::Memo) throw;
         value = expression; // a bare word is the text itself

@@ -16,8 +16,11 @@ struct Plan {
     std::shared_ptr<const jet::Statement> statement;
     quint64 generation = 0; ///< of the structure it was translated for
     std::unique_ptr<Prepared> main;
-    std::unique_ptr<Prepared> keys; ///< the next chunk of a dynaset's keys
-    std::unique_ptr<Prepared> row;  ///< one row of a dynaset by its key
+    std::unique_ptr<Prepared> keys;    ///< the next chunk of a dynaset's keys
+    std::unique_ptr<Prepared> chunks;  ///< the same with the rows
+    std::unique_ptr<Prepared> row;     ///< one row of a dynaset by its key
+    std::unique_ptr<Prepared> rows;    ///< several of them
+    std::unique_ptr<Prepared> arrived; ///< whether there is a row with a key
     std::unique_ptr<Prepared> remove;
     std::map<std::vector<bool>, std::unique_ptr<Prepared>> inserts,
         updates;                                 ///< by the columns that are written
@@ -31,6 +34,15 @@ struct Plan {
         bool constant = false;
     };
     std::vector<Default> defaults; ///< for each base column; filled by the first AddNew
+
+    std::vector<std::shared_ptr<const qint64>> changes; ///< of the tables that are read
+    /// Grows when this connection writes to a table that is read here.
+    [[nodiscard]] qint64 changeCount() const {
+        qint64 sum = 0;
+        for (const auto& count : changes)
+            sum += *count;
+        return sum;
+    }
 };
 
 /// The heart of a Database: engine, structure, translation and the cache of plans. Recordsets share it, so
@@ -66,6 +78,10 @@ class Connection {
     void finishNoticing(Prepared& prepared);
     /// Looks whether another process changed the structure; true when everything that was translated is void.
     bool refreshStructure();
+    /// The same when the engine was told of a change; asks nobody otherwise.
+    void noticeChange();
+    /// Something here writes to the table: rows read from it before are old.
+    void tableChanges(const QString& table) { ++*changesOf(table); }
 
     /// What a new row gets in this column; evaluated now when it is no constant.
     [[nodiscard]] Plan::Default defaultOf(const jet::Column& column);
@@ -90,6 +106,9 @@ class Connection {
   private:
     friend class Transaction;
     void structureChanged();
+    void everythingChanges();
+    [[nodiscard]] std::shared_ptr<qint64>& changesOf(const QString& table);
+    [[nodiscard]] Value worked(const QString& expression);
     [[nodiscard]] std::vector<Value> pivotHeads(const jet::Statement& statement,
                                                 const std::vector<Value>& literals);
 
@@ -100,6 +119,8 @@ class Connection {
     QCache<QString, std::shared_ptr<Plan>> m_plans{1000};
     qint64 m_structureVersion = -1;
     quint64 m_generation = 1;
+    QHash<QString, std::shared_ptr<qint64>> m_changes; ///< how often this connection wrote to a table
+    std::unique_ptr<Connection> m_scratch;             ///< an embedded store without anything in it
 };
 
 /// One transaction, or a part of the one that is open already. Without commit everything is taken back.

@@ -1,12 +1,8 @@
 #include "DatabaseImpl.h"
+#include "Engines.h"
 #include "Errors.h"
 #include "Password.h"
 #include "RecordsetImpl.h"
-#include "sqlite/SqliteEngine.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QUuid>
 
 using namespace Qt::StringLiterals;
 using store::raise;
@@ -37,13 +33,10 @@ void checkPassword(store::Engine& engine, const QString& password) {
 }
 
 void furnish(store::Engine& engine, const QString& password, const QString& moveSource) {
-    engine.run("PRAGMA application_id=" + QByteArray::number(store::applicationId));
-    engine.begin();
-    store::Catalogue::create(engine);
+    engine.furnish();
     setSetting(engine, "format", "1");
     writePassword(engine, password);
     setSetting(engine, store::moveSourceKey, moveSource.toUtf8());
-    engine.commit();
 }
 
 jet::Column columnOf(const TableField& field) {
@@ -113,34 +106,37 @@ std::unique_ptr<Database> Database::OpenMoveTarget(const QString& Name, const QS
 
 std::unique_ptr<Database> Database::open(const QString& name, bool exclusive, bool readOnly,
                                          const QString& connect) {
-    using Mode = store::SqliteEngine::Mode;
-    const Mode mode = readOnly ? Mode::ReadOnly : exclusive ? Mode::Exclusive : Mode::Shared;
-    auto engine = std::make_unique<store::SqliteEngine>(name, mode);
-    if (name == u":memory:") furnish(*engine, {}, {});
+    using store::Access;
+    auto engine = store::openEngine(name, readOnly    ? Access::ReadOnly
+                                          : exclusive ? Access::Exclusive
+                                                      : Access::Shared);
+    if (engine->blank()) {
+        engine->begin();
+        furnish(*engine, {}, {});
+        engine->commit();
+    }
     checkPassword(*engine, passwordOf(connect));
-    auto impl = std::make_unique<Impl>();
-    impl->connection = std::make_shared<store::Connection>(std::move(engine));
-    return std::unique_ptr<Database>(new Database(std::move(impl)));
+    return std::unique_ptr<Database>(new Database(Impl::over(std::move(engine))));
 }
 
 std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QString& Connect,
-                                                   const QString& MoveSource) {
-    if (Name == u":memory:") return OpenDatabase(Name);
-    const QFileInfo info(Name);
-    if (info.exists()) raise(3204, Name);
-    if (!QFileInfo(info.absolutePath()).isDir()) raise(3024, Name);
-    // Made under another name, so that a store is there completely or not at all.
-    const QString passing = info.absoluteFilePath() + u'.' + QUuid::createUuid().toString(QUuid::Id128);
-    try {
-        store::SqliteEngine engine(passing, store::SqliteEngine::Mode::Create);
-        furnish(engine, passwordOf(Connect), MoveSource);
-        engine.close();
-        if (!QFile::rename(passing, info.absoluteFilePath())) raise(info.exists() ? 3204 : 3050, Name);
-    } catch (...) {
-        for (const QString& ending : {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s})
-            QFile::remove(passing + ending);
-        throw;
+                                                   const QString& MoveSource,
+                                                   const std::function<void(Database&)>& Fill) {
+    if (Name == u":memory:") {
+        auto made = OpenDatabase(Name);
+        if (Fill) Fill(*made);
+        return made;
     }
+    const auto place = store::newStore(Name);
+    {
+        auto engine = place->takeEngine();
+        engine->begin();
+        furnish(*engine, passwordOf(Connect), MoveSource);
+        Database made(Impl::over(std::move(engine)));
+        if (Fill) Fill(made);
+        made.CommitTrans();
+    }
+    place->finish();
     return open(Name, !MoveSource.isEmpty(), false, Connect);
 }
 
@@ -181,6 +177,7 @@ void Database::ForEachRow(const QString& SQL,
     }
     store::Prepared& prepared = connection.prepared(plan->main, statement.sql);
     store::Connection::bind(prepared, statement, literals);
+    prepared.stream();
     store::Running running(prepared);
     bool more = running.step(); // a failure at the first row comes before any output
     columns(fields);
@@ -259,5 +256,7 @@ void Database::NewPassword(const QString& Old, const QString& New) {
     writePassword(engine, New);
     transaction.commit();
 }
+
+qint64 Database::RoundTrips() const { return m_impl->connection->engine().roundTrips(); }
 
 void Database::Close() { m_impl->connection->close(); }

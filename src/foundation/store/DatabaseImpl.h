@@ -6,5 +6,10 @@
 
 class Database::Impl {
   public:
+    static std::unique_ptr<Impl> over(std::unique_ptr<store::Engine> engine) {
+        auto impl = std::make_unique<Impl>();
+        impl->connection = std::make_shared<store::Connection>(std::move(engine));
+        return impl;
+    }
     std::shared_ptr<store::Connection> connection;
 };

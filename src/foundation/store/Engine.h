@@ -28,11 +28,19 @@ struct TableDefinition {
     [[nodiscard]] const jet::Column* autoNumber() const;
 };
 
+/// How a store is opened: shared with the other tills, alone, or so that nothing can be written.
+enum class Access { Shared, Exclusive, ReadOnly };
+
 /// A prepared statement. It is never left open: a reader that stays open would keep an old view of the store
 /// and make a later write fail once another till has written. `Running` resets it whatever happens.
 class Prepared {
   public:
     virtual ~Prepared() = default;
+    /// The next run hands its rows over as they come instead of keeping them all; until it is reset nothing
+    /// else may use the engine.
+    virtual void stream() {}
+    /// The statement may run a second time without harm when nobody knows whether the first one arrived.
+    virtual void allowRepeat() {}
     /// Parameters count from 1.
     virtual void bind(int parameter, const Value& value) = 0; ///< by its meaning, see jet::encode
     virtual void bindInteger(int parameter, qint64 value) = 0;
@@ -81,10 +89,14 @@ class Engine {
     /// Runs texts without parameters, several separated by semicolons.
     virtual void run(const QByteArray& sql) = 0;
 
-    [[nodiscard]] virtual qint64 affected() const = 0;    ///< rows changed by the last write
-    [[nodiscard]] virtual qint64 changeCount() const = 0; ///< rows changed by this connection so far
-    [[nodiscard]] virtual qint64 lastKey() const = 0;     ///< row key of the last insert
-    [[nodiscard]] virtual qint64 structureVersion() = 0;  ///< changes with the structure, whoever changed it
+    [[nodiscard]] virtual qint64 affected() const = 0;   ///< rows changed by the last write
+    [[nodiscard]] virtual qint64 lastKey() const = 0;    ///< row key of the last insert
+    [[nodiscard]] virtual qint64 structureVersion() = 0; ///< changes with the structure, whoever changed it
+    /// True when the engine was told, without being asked, that the structure may have changed since
+    /// structureVersion() was last read.
+    [[nodiscard]] virtual bool heardOfChange() { return false; }
+    /// Inside a transaction: nobody else changes the structure until it ends. Raises 3260.
+    virtual void lockStructure() {}
     [[nodiscard]] virtual bool inTransaction() const = 0;
     virtual void begin() = 0;
     virtual void commit() = 0;
@@ -95,6 +107,19 @@ class Engine {
     [[nodiscard]] virtual qint64 nextAutoNumber(const QString& table) = 0;
     /// The column that names a row for good, e.g. "_rowid_".
     [[nodiscard]] virtual QByteArray keyColumn() const = 0;
+    /// A name of the catalogue, and a parameter, as the texts that the store makes itself write them.
+    [[nodiscard]] virtual QByteArray identifier(QStringView name) const = 0;
+    [[nodiscard]] virtual QByteArray parameter(int number, Type type = Type::Null) const = 0;
+    /// Behind a row key: it is one of those that parameter `number` tells, a text "{1,2,3}". For distant
+    /// engines.
+    [[nodiscard]] virtual QByteArray amongKeys(int number) const { return " IN (" + parameter(number) + ')'; }
+    /// Stands behind an INSERT of one row whose key lastKey() is to tell.
+    [[nodiscard]] virtual QByteArray returningKey() const { return {}; }
+    /// True when each statement travels through a network: rows are then read together with their keys, and
+    /// expressions without a table are worked out here.
+    [[nodiscard]] virtual bool distant() const { return false; }
+    /// Questions that travelled to a server and back so far.
+    [[nodiscard]] virtual qint64 roundTrips() const { return 0; }
     [[nodiscard]] virtual std::shared_ptr<const jet::Emitter> emitter() const = 0;
     [[nodiscard]] virtual QString version() const = 0;
     [[nodiscard]] virtual bool readOnly() const = 0;
@@ -102,10 +127,10 @@ class Engine {
     /// A German sentence for the start-up when the store stands where it is not safe, else empty.
     [[nodiscard]] virtual QString warning() const = 0;
 
-    /// The engine's texts for a table and its indexes; `name` may differ from the table's own while it is
-    /// rebuilt.
-    [[nodiscard]] virtual QByteArray tableSql(const TableDefinition& table, const QString& name) = 0;
-    [[nodiscard]] virtual QByteArray indexSql(const TableDefinition& table, const IndexDefinition& index) = 0;
+    /// True for a store that came into being with the connection and has nothing in it yet.
+    [[nodiscard]] virtual bool blank() const { return false; }
+    /// Makes the store's own tables (settings and catalogue) and marks the place as ours.
+    virtual void furnish() = 0;
     virtual void createTable(const TableDefinition& table) = 0;
     /// Copies rows into the rebuilt table and puts it in the old one's place, row keys and counter included.
     /// `source` gives for each new column the old one's name, or "".

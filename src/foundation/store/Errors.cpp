@@ -10,6 +10,8 @@ QString description(int number, const QString& what) {
     switch (number) {
     case 3000:
         return u"Unerwarteter Fehler der Datenbank: %1"_s.arg(what);
+    case 3011:
+        return u"In der Datenbank '%1' ist noch kein Laden angelegt."_s.arg(what);
     case 3010:
         return u"Die Tabelle '%1' existiert bereits."_s.arg(what);
     case 3020:

@@ -39,8 +39,7 @@ void Recordset::Impl::addNew() {
 void Recordset::Impl::edit() {
     checkChangeable();
     cancelUpdate();
-    m_rowValid = false;
-    const std::vector<Value>& row = currentRow();
+    const std::vector<Value>& row = currentRow(Reading::AsItStands);
     m_buffer.values.assign(m_plan->base->table.columns.size(), Value());
     m_buffer.written.assign(m_plan->base->table.columns.size(), false);
     for (std::size_t i = 0; i < row.size(); ++i)
@@ -93,27 +92,63 @@ void Recordset::Impl::bindBuffer(store::Prepared& statement) {
 }
 
 void Recordset::Impl::insertBuffer() {
+    store::Engine& engine = m_connection->engine();
     auto& prepared = m_plan->inserts[m_buffer.written];
     if (!prepared) {
         QByteArrayList names;
         QByteArrayList places;
         for (std::size_t i = 0; i < m_buffer.written.size(); ++i) {
             if (!m_buffer.written[i]) continue;
-            names.append(store::quoted(baseColumn(i).name));
-            places.append('?' + QByteArray::number(places.size() + 1));
+            names.append(engine.identifier(baseColumn(i).name));
+            places.append(engine.parameter(static_cast<int>(places.size()) + 1));
         }
-        const QByteArray into = "INSERT INTO " + store::quoted(m_plan->base->table.name);
-        prepared = m_connection->engine().prepare(
-            names.isEmpty() ? into + " DEFAULT VALUES"
-                            : into + " (" + names.join(", ") + ") VALUES (" + places.join(", ") + ')');
+        const QByteArray into = "INSERT INTO " + engine.identifier(m_plan->base->table.name);
+        prepared = engine.prepare(
+            (names.isEmpty() ? into + " DEFAULT VALUES"
+                             : into + " (" + names.join(", ") + ") VALUES (" + places.join(", ") + ')') +
+            engine.returningKey());
     }
     bindBuffer(*prepared);
-    m_connection->finishNoticing(*prepared);
+    m_connection->tableChanges(m_plan->base->table.name);
+    const qint64 key = insertAnyhow(*prepared);
     // A set that is not read to its end meets the new row by itself.
     if (m_started && m_keys->complete()) {
         const bool counted = m_seen == m_keys->known();
-        m_keys->append(m_connection->engine().lastKey());
+        m_keys->append(key);
         if (counted && m_seen > 0) ++m_seen;
+    }
+}
+
+// Where the connection was lost and nobody knows whether the row arrived, its number tells: it was given to
+// nobody else. The key of the row.
+qint64 Recordset::Impl::insertAnyhow(store::Prepared& statement) {
+    std::optional<qint64> number;
+    for (std::size_t i = 0; i < m_buffer.written.size(); ++i)
+        if (baseColumn(i).autoNumber && m_buffer.written[i] && !m_buffer.values[i].isNull())
+            number = m_buffer.values[i].toInteger();
+    store::Engine& engine = m_connection->engine();
+    const auto arrived = [&] {
+        if (!m_plan->arrived)
+            m_plan->arrived =
+                engine.prepare("SELECT 1 FROM " + engine.identifier(m_plan->base->table.name) + " WHERE " +
+                               engine.keyColumn() + '=' + engine.parameter(1, Type::Long));
+        m_plan->arrived->bindInteger(1, number.value());
+        store::Running row(*m_plan->arrived);
+        return row.step();
+    };
+    bool uncertain = false;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            m_connection->finishNoticing(statement);
+            return engine.lastKey();
+        } catch (const RuntimeError& error) {
+            const bool unknown = error.Number == store::outcomeUnknown;
+            const bool late = uncertain && error.Number == 3022; // it arrived just now
+            if (!number || !(unknown || late)) throw;
+            if (arrived()) return *number;
+            if (!unknown || attempt == 2) throw;
+            uncertain = true;
+        }
     }
 }
 
@@ -125,19 +160,24 @@ void Recordset::Impl::updateBuffer() {
     for (const bool written : m_buffer.written)
         count += written ? 1 : 0;
     if (!prepared) {
+        store::Engine& engine = m_connection->engine();
         QByteArrayList parts;
         for (std::size_t i = 0; i < m_buffer.written.size(); ++i)
             if (m_buffer.written[i])
-                parts.append(store::quoted(baseColumn(i).name) + "=?" + QByteArray::number(parts.size() + 1));
-        store::Engine& engine = m_connection->engine();
-        prepared =
-            engine.prepare("UPDATE " + store::quoted(m_plan->base->table.name) + " SET " + parts.join(", ") +
-                           " WHERE " + engine.keyColumn() + "=?" + QByteArray::number(count + 1));
+                parts.append(engine.identifier(baseColumn(i).name) + '=' +
+                             engine.parameter(static_cast<int>(parts.size()) + 1));
+        prepared = engine.prepare("UPDATE " + engine.identifier(m_plan->base->table.name) + " SET " +
+                                  parts.join(", ") + " WHERE " + engine.keyColumn() + '=' +
+                                  engine.parameter(count + 1, Type::Long));
+        prepared->allowRepeat(); // the values stand in it
     }
     bindBuffer(*prepared);
     prepared->bindInteger(count + 1, key);
+    const qint64 before = m_plan->changeCount();
+    m_connection->tableChanges(m_plan->base->table.name);
     m_connection->finishNoticing(*prepared);
     m_rowValid = false;
+    m_keys->rows().changed(key, before);
     if (m_connection->engine().affected() == 0) {
         cancelUpdate();
         raise(3167);
@@ -148,14 +188,20 @@ void Recordset::Impl::remove() {
     checkChangeable();
     cancelUpdate();
     const qint64 key = currentKey();
-    if (!m_plan->remove)
+    if (!m_plan->remove) {
+        store::Engine& engine = m_connection->engine();
         m_plan->remove =
-            m_connection->engine().prepare("DELETE FROM " + store::quoted(m_plan->base->table.name) +
-                                           " WHERE " + m_connection->engine().keyColumn() + "=?1");
+            engine.prepare("DELETE FROM " + engine.identifier(m_plan->base->table.name) + " WHERE " +
+                           engine.keyColumn() + '=' + engine.parameter(1, Type::Long));
+        m_plan->remove->allowRepeat();
+    }
     settle();
     m_plan->remove->bindInteger(1, key);
+    const qint64 before = m_plan->changeCount();
+    m_connection->tableChanges(m_plan->base->table.name);
     store::Connection::finish(*m_plan->remove);
     m_rowValid = false;
+    m_keys->rows().changed(key, before);
     if (m_connection->engine().affected() == 0) raise(3167);
     m_keys->erase(m_index);
     if (m_seen > 0) --m_seen;

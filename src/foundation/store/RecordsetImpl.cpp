@@ -27,6 +27,7 @@ void Recordset::Impl::checkOpen() const {
 void Recordset::Impl::start() {
     checkOpen();
     if (m_started) return;
+    m_connection->noticeChange();
     // Another process may have changed the structure since the text was translated. The engine notices at the
     // first row; then the text is translated anew, once.
     for (bool again : {true, false}) {
@@ -36,7 +37,7 @@ void Recordset::Impl::start() {
             if (keyed()) {
                 m_keys.emplace(*m_connection, *m_plan, m_literals);
                 std::ignore = m_keys->has(0);
-                changed = m_keys->metChange();
+                changed = m_keys->metChange() || m_connection->engine().heardOfChange();
             } else {
                 readFixed();
             }
@@ -72,6 +73,7 @@ void Recordset::Impl::readFixed() {
         m_fixed.push_back(std::move(values));
     }
     if (prepared.reprepared() != before) m_connection->refreshStructure();
+    m_connection->noticeChange();
 }
 
 bool Recordset::Impl::has(std::size_t index) {
@@ -173,31 +175,20 @@ qint64 Recordset::Impl::currentKey() {
     return m_keys->at(m_index);
 }
 
-const std::vector<Value>& Recordset::Impl::currentRow() {
+const std::vector<Value>& Recordset::Impl::currentRow(Reading reading) {
     start();
     if (!keyed()) {
         if (m_index >= m_fixed.size()) raise(3021);
         return m_fixed[m_index];
     }
-    const qint64 changes = m_connection->engine().changeCount();
-    if (m_rowValid && m_rowChanges == changes) return m_row;
+    const qint64 changes = m_plan->changeCount();
+    if (reading == Reading::Live && m_rowValid && m_rowChanges == changes) return m_row;
+    m_connection->engine();
     const qint64 key = currentKey();
-    const jet::Statement& statement = *m_plan->statement;
-    if (!m_plan->row) {
-        const jet::Dynaset& set = *statement.dynaset;
-        m_plan->row = m_connection->engine().prepare("SELECT " + set.columns + " FROM " + set.from +
-                                                     " WHERE " + set.key + "=?" +
-                                                     QByteArray::number(statement.parameters.size() + 1));
-    }
-    store::Prepared& prepared = *m_plan->row;
-    if (m_plan->rowHasLiterals) store::Connection::bind(prepared, statement, m_literals);
-    prepared.bindInteger(static_cast<int>(statement.parameters.size()) + 1, key);
-    store::Running row(prepared);
     m_rowValid = false;
-    if (!row.step()) raise(3167);
-    m_row.resize(statement.columns.size());
-    for (std::size_t i = 0; i < m_row.size(); ++i)
-        m_row[i] = row->value(static_cast<int>(i), statement.columns[i].type);
+    const bool there = m_found || reading == Reading::AsItStands ? m_keys->freshRow(key, m_row)
+                                                                 : m_keys->row(m_index, m_row);
+    if (!there) raise(3167);
     m_rowValid = true;
     m_rowChanges = changes;
     return m_row;
@@ -228,7 +219,13 @@ void Recordset::Impl::findFirst(const QString& criteria) {
     }
     m_found = row->integer(0);
     m_gone = false;
-    m_rowValid = false;
+    m_rowValid = m_connection->engine().distant();
+    if (m_rowValid) { // the row came along
+        m_row.resize(columns().size());
+        for (std::size_t i = 0; i < m_row.size(); ++i)
+            m_row[i] = row->value(static_cast<int>(i) + 1, columns()[i].type);
+        m_rowChanges = m_plan->changeCount();
+    }
     m_seen = std::max<std::size_t>(m_seen, 1);
 }
 

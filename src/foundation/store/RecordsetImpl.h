@@ -48,9 +48,10 @@ class Recordset::Impl {
     void readFixed();
     [[nodiscard]] bool keyed() const { return m_plan->statement->dynaset.has_value(); }
     [[nodiscard]] bool has(std::size_t index);
-    void settle();                     ///< gives a row found by FindFirst its place in the set
-    [[nodiscard]] qint64 currentKey(); ///< raises 3021, 3167
-    [[nodiscard]] const std::vector<Value>& currentRow();
+    void settle();                           ///< gives a row found by FindFirst its place in the set
+    [[nodiscard]] qint64 currentKey();       ///< raises 3021, 3167
+    enum class Reading { Live, AsItStands }; ///< AsItStands: certainly from the store at this moment
+    const std::vector<Value>& currentRow(Reading reading = Reading::Live);
     void findFixed(const QString& criteria);
     void checkChangeable() const;
     void prepareDefaults();
@@ -58,6 +59,7 @@ class Recordset::Impl {
         return m_plan->base->table.columns[index];
     }
     void insertBuffer();
+    [[nodiscard]] qint64 insertAnyhow(store::Prepared& statement);
     void updateBuffer();
     void bindBuffer(store::Prepared& statement);
 
@@ -77,6 +79,6 @@ class Recordset::Impl {
 
     std::vector<Value> m_row;
     bool m_rowValid = false;
-    qint64 m_rowChanges = 0; ///< the connection's count of changes when the row was read
+    qint64 m_rowChanges = 0; ///< the plan's count of changes when the row was read
     Buffer m_buffer;
 };

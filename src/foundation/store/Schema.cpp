@@ -1,5 +1,5 @@
 #include "DatabaseImpl.h"
-#include "sqlite/SqliteEngine.h"
+#include "Engines.h"
 
 #include <store/Schema.h>
 
@@ -48,16 +48,10 @@ void createTables(Database& db) {
     transaction.commit();
 }
 
-QString ddlText() {
-    store::SqliteEngine engine(u":memory:"_s, store::SqliteEngine::Mode::Shared);
+QString ddlText(QStringView engine) {
     QByteArray text;
-    for (const TableRow& row : tables()) {
-        const store::TableDefinition definition = definitionOf(row);
-        text += engine.tableSql(definition, definition.table.name) + ";\n";
-        for (const store::IndexDefinition& index : definition.indexes)
-            text += engine.indexSql(definition, index) + ";\n";
-        text += '\n';
-    }
+    for (const TableRow& row : tables())
+        text += store::structureText(engine, definitionOf(row)) + '\n';
     return QString::fromUtf8(text);
 }
 

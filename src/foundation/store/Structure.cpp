@@ -150,6 +150,7 @@ void Connection::createTable(TableDefinition table) {
     complete(table);
     if (engine().readOnly()) raise(3027);
     Transaction transaction(*this);
+    m_engine->lockStructure();
     refreshStructure();
     if (m_catalogue.find(table.table.name)) raise(3010, table.table.name);
     m_engine->createTable(table);
@@ -161,6 +162,7 @@ void Connection::createTable(TableDefinition table) {
 void Connection::dropTable(const QString& name) {
     if (engine().readOnly()) raise(3027);
     Transaction transaction(*this);
+    m_engine->lockStructure();
     refreshStructure();
     const QString spelling = table(name).table.name;
     m_engine->dropTable(spelling);
@@ -174,6 +176,7 @@ void Connection::changeTable(const TableDefinition& from, TableDefinition to,
     complete(to);
     if (engine().readOnly()) raise(3027);
     Transaction transaction(*this);
+    m_engine->lockStructure();
     if (refreshStructure()) raise(3260); // somebody else changes the structure at this moment
     const TableDefinition old = from;
     m_engine->rebuild(old, to, source);

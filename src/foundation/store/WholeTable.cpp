@@ -26,6 +26,7 @@ const store::TableDefinition& counted(store::Connection& connection, const QStri
 class TableWriter::Impl {
   public:
     std::shared_ptr<store::Connection> connection;
+    QString table;
     std::vector<jet::Column> columns;
     std::unique_ptr<store::RowSink> sink;
     std::vector<Value> row;
@@ -47,6 +48,7 @@ void TableWriter::Add(const std::vector<Value>& row) {
 void TableWriter::Finish() {
     m_impl->connection->engine();
     if (!m_impl->sink) raise(3219);
+    m_impl->connection->tableChanges(m_impl->table);
     m_impl->sink->finish();
     m_impl->sink.reset();
 }
@@ -59,6 +61,7 @@ std::unique_ptr<TableWriter> Database::WriteTable(const QString& table) {
     const store::TableDefinition& definition = connection.table(table);
     auto impl = std::make_unique<TableWriter::Impl>();
     impl->connection = m_impl->connection;
+    impl->table = definition.table.name;
     impl->columns = definition.table.columns;
     impl->sink = engine.rowSink(definition);
     return std::unique_ptr<TableWriter>(new TableWriter(std::move(impl)));
@@ -71,11 +74,11 @@ void Database::ReadTable(const QString& table, const std::function<void(const st
     connection.refreshStructure();
     const store::TableDefinition definition = connection.table(table);
     const jet::Column* counter = definition.autoNumber();
-    const QByteArray key = counter ? store::quoted(counter->name) : engine.keyColumn();
+    const QByteArray key = counter ? engine.identifier(counter->name) : engine.keyColumn();
     QByteArray select = "SELECT " + key;
     for (const jet::Column& column : definition.table.columns)
-        select += ", " + store::quoted(column.name);
-    select += " FROM " + store::quoted(definition.table.name);
+        select += ", " + engine.identifier(column.name);
+    select += " FROM " + engine.identifier(definition.table.name);
     const QByteArray order = " ORDER BY " + key + " LIMIT " + QByteArray::number(chunk);
 
     std::vector<Value> values(definition.table.columns.size());

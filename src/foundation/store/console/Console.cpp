@@ -149,15 +149,21 @@ std::unique_ptr<Database> open(const QString& store, const QCommandLineParser& p
     const bool readOnly = parser.isSet(u"readonly"_s);
     const QString given = parser.value(u"password"_s);
     const QString connect = u";PWD="_s;
-    if (parser.isSet(u"create"_s) && store != u":memory:" && !QFile::exists(store)) {
-        std::ignore = Database::CreateDatabase(store, connect + given);
+    if (parser.isSet(u"create"_s) && store != u":memory:") {
+        try {
+            std::ignore = Database::CreateDatabase(store, connect + given);
+        } catch (const RuntimeError& error) {
+            if (error.Number != 3204) throw; // it is there already
+        }
     }
     if (parser.isSet(u"password"_s)) return Database::OpenDatabase(store, false, readOnly, connect + given);
     try {
-        return Database::OpenDatabase(store, false, readOnly, connect + QString::fromUtf16(store::oldPassword));
+        return Database::OpenDatabase(store, false, readOnly,
+                                      connect + QString::fromUtf16(store::oldPassword));
     } catch (const RuntimeError& error) {
         if (error.Number != 3031) throw;
-        return Database::OpenDatabase(store, false, readOnly, connect + QString::fromUtf16(store::newPassword));
+        return Database::OpenDatabase(store, false, readOnly,
+                                      connect + QString::fromUtf16(store::newPassword));
     }
 }
 
@@ -167,7 +173,8 @@ int run(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Runs statements of the store's SQL dialect.\n\n"
-        "STORE is a store file or :memory:. Statements come from the argument or from standard input, where "
+        "STORE is a store file, :memory: or the URI of a server's database. Statements come from the "
+        "argument or from standard input, where "
         "each\n"
         "ends with a semicolon or an empty line. Errors go to standard error as number, place and description."_s);
     parser.addHelpOption();
@@ -175,9 +182,9 @@ int run(const QStringList& arguments) {
     parser.addOption(
         {u"translate"_s, u"Print the translation for this engine instead of running."_s, u"engine"_s});
     parser.addOption({u"readonly"_s, u"Open so that nothing can be written."_s});
-    parser.addOption({u"create"_s, u"Make an empty store when the file does not exist."_s});
+    parser.addOption({u"create"_s, u"Make an empty store when there is none."_s});
     parser.addOption({u"password"_s, u"The store's password."_s, u"password"_s});
-    parser.addPositionalArgument(u"STORE"_s, u"Store file or :memory:"_s);
+    parser.addPositionalArgument(u"STORE"_s, u"Store file, :memory: or URI"_s);
     parser.addPositionalArgument(u"STATEMENT"_s, u"One statement"_s, u"[STATEMENT]"_s);
     if (!parser.parse(arguments)) {
         put(stderr, parser.errorText().toUtf8() + '\n');
@@ -193,12 +200,17 @@ int run(const QStringList& arguments) {
         return 2;
     }
     const Options options{parser.isSet(u"json"_s), parser.isSet(u"translate"_s)};
-    if (options.translate && parser.value(u"translate"_s) != u"sqlite") {
-        put(stderr, "--translate: sqlite\n");
+    const QString engine = parser.value(u"translate"_s);
+    if (options.translate && engine != u"sqlite" && engine != u"postgres") {
+        put(stderr, "--translate: sqlite or postgres\n");
         return 2;
     }
     try {
         const auto db = open(words.at(0), parser);
+        if (options.translate && !db->Version().startsWith(engine, Qt::CaseInsensitive)) {
+            put(stderr, "--translate: STORE lies on another engine\n");
+            return 2;
+        }
         if (words.size() == 2) return runOne(*db, words.at(1), options);
         QFile input;
         if (!input.open(stdin, QIODevice::ReadOnly)) return 2;

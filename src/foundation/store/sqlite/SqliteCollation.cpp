@@ -18,7 +18,7 @@ void SqliteEngine::refreshIndexes() {
     if (number("SELECT count(*) FROM sqlite_schema WHERE name='merivane$settings'") == 0) return;
     const QByteArray version = CollationVersion();
     if (text(versionOfFile) == version) return;
-    if (m_mode == Mode::ReadOnly) {
+    if (readOnly()) {
         workOnCopy();
         run(QByteArray("REINDEX ") + jet::collationName + "; PRAGMA query_only=1");
         return;

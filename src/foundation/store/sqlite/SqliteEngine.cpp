@@ -20,18 +20,19 @@ constexpr int haste = 100;     ///< the same for an exclusive open, which every 
 
 } // namespace
 
-SqliteEngine::SqliteEngine(const QString& file, Mode mode)
+SqliteEngine::SqliteEngine(const QString& file, Access access, Place place)
     : m_file(file)
-    , m_mode(mode) {
+    , m_access(access)
+    , m_place(place) {
     const bool memory = file == u":memory:";
     if (!memory) {
         m_file = QFileInfo(file).absoluteFilePath();
-        if (mode != Mode::Create) checkHeader(m_file);
+        if (place == Place::Existing) checkHeader(m_file);
         m_network = onNetwork(m_file);
     }
     try {
-        if (m_network && mode != Mode::ReadOnly && mode != Mode::Create)
-            m_users = std::make_unique<UserLock>(m_file, mode == Mode::Exclusive);
+        if (m_network && !readOnly() && place == Place::Existing)
+            m_users = std::make_unique<UserLock>(m_file, exclusive());
         openConnection();
     } catch (...) {
         close();
@@ -56,11 +57,11 @@ void SqliteEngine::close() noexcept {
 int SqliteEngine::openHandle(bool immutable) {
     int flags = SQLITE_OPEN_NOMUTEX;
     QByteArray name = m_file.toUtf8();
-    if (m_mode == Mode::ReadOnly)
+    if (readOnly())
         flags |= SQLITE_OPEN_READONLY;
     else
         flags |= SQLITE_OPEN_READWRITE;
-    if (m_mode == Mode::Create) flags |= SQLITE_OPEN_CREATE;
+    if (m_place == Place::New) flags |= SQLITE_OPEN_CREATE;
     if (immutable) {
         name.replace('%', "%25").replace('?', "%3f").replace('#', "%23");
         name = "file:" + name + "?immutable=1";
@@ -79,7 +80,7 @@ void SqliteEngine::openConnection() {
                 sqlite3_open_v2(":memory:", &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
             code != SQLITE_OK)
             raiseLast(code);
-    } else if (m_mode == Mode::ReadOnly) {
+    } else if (readOnly()) {
         int code = openHandle(false);
         // In a folder without the right to write, the shared memory of the log cannot be made. When there is
         // no log either, nobody else is at work and the file alone tells everything.
@@ -102,22 +103,23 @@ void SqliteEngine::openConnection() {
 // The engine keeps a shared lock on the file as long as a connection has its log open, and an exclusive one
 // in the exclusive locking mode: both die with the process.
 void SqliteEngine::takeHold() {
+    const bool alone = exclusive() && m_place == Place::Existing; // nobody knows a new file
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
-    if (m_mode == Mode::Create) flags |= SQLITE_OPEN_CREATE;
+    if (m_place == Place::New) flags |= SQLITE_OPEN_CREATE;
     const QByteArray name = m_file.toUtf8();
     if (const int code = sqlite3_open_v2(name.constData(), &m_db, flags, nullptr); code != SQLITE_OK)
         raiseLast(code);
     if (sqlite3_db_readonly(m_db, "main") == 1) raise(3050, m_file);
     sqlite3_extended_result_codes(m_db, 1);
-    sqlite3_busy_timeout(m_db, m_mode == Mode::Exclusive ? haste : patience);
-    if (m_mode == Mode::Exclusive) run("PRAGMA locking_mode=EXCLUSIVE");
+    sqlite3_busy_timeout(m_db, alone ? haste : patience);
+    if (alone) run("PRAGMA locking_mode=EXCLUSIVE");
     const QByteArray wanted = m_network ? "delete" : "wal";
     if (text("PRAGMA journal_mode") != wanted && text("PRAGMA journal_mode=" + wanted) != wanted &&
         !m_network) {
         m_network = true; // a file system without shared memory is as good as a network folder
-        if (m_mode != Mode::Create) m_users = std::make_unique<UserLock>(m_file, m_mode == Mode::Exclusive);
+        if (m_place == Place::Existing) m_users = std::make_unique<UserLock>(m_file, alone);
     }
-    if (m_mode == Mode::Exclusive)
+    if (alone)
         run("BEGIN EXCLUSIVE; COMMIT");
     else
         run("SELECT count(*) FROM sqlite_schema");
@@ -153,7 +155,6 @@ void SqliteEngine::run(const QByteArray& sql) {
 }
 
 qint64 SqliteEngine::affected() const { return sqlite3_changes64(m_db); }
-qint64 SqliteEngine::changeCount() const { return sqlite3_total_changes64(m_db); }
 qint64 SqliteEngine::lastKey() const { return sqlite3_last_insert_rowid(m_db); }
 bool SqliteEngine::inTransaction() const { return m_db && sqlite3_get_autocommit(m_db) == 0; }
 
@@ -198,6 +199,8 @@ qint64 SqliteEngine::nextAutoNumber(const QString& table) {
     }
     return taken;
 }
+
+bool SqliteEngine::blank() const { return m_file == u":memory:"; }
 
 QString SqliteEngine::version() const { return u"SQLite "_s + QString::fromLatin1(sqlite3_libversion()); }
 

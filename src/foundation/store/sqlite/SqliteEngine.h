@@ -15,10 +15,10 @@ class SqlitePrepared;
 
 class SqliteEngine final : public Engine {
   public:
-    enum class Mode { Shared, Exclusive, ReadOnly, Create };
+    enum class Place { Existing, New };
     /// Opens a file or, with ":memory:", a store that lives with the connection. Raises 3024, 3343, 3050,
     /// 3045.
-    SqliteEngine(const QString& file, Mode mode);
+    SqliteEngine(const QString& file, Access access, Place place = Place::Existing);
     ~SqliteEngine() override;
     SqliteEngine(const SqliteEngine&) = delete;
     SqliteEngine& operator=(const SqliteEngine&) = delete;
@@ -28,7 +28,6 @@ class SqliteEngine final : public Engine {
     void run(const QByteArray& sql) override;
 
     qint64 affected() const override;
-    qint64 changeCount() const override;
     qint64 lastKey() const override;
     qint64 structureVersion() override;
     bool inTransaction() const override;
@@ -38,14 +37,16 @@ class SqliteEngine final : public Engine {
 
     qint64 nextAutoNumber(const QString& table) override;
     QByteArray keyColumn() const override { return "_rowid_"; }
+    QByteArray identifier(QStringView name) const override { return quoted(name); }
+    QByteArray parameter(int number, Type) const override { return '?' + QByteArray::number(number); }
     std::shared_ptr<const jet::Emitter> emitter() const override { return jet::sqliteEmitter(); }
     QString version() const override;
-    bool readOnly() const override { return m_mode == Mode::ReadOnly; }
-    bool exclusive() const override { return m_mode == Mode::Exclusive || m_mode == Mode::Create; }
+    bool readOnly() const override { return m_access == Access::ReadOnly; }
+    bool exclusive() const override { return m_access == Access::Exclusive; }
+    bool blank() const override;
     QString warning() const override;
 
-    QByteArray tableSql(const TableDefinition& table, const QString& name) override;
-    QByteArray indexSql(const TableDefinition& table, const IndexDefinition& index) override;
+    void furnish() override;
     void createTable(const TableDefinition& table) override;
     void rebuild(const TableDefinition& from, const TableDefinition& to,
                  const std::vector<QString>& source) override;
@@ -68,7 +69,8 @@ class SqliteEngine final : public Engine {
     [[nodiscard]] QByteArray text(const QByteArray& sql);
 
     QString m_file;
-    Mode m_mode;
+    Access m_access;
+    Place m_place;
     sqlite3* m_db = nullptr;
     PendingError m_pending;
     bool m_opening = true;

@@ -1,6 +1,7 @@
 #include "../Errors.h"
 #include "SqliteEngine.h"
 #include "SqlitePrepared.h"
+#include "SqliteStore.h"
 
 #include <QStringList>
 
@@ -81,16 +82,14 @@ class SqliteRowSink final : public RowSink {
     std::unique_ptr<Prepared> m_insert;
 };
 
-} // namespace
-
-QByteArray SqliteEngine::tableSql(const TableDefinition& table, const QString& name) {
+QByteArray tableSql(const TableDefinition& table, const QString& name) {
     QByteArrayList columns;
     for (const jet::Column& column : table.table.columns)
         columns.append("  " + columnSql(column));
     return "CREATE TABLE " + quoted(name) + " (\n" + columns.join(",\n") + "\n) STRICT";
 }
 
-QByteArray SqliteEngine::indexSql(const TableDefinition& table, const IndexDefinition& index) {
+QByteArray indexSql(const TableDefinition& table, const IndexDefinition& index) {
     if (standsOnTheKey(table, index)) return {};
     QByteArrayList columns;
     for (const auto& [name, descending] : index.columns)
@@ -98,6 +97,27 @@ QByteArray SqliteEngine::indexSql(const TableDefinition& table, const IndexDefin
     return QByteArray(index.unique || index.primary ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") +
            quoted(QString(table.table.name + u'.' + index.name)) + " ON " + quoted(table.table.name) + " (" +
            columns.join(", ") + ')';
+}
+
+} // namespace
+
+QByteArray sqliteStructure(const TableDefinition& table) {
+    QByteArray text = tableSql(table, table.table.name) + ";\n";
+    for (const IndexDefinition& index : table.indexes)
+        text += indexSql(table, index) + ";\n";
+    return text;
+}
+
+void SqliteEngine::furnish() {
+    run("PRAGMA application_id=" + QByteArray::number(applicationId) + ";" +
+        "CREATE TABLE \"merivane$settings\" (\"key\" TEXT PRIMARY KEY, \"value\" TEXT NOT NULL) STRICT;"
+        "CREATE TABLE \"merivane$columns\" (\"tablename\" TEXT NOT NULL, \"ordinal\" INTEGER NOT NULL,"
+        " \"name\" TEXT NOT NULL, \"type\" TEXT NOT NULL, \"size\" INTEGER NOT NULL,"
+        " \"default\" TEXT NOT NULL, \"flags\" INTEGER NOT NULL,"
+        " PRIMARY KEY (\"tablename\", \"ordinal\")) STRICT;"
+        "CREATE TABLE \"merivane$indexes\" (\"tablename\" TEXT NOT NULL, \"name\" TEXT NOT NULL,"
+        " \"columns\" TEXT NOT NULL, \"flags\" INTEGER NOT NULL,"
+        " PRIMARY KEY (\"tablename\", \"name\")) STRICT");
 }
 
 void SqliteEngine::createTable(const TableDefinition& table) {

@@ -63,20 +63,28 @@ class TableDef {
 /// One connection to a store. Every statement is Jet SQL; there is no second way to the engine. Not
 /// thread-safe: one thread, one Database.
 ///
-/// A SQLite store is one file; ":memory:" is a store that lives with the connection.
+/// A SQLite store is one file; ":memory:" is a store that lives with the connection. A name that begins with
+/// "postgresql://" or "postgres://" is the connection URI of a server's database, in whose schema (the first
+/// of the search path) the store lives. The server's password may stand in the URI, or better in the password
+/// file or a service file; no message shows it.
 class Database {
   public:
     /// Opens an existing store. `Connect` is ";PWD=" and the password; a store without one takes any. Raises
     /// 3024 missing file, 3031 wrong password, 3343 not a store of ours (the file stays untouched), 3050 no
     /// right to lock or write, 3045 in use by another process while `Exclusive`, or opened exclusively there,
     /// 3049 damaged, 3734 the unfinished target of a move. `ReadOnly` wins over `Exclusive`: such a
-    /// connection is shared and every write raises 3027.
+    /// connection is shared and every write raises 3027. On a server also 3151 not reachable, 3024 no such
+    /// database, 3031 wrong password, 3029 not let in, 3011 a database without anything in it (CreateDatabase
+    /// may fill it), 3343 a database with somebody else's tables.
     static std::unique_ptr<Database> OpenDatabase(const QString& Name, bool Exclusive = false,
                                                   bool ReadOnly = false, const QString& Connect = {});
-    /// Makes an empty store without tables. Raises 3204 when the file exists. With `MoveSource` the store is
-    /// marked from its first moment, see SetMoveSource, and opened exclusively.
+    /// Makes an empty store without tables, or with what `Fill` puts into it: a new file, or the schema of an
+    /// empty database on a server. Others see all of it or nothing. Raises 3204 when there is one already,
+    /// 3343 when somebody else's tables stand there. With `MoveSource` the store is marked from its first
+    /// moment, see SetMoveSource, and opened exclusively.
     static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {},
-                                                    const QString& MoveSource = {});
+                                                    const QString& MoveSource = {},
+                                                    const std::function<void(Database&)>& Fill = {});
     /// As OpenDatabase, exclusively, and also when the store is the unfinished target of a move.
     static std::unique_ptr<Database> OpenMoveTarget(const QString& Name, const QString& Connect = {});
 
@@ -126,6 +134,8 @@ class Database {
     void Rollback();
     /// Raises 3031 when `Old` is not the password, 3621 unless the store is open exclusively.
     void NewPassword(const QString& Old, const QString& New);
+    /// Questions that travelled to a server and back so far; 0 for a file.
+    [[nodiscard]] qint64 RoundTrips() const;
 
     // For moving whole stores, see <moving/StoreMove.h>.
 

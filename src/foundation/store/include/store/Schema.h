@@ -32,7 +32,7 @@ struct TableRow {
 [[nodiscard]] const std::vector<TableRow>& tables();
 /// Creates all tables and indexes in an empty store.
 void createTables(Database& db);
-/// The statements of createTables as text, for the golden files.
-[[nodiscard]] QString ddlText();
+/// The statements of createTables as text, for the golden files; `engine` is "sqlite" or "postgres".
+[[nodiscard]] QString ddlText(QStringView engine);
 
 } // namespace schema

@@ -1,0 +1,323 @@
+#include "PostgresEngine.h"
+
+#include "../Errors.h"
+#include "PostgresPrepared.h"
+#include "PostgresStructure.h"
+#include "PostgresValue.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace store {
+
+namespace {
+
+constexpr int patience = 5000; ///< milliseconds that a lost connection is tried for
+constexpr std::size_t mostDiscarded = 30;
+
+bool failed(const PGresult* result) {
+    const ExecStatusType status = PQresultStatus(result);
+    return status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK && status != PGRES_EMPTY_QUERY;
+}
+
+} // namespace
+
+PostgresEngine::PostgresEngine(PostgresAddress address, Access access, Place place)
+    : m_link(std::move(address))
+    , m_access(access)
+    , m_place(place) {
+    try {
+        m_link.connect(0);
+        const State state = lookAround();
+        if (state == State::Foreign) raise(3343, m_link.address().shown());
+        if (place == Place::New && state == State::Ours) raise(3204, m_link.address().shown());
+        if (place == Place::Existing && state == State::Empty) raise(3011, m_link.address().shown());
+        setUp();
+        if (place == Place::Existing) install();
+    } catch (const LostConnection&) {
+        raiseLost();
+    }
+    m_opening = false;
+}
+
+PostgresEngine::~PostgresEngine() { close(); }
+
+void PostgresEngine::close() noexcept {
+    m_structureVersion.reset();
+    m_nextNumber.reset();
+    for (PostgresPrepared* statement : m_statements)
+        statement->abandon();
+    m_statements.clear();
+    m_link.close();
+}
+
+std::unique_ptr<Prepared> PostgresEngine::prepare(const QByteArray& sql) {
+    return std::make_unique<PostgresPrepared>(*this, sql);
+}
+
+void PostgresEngine::forget(PostgresPrepared& statement) noexcept {
+    m_statements.erase(&statement);
+    if (statement.m_epoch == m_link.epoch()) m_discarded.push_back(statement.m_name);
+}
+
+// ---- one statement
+
+void PostgresEngine::ready() {
+    if (m_link.readingRows()) raise(3219);
+    if (m_broken) raiseLostTransaction();
+    if (m_link.alive()) return;
+    if (m_transaction) {
+        m_broken = true;
+        raiseLostTransaction();
+    }
+    reconnect();
+}
+
+void PostgresEngine::reconnect() {
+    // The first failure takes its time, since a server that is started anew comes back within seconds; those
+    // that follow must not make each further click wait as long.
+    const int milliseconds = std::exchange(m_patient, false) ? patience : 0;
+    m_discarded.clear();
+    m_link.connect(milliseconds);
+    try {
+        setUp();
+    } catch (...) {
+        m_link.close();
+        throw;
+    }
+    m_patient = true;
+    m_reconnected = true;
+}
+
+void PostgresEngine::lost(const LostConnection& how, bool writes) {
+    m_link.close();
+    if (m_transaction) {
+        m_broken = true;
+        raiseLostTransaction();
+    }
+    if (writes && !how.nothingDone) raiseUnknownOutcome();
+    raiseLost();
+}
+
+void PostgresEngine::start(PostgresPrepared& statement) {
+    for (bool again : {true, false}) {
+        try {
+            ready();
+            if (statement.m_stream) return startStream(statement);
+            if (!tryStatement(statement, true)) std::ignore = tryStatement(statement, false);
+            return;
+        } catch (const LostConnection& how) {
+            const bool harmless = statement.m_reads || statement.m_repeatable || how.nothingDone;
+            if (!again || !harmless || m_transaction) lost(how, !statement.m_reads);
+            m_link.close();
+        }
+    }
+}
+
+// Inside a transaction a savepoint travels with the statement, so that a fault takes back the statement
+// alone.
+bool PostgresEngine::tryStatement(PostgresPrepared& statement, bool mayPrepareAnew) {
+    std::vector<PostgresOrder> orders;
+    using Kind = PostgresOrder::Kind;
+    if (m_discarded.size() > mostDiscarded)
+        for (const QByteArray& name : std::exchange(m_discarded, {}))
+            orders.push_back({Kind::Text, "DEALLOCATE " + name, {}, nullptr, {}});
+    if (m_transaction) orders.push_back({Kind::Text, "SAVEPOINT statement", {}, nullptr, {}});
+    const bool prepares = statement.m_epoch != m_link.epoch();
+    if (prepares)
+        orders.push_back({Kind::Prepare, statement.m_sql, statement.m_name, nullptr, statement.m_types});
+    const std::size_t own = orders.size();
+    orders.push_back({Kind::Run, {}, statement.m_name, &statement.m_values, {}});
+    if (m_transaction) orders.push_back({Kind::Text, "RELEASE statement", {}, nullptr, {}});
+
+    std::vector<PostgresResult> results = m_link.roundTrip(orders);
+    if (prepares && !failed(results[own - 1].get())) {
+        statement.m_epoch = m_link.epoch();
+        ++statement.m_prepared;
+    }
+    PostgresResult* fault = nullptr;
+    for (PostgresResult& result : results)
+        if (!fault && failed(result.get())) fault = &result;
+    if (!fault) {
+        take(statement, std::move(results[own]));
+        return true;
+    }
+    if (m_transaction) {
+        const std::vector<PostgresOrder> back{{Kind::Text, "ROLLBACK TO statement", {}, nullptr, {}},
+                                              {Kind::Text, "RELEASE statement", {}, nullptr, {}}};
+        std::ignore = m_link.roundTrip(back);
+    }
+    if (mayPrepareAnew && !prepares && isStalePlan(fault->get())) {
+        m_discarded.push_back(std::exchange(statement.m_name, nextName()));
+        statement.m_epoch = 0;
+        return false;
+    }
+    raisePostgres(fault->get());
+}
+
+void PostgresEngine::startStream(PostgresPrepared& statement) {
+    using Kind = PostgresOrder::Kind;
+    std::vector<PostgresOrder> orders;
+    if (m_transaction) orders.push_back({Kind::Text, "SAVEPOINT statement", {}, nullptr, {}});
+    if (statement.m_epoch != m_link.epoch())
+        orders.push_back({Kind::Prepare, statement.m_sql, statement.m_name, nullptr, statement.m_types});
+    if (!orders.empty()) {
+        for (const PostgresResult& result : m_link.roundTrip(orders))
+            if (failed(result.get())) {
+                endRows();
+                raisePostgres(result.get());
+            }
+        statement.m_epoch = m_link.epoch();
+    }
+    m_link.beginRows({Kind::Run, {}, statement.m_name, &statement.m_values, {}});
+}
+
+PostgresResult PostgresEngine::nextRow() {
+    try {
+        PostgresResult row = m_link.nextRow();
+        if (row && PQresultStatus(row.get()) != PGRES_SINGLE_TUPLE) {
+            endRows();
+            raisePostgres(row.get());
+        }
+        return row;
+    } catch (const LostConnection& how) {
+        lost(how, false);
+    }
+}
+
+void PostgresEngine::endRows() noexcept {
+    m_link.endRows();
+    if (!m_transaction || m_broken) return;
+    // Also after a success: the savepoint was set before the rows were read.
+    const PostgresResult result(PQexec(m_link.handle(), "ROLLBACK TO statement; RELEASE statement"), PQclear);
+}
+
+void PostgresEngine::take(PostgresPrepared& statement, PostgresResult result) {
+    if (PQresultStatus(result.get()) == PGRES_COMMAND_OK || statement.m_inserts) {
+        const QByteArray count = PQcmdTuples(result.get());
+        m_affected = count.toLongLong();
+    }
+    if (statement.m_inserts && PQntuples(result.get()) > 0)
+        m_lastKey = QByteArray(PQgetvalue(result.get(), PQntuples(result.get()) - 1, 0)).toLongLong();
+    statement.m_result = std::move(result);
+}
+
+// ---- texts
+
+PostgresResult PostgresEngine::ask(const QByteArray& sql) {
+    PostgresResult result = m_link.simple(sql);
+    if (failed(result.get())) raisePostgres(result.get());
+    return result;
+}
+
+void PostgresEngine::run(const QByteArray& sql) {
+    ready();
+    try {
+        ask(sql);
+    } catch (const LostConnection& how) {
+        lost(how, true);
+    }
+}
+
+qint64 PostgresEngine::number(const QByteArray& sql) {
+    ready();
+    try {
+        const PostgresResult result = ask(sql);
+        return PQntuples(result.get()) > 0 ? QByteArray(PQgetvalue(result.get(), 0, 0)).toLongLong() : 0;
+    } catch (const LostConnection& how) {
+        lost(how, false);
+    }
+}
+
+void PostgresEngine::begin() {
+    for (bool again : {true, false}) {
+        ready();
+        try {
+            ask("BEGIN");
+            m_transaction = true;
+            return;
+        } catch (const LostConnection& how) {
+            if (!again) lost(how, false);
+            m_link.close();
+        }
+    }
+}
+
+void PostgresEngine::commit() {
+    const bool broken = m_broken || m_link.readingRows();
+    m_transaction = false;
+    if (std::exchange(m_broken, false) || broken) raiseLostTransaction();
+    try {
+        const PostgresResult result = ask("COMMIT");
+        // A transaction in which something failed is taken back instead.
+        if (QByteArray(PQcmdStatus(result.get())) == "ROLLBACK")
+            raise(3000, u"Der Vorgang wurde vom Datenbankserver zurückgenommen."_s);
+    } catch (const LostConnection& how) {
+        lost(how, true);
+    }
+}
+
+void PostgresEngine::rollback() noexcept {
+    m_broken = false;
+    if (!std::exchange(m_transaction, false)) return;
+    // Without a connection the server does it by itself.
+    if (m_link.alive()) const PostgresResult result(PQexec(m_link.handle(), "ROLLBACK"), PQclear);
+}
+
+// ---- what the store asks besides
+
+qint64 PostgresEngine::structureVersion() {
+    m_toldSeen = m_link.told();
+    m_reconnected = false;
+    if (!m_structureVersion)
+        m_structureVersion =
+            prepare("SELECT \"value\"::bigint FROM \"merivane$settings\" WHERE \"key\"='structure'");
+    Running running(*m_structureVersion);
+    return running.step() ? running->integer(0) : 0;
+}
+
+bool PostgresEngine::heardOfChange() {
+    if (m_link.readingRows() || m_broken || !m_link.alive()) return false; // the next statement sees to it
+    return m_reconnected || m_link.told() != m_toldSeen;
+}
+
+void PostgresEngine::lockStructure() {
+    run("SELECT 1 FROM \"merivane$settings\" WHERE \"key\"='structure' FOR UPDATE");
+}
+
+qint64 PostgresEngine::nextAutoNumber(const QString& table) {
+    if (!m_nextNumber) {
+        m_nextNumber = prepare("SELECT nextval($1::text::regclass)");
+        m_nextNumber->allowRepeat();
+    }
+    Running running(*m_nextNumber);
+    running->bind(1, QString::fromUtf8(counterName(table)));
+    if (!running.step()) raise(3000, table);
+    return running->integer(0);
+}
+
+QByteArray PostgresEngine::parameter(int number, Type type) const {
+    const QByteArray place = '$' + QByteArray::number(number);
+    return type == Type::Long ? place + "::bigint" : place;
+}
+
+qint64 PostgresEngine::roundTrips() const { return m_link.roundTrips(); }
+std::shared_ptr<const jet::Emitter> PostgresEngine::emitter() const { return jet::postgresEmitter(); }
+
+QString PostgresEngine::version() const {
+    const char* told = PQparameterStatus(m_link.handle(), "server_version");
+    return u"PostgreSQL "_s + QString::fromLatin1(told ? told : "").section(u' ', 0, 0);
+}
+
+QString PostgresEngine::warning() const {
+    const QByteArray host = PQhost(m_link.handle());
+    const bool local = host.isEmpty() || host.startsWith('/') || host.startsWith('@') ||
+                       host == "localhost" || host == "127.0.0.1" || host == "::1";
+    if (local || PQsslInUse(m_link.handle())) return {};
+    return u"Die Verbindung zum Datenbankserver ist nicht verschlüsselt (TLS). Wer im Netz mitliest, sieht "
+           u"alle "
+           "Daten."_s;
+}
+
+} // namespace store

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <text/RuntimeError.h>
+
+#include <QString>
+
+typedef struct pg_result PGresult;
+
+namespace store {
+
+/// Raises a fault of the server's side with its own words.
+[[noreturn]] void raiseTold(int number, const QString& description);
+
+/// Raises what a failed statement means to the program: the dialect's functions report their number as the
+/// state "Jnnnn", everything else is told from the server's own state.
+[[noreturn]] void raisePostgres(const PGresult* result);
+
+/// True when preparing the text anew may help.
+[[nodiscard]] bool isStalePlan(const PGresult* result);
+
+/// What a try to reach the server came to. `state` is the server's answer, empty when there was none.
+struct ConnectFault {
+    enum class Stage { Network, Tls, Login } stage = Stage::Network;
+    QString state;
+    QString words;
+    QString host, database, user;
+    bool passwordMissing = false;
+    bool unknownHost = false;
+    bool timedOut = false;
+};
+[[noreturn]] void raiseConnect(const ConnectFault& fault);
+/// True when waiting a little may help: nobody listens, or the server is just starting or stopping.
+[[nodiscard]] bool mayPass(const ConnectFault& fault);
+
+/// The connection ended while something was asked.
+struct LostConnection {
+    bool nothingDone = false; ///< the server certainly took nothing over
+};
+
+/// 3151: the connection is lost and what was asked did not happen.
+[[noreturn]] void raiseLost();
+/// 3151: the same in a transaction, which the server takes back.
+[[noreturn]] void raiseLostTransaction();
+/// 3157: the connection was lost while the server may have been writing.
+[[noreturn]] void raiseUnknownOutcome();
+
+} // namespace store

@@ -1,0 +1,155 @@
+#include "PostgresLink.h"
+
+#include <algorithm>
+#include <poll.h>
+
+namespace store {
+
+namespace {
+
+bool failed(const PGresult* result) {
+    const ExecStatusType status = PQresultStatus(result);
+    return status == PGRES_FATAL_ERROR || status == PGRES_BAD_RESPONSE;
+}
+
+} // namespace
+
+std::vector<const char*> PostgresValues::pointers() const {
+    std::vector<const char*> list(texts.size(), nullptr);
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        if (given[i]) list[i] = texts[i].constData();
+    return list;
+}
+
+PostgresLink::PostgresLink(PostgresAddress address)
+    : m_address(std::move(address)) {}
+
+PostgresLink::~PostgresLink() { close(); }
+
+void PostgresLink::close() noexcept {
+    PQfinish(m_connection);
+    m_connection = nullptr;
+    m_rows = false;
+}
+
+void PostgresLink::takeNotices() {
+    while (PGnotify* notify = PQnotifies(m_connection)) {
+        if (notify->be_pid != PQbackendPID(m_connection)) ++m_told;
+        PQfreemem(notify);
+    }
+}
+
+bool PostgresLink::alive() {
+    if (!m_connection) return false;
+    // A closed connection shows as something to read; several pieces may wait before its end.
+    for (int piece = 0; piece < 16; ++piece) {
+        pollfd waiting{PQsocket(m_connection), POLLIN, 0};
+        if (waiting.fd < 0 || PQstatus(m_connection) != CONNECTION_OK) return false;
+        if (poll(&waiting, 1, 0) <= 0) break;
+        if (PQconsumeInput(m_connection) == 0) return false;
+        takeNotices();
+    }
+    return PQstatus(m_connection) == CONNECTION_OK;
+}
+
+bool PostgresLink::send(const PostgresOrder& order) {
+    switch (order.kind) {
+    case PostgresOrder::Kind::Text:
+        return PQsendQueryParams(m_connection, order.text.constData(), 0, nullptr, nullptr, nullptr, nullptr,
+                                 0) == 1;
+    case PostgresOrder::Kind::Prepare:
+        return PQsendPrepare(m_connection, order.name.constData(), order.text.constData(),
+                             static_cast<int>(order.types.size()), order.types.data()) == 1;
+    case PostgresOrder::Kind::Run: {
+        const std::vector<const char*> values = order.values->pointers();
+        return PQsendQueryPrepared(m_connection, order.name.constData(), static_cast<int>(values.size()),
+                                   values.data(), nullptr, nullptr, 0) == 1;
+    }
+    }
+    return false;
+}
+
+std::vector<PostgresResult> PostgresLink::roundTrip(std::span<const PostgresOrder> orders) {
+    PQenterPipelineMode(m_connection);
+    for (const PostgresOrder& order : orders)
+        if (!send(order)) throw LostConnection{true};
+    ++m_roundTrips;
+    const bool sent = PQpipelineSync(m_connection) == 1;
+
+    std::vector<PostgresResult> results;
+    bool finished = false;
+    bool refused = false; // by the server, in its own words
+    std::size_t done = 0;
+    while (sent && !finished) {
+        PostgresResult result(PQgetResult(m_connection), PQclear);
+        if (!result) {
+            // The end of one order's answer; twice in a row only when there is no connection any more.
+            if (PQstatus(m_connection) != CONNECTION_OK) break;
+            continue;
+        }
+        if (PQresultStatus(result.get()) == PGRES_PIPELINE_SYNC) {
+            finished = true;
+        } else {
+            if (!failed(result.get()) && PQresultStatus(result.get()) != PGRES_PIPELINE_ABORTED)
+                ++done;
+            else if (PQresultErrorField(result.get(), PG_DIAG_SQLSTATE))
+                refused = true;
+            results.push_back(std::move(result));
+        }
+    }
+    if (!finished || PQstatus(m_connection) != CONNECTION_OK) {
+        // Writing happens behind the last order, so that even all answers do not tell whether it did; a
+        // refused order keeps it from happening.
+        throw LostConnection{refused && done < orders.size()};
+    }
+    PQexitPipelineMode(m_connection);
+    takeNotices();
+    return results;
+}
+
+PostgresResult PostgresLink::simple(const QByteArray& texts) {
+    ++m_roundTrips;
+    PostgresResult result(PQexec(m_connection, texts.constData()), PQclear);
+    if (PQstatus(m_connection) != CONNECTION_OK) throw LostConnection{};
+    takeNotices();
+    return result;
+}
+
+void PostgresLink::beginRows(const PostgresOrder& run) {
+    if (!send(run)) throw LostConnection{true};
+    ++m_roundTrips;
+    PQsetSingleRowMode(m_connection);
+    m_rows = true;
+}
+
+PostgresResult PostgresLink::nextRow() {
+    PostgresResult result(PQgetResult(m_connection), PQclear);
+    if (!result || PQresultStatus(result.get()) == PGRES_SINGLE_TUPLE) {
+        if (!result) m_rows = false;
+        return result;
+    }
+    const bool lost = PQstatus(m_connection) != CONNECTION_OK;
+    // Behind the last row stands a result without any.
+    while (PostgresResult rest{PQgetResult(m_connection), PQclear}) {
+    }
+    m_rows = false;
+    if (lost || PQstatus(m_connection) != CONNECTION_OK) throw LostConnection{true};
+    takeNotices();
+    if (failed(result.get())) return result;
+    result.reset();
+    return result;
+}
+
+void PostgresLink::endRows() noexcept {
+    if (!m_rows) return;
+    m_rows = false;
+    if (PGcancel* cancel = PQgetCancel(m_connection)) {
+        char words[256];
+        PQcancel(cancel, words, sizeof(words));
+        PQfreeCancel(cancel);
+    }
+    while (PGresult* rest = PQgetResult(m_connection))
+        PQclear(rest);
+}
+
+} // namespace store

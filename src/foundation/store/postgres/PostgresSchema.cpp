@@ -1,0 +1,125 @@
+#include "../Engines.h"
+#include "../Errors.h"
+#include "PostgresEngine.h"
+#include "PostgresStructure.h"
+
+#include <QElapsedTimer>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace store {
+
+namespace {
+
+constexpr int patience = 5000;           ///< milliseconds that a start waits for one that has the store alone
+constexpr auto lockClass = "1297239601"; ///< "MVN1": our advisory locks among those of others
+constexpr auto channel = "merivane";
+
+// What extensions brought belongs to nobody.
+constexpr auto placeSql = R"(
+SELECT current_schema(), split_part(current_setting('search_path'), ',', 1), current_user,
+  (SELECT count(*) FROM pg_class WHERE relnamespace = s.oid AND relkind = 'r'
+     AND relname IN ('merivane$settings', 'merivane$columns', 'merivane$indexes')),
+  (SELECT count(*) FROM pg_class c WHERE relnamespace = s.oid AND NOT EXISTS
+     (SELECT 1 FROM pg_depend WHERE classid = 'pg_class'::regclass AND objid = c.oid AND deptype = 'e')) +
+  (SELECT count(*) FROM pg_proc p WHERE pronamespace = s.oid AND NOT EXISTS
+     (SELECT 1 FROM pg_depend WHERE classid = 'pg_proc'::regclass AND objid = p.oid AND deptype = 'e'))
+FROM (SELECT (SELECT oid FROM pg_namespace WHERE nspname = current_schema()) AS oid) AS s)";
+
+QByteArray cell(const PostgresResult& result, int column) { return PQgetvalue(result.get(), 0, column); }
+
+QByteArray literal(const QByteArray& text) { return '\'' + QByteArray(text).replace('\'', "''") + '\''; }
+
+class ServerPlace final : public NewStore {
+  public:
+    explicit ServerPlace(PostgresAddress address)
+        : m_address(std::move(address)) {}
+    std::unique_ptr<Engine> takeEngine() override {
+        return std::make_unique<PostgresEngine>(m_address, Access::Shared, PostgresEngine::Place::New);
+    }
+    void finish() override {} // the commit was the end of it
+
+  private:
+    PostgresAddress m_address;
+};
+
+} // namespace
+
+std::unique_ptr<NewStore> newServerStore(const QString& name) {
+    return std::make_unique<ServerPlace>(PostgresAddress(name));
+}
+
+PostgresEngine::State PostgresEngine::lookAround() {
+    const PostgresResult place = ask(placeSql);
+    m_schemaMissing = PQgetisnull(place.get(), 0, 0) != 0;
+    if (m_schemaMissing) {
+        // The search path names a schema that is still to be made.
+        m_schema = cell(place, 1).trimmed();
+        if (m_schema.startsWith('"') && m_schema.endsWith('"'))
+            m_schema = m_schema.mid(1, m_schema.size() - 2).replace("\"\"", "\"");
+        if (m_schema == "$user") m_schema = cell(place, 2);
+        return State::Empty;
+    }
+    m_schema = cell(place, 0);
+    if (cell(place, 3).toInt() == 3) return State::Ours;
+    return cell(place, 4).toInt() == 0 ? State::Empty : State::Foreign;
+}
+
+void PostgresEngine::setUp() {
+    QByteArray sql = "SET search_path = " + quoted(QString::fromUtf8(m_schema)) +
+                     "; SET standard_conforming_strings = on; SET extra_float_digits = 1;"
+                     " SET lock_timeout = '10s'; SET statement_timeout = 0;"
+                     " SET client_min_messages = error; SET default_transaction_isolation = 'read committed';"
+                     " SET jit = off; SET tcp_keepalives_idle = 10; SET tcp_keepalives_interval = 5;"
+                     " SET tcp_keepalives_count = 3; LISTEN ";
+    sql += channel;
+    if (readOnly()) sql += "; SET default_transaction_read_only = on";
+    ask(sql);
+    if (m_place == Place::New) return;
+    takeHold();
+    if (readOnly()) return;
+    const PostgresResult writable = ask("SELECT current_setting('transaction_read_only')");
+    if (cell(writable, 0) == "on")
+        raiseTold(3027,
+                  u"Der Datenbankserver '%1' nimmt nur Lesezugriffe an (er ist eine Kopie oder gesperrt). "
+                  "Bitte die Adresse des Hauptservers eintragen."_s.arg(m_link.address().shown()));
+}
+
+// Who has the store open holds a lock of the session, shared or alone; it ends with the connection.
+void PostgresEngine::takeHold() {
+    const QByteArray key = QByteArray(lockClass) + ", hashtext(" + literal(m_schema) + ')';
+    const QByteArray sql = exclusive() ? "SELECT pg_try_advisory_lock(" + key + ')'
+                                       : "SELECT pg_try_advisory_lock_shared(" + key + ')';
+    QElapsedTimer clock;
+    clock.start();
+    while (cell(ask(sql), 0) != "t") {
+        if (exclusive() || clock.elapsed() > patience) raise(3045, m_link.address().shown());
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+}
+
+void PostgresEngine::furnish() {
+    // Of two tills that start first at the same moment one makes the store, the other waits and finds it
+    // made.
+    run("SELECT pg_advisory_xact_lock(" + QByteArray(lockClass) + ", hashtext(" + literal("new " + m_schema) +
+        "))");
+    const State state = lookAround();
+    if (state == State::Foreign) raise(3343, m_link.address().shown());
+    if (state == State::Ours) raise(3204, m_link.address().shown());
+    QByteArray sql;
+    if (m_schemaMissing) sql += "CREATE SCHEMA " + quoted(QString::fromUtf8(m_schema)) + ';';
+    run(sql + catalogueSql());
+    install();
+}
+
+void PostgresEngine::noteStructureChange() {
+    run("UPDATE \"merivane$settings\" SET \"value\"=(\"value\"::bigint+1)::text WHERE \"key\"='structure'; "
+        "NOTIFY " +
+        QByteArray(channel));
+}
+
+void PostgresEngine::install() {}
+
+} // namespace store
