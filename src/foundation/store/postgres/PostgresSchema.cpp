@@ -13,7 +13,8 @@ namespace store {
 
 namespace {
 
-constexpr int patience = 5000;           ///< milliseconds that a start waits for one that has the store alone
+constexpr int patience = 5000; ///< milliseconds that a start waits for one that has the store alone
+constexpr int haste = 300; ///< the same for one that wants it alone: the server notices an end a little late
 constexpr auto lockClass = "1297239601"; ///< "MVN1": our advisory locks among those of others
 constexpr auto channel = "merivane";
 
@@ -95,7 +96,7 @@ void PostgresEngine::takeHold() {
     QElapsedTimer clock;
     clock.start();
     while (cell(ask(sql), 0) != "t") {
-        if (exclusive() || clock.elapsed() > patience) raise(3045, m_link.address().shown());
+        if (clock.elapsed() > (exclusive() ? haste : patience)) raise(3045, m_link.address().shown());
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
 }
