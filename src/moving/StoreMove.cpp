@@ -153,6 +153,12 @@ class Move {
                 return Database::OpenDatabase(source, true, false, connect);
             });
         });
+        // A server has users of its own instead; a file that comes from there gets what every file of a till
+        // has.
+        if (store::isServer(target))
+            m_password.clear();
+        else if (store::isServer(source))
+            m_password = QString::fromUtf16(store::newPassword);
         telling(u"Ziel: "_s, [&] { openTarget(); });
         m_tables = m_source->TableDefs();
         for (const TableDef& table : m_tables)
@@ -232,7 +238,7 @@ class Move {
         const auto writer = m_target->WriteTable(table.Name);
         qint64 row = 0;
         m_source->ReadTable(table.Name, [&](const std::vector<Value>& values) {
-            telling(u"Zeile %1: "_s.arg(++row), [&] { writer->Add(values); });
+            telling(u"bis Zeile %1: "_s.arg(++row), [&] { writer->Add(values); });
             pace.row();
         });
         writer->Finish();
@@ -264,7 +270,7 @@ class Move {
 
     QString m_sourceName;
     QString m_targetName;
-    QString m_password;
+    QString m_password; ///< of the target
     std::unique_ptr<Database> m_source;
     std::unique_ptr<Database> m_target;
     std::vector<TableDef> m_tables;
