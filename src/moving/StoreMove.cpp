@@ -25,15 +25,18 @@ constexpr qint64 rowsBetweenReports = 500;
 
 struct Cancelled {};
 
-/// Tells the same error with words in front, so that one knows where it came from.
-template <typename Act>
-auto telling(const QString& where, Act act) {
+/// Tells an error of `act` with the words of `where` in front, so that one knows where it came from.
+template <typename Where, typename Act>
+auto telling(Where where, Act act) {
     try {
         return act();
     } catch (const RuntimeError& error) {
-        throw RuntimeError(error.Number, where + error.Description, error.Source);
+        throw RuntimeError(error.Number, where() + error.Description, error.Source);
     }
 }
+
+QString onSource() { return u"Quelle: "_s; }
+QString onTarget() { return u"Ziel: "_s; }
 
 /// How a store is called in the mark of its target and in messages.
 QString nameOf(const QString& place) {
@@ -148,7 +151,7 @@ class Move {
         , m_targetName(target) {
         if (m_sourceName == nameOf(target) && !m_sourceName.isEmpty())
             raise(3219, u"Quelle und Ziel sind dieselbe Datenbank."_s);
-        m_source = telling(u"Quelle: "_s, [&] {
+        m_source = telling(onSource, [&] {
             return openTrying(m_password, [&](const QString& connect) {
                 return Database::OpenDatabase(source, true, false, connect);
             });
@@ -159,7 +162,7 @@ class Move {
             m_password.clear();
         else if (store::isServer(source))
             m_password = QString::fromUtf16(store::newPassword);
-        telling(u"Ziel: "_s, [&] { openTarget(); });
+        telling(onTarget, [&] { openTarget(); });
         m_tables = m_source->TableDefs();
         for (const TableDef& table : m_tables)
             m_rows.push_back(rowsOf(*m_source, table.Name));
@@ -173,7 +176,7 @@ class Move {
         dropStrangers();
         for (std::size_t i = 0; i < m_tables.size(); ++i) {
             pace.begin(Progress::Step::Copying, m_tables[i].Name, m_rows[i]);
-            telling(u"Tabelle %1: "_s.arg(m_tables[i].Name), [&] { bring(m_tables[i], m_rows[i], pace); });
+            bring(m_tables[i], m_rows[i], pace);
         }
         std::vector<ComparedTable> compared;
         bool equal = true;
@@ -226,24 +229,34 @@ class Move {
     }
 
     void bring(const TableDef& table, qint64 rows, Pace& pace) {
-        const std::optional<TableDef> there = m_target->FindTableDef(table.Name);
-        if (there && *there == table && rowsOf(*m_target, table.Name) == rows &&
-            counterOf(*m_target, table) == counterOf(*m_source, table) &&
-            sumOf(*m_target, table.Name) == sumOf(*m_source, table.Name, pace.eachRow()))
-            return;
-        pace.again();
-        Attempt attempt(*m_target);
-        if (there) m_target->DeleteTableDef(table.Name);
-        m_target->AppendTableDef(table);
-        const auto writer = m_target->WriteTable(table.Name);
         qint64 row = 0;
-        m_source->ReadTable(table.Name, [&](const std::vector<Value>& values) {
-            telling(u"bis Zeile %1: "_s.arg(++row), [&] { writer->Add(values); });
-            pace.row();
+        const auto where = [&] {
+            return row == 0 ? u"Tabelle %1: "_s.arg(table.Name)
+                            : u"Tabelle %1, bis Zeile %2: "_s.arg(table.Name).arg(row);
+        };
+        telling(where, [&] {
+            const std::optional<TableDef> there = m_target->FindTableDef(table.Name);
+            if (there && isAlike(*there, table, rows, pace)) return;
+            pace.again();
+            Attempt attempt(*m_target);
+            if (there) m_target->DeleteTableDef(table.Name);
+            m_target->AppendTableDef(table);
+            const auto writer = m_target->WriteTable(table.Name);
+            m_source->ReadTable(table.Name, [&](const std::vector<Value>& values) {
+                ++row;
+                writer->Add(values);
+                pace.row();
+            });
+            writer->Finish();
+            if (hasCounter(table)) m_target->SetCounter(table.Name, m_source->Counter(table.Name));
+            attempt.succeed();
         });
-        writer->Finish();
-        if (hasCounter(table)) m_target->SetCounter(table.Name, m_source->Counter(table.Name));
-        attempt.succeed();
+    }
+
+    [[nodiscard]] bool isAlike(const TableDef& there, const TableDef& table, qint64 rows, Pace& pace) {
+        return there == table && rowsOf(*m_target, table.Name) == rows &&
+               counterOf(*m_target, table) == counterOf(*m_source, table) &&
+               sumOf(*m_target, table.Name) == sumOf(*m_source, table.Name, pace.eachRow());
     }
 
     ComparedTable compare(const TableDef& table, Pace& pace) {

@@ -115,7 +115,7 @@ TEST_F(MovingConsoleTest, AFullDiskIsToldAndLeavesAMoveThatGoesOn) {
                               QStringLiteral(MERIVANE_UMZUG), m_source, m_target},
                              u"/bin/sh"_s);
     EXPECT_EQ(1, full.code);
-    EXPECT_TRUE(full.err.contains(u"Fehler 3026: Tabelle Artikel: "_s)) << full.err.toStdString();
+    EXPECT_TRUE(full.err.contains(u"Fehler 3026: Tabelle Artikel, bis Zeile "_s)) << full.err.toStdString();
     EXPECT_EQ(3734, errorOf([&] { std::ignore = Database::OpenDatabase(m_target); }));
     EXPECT_EQ(0, run({m_source, m_target}).code);
     EXPECT_EQ(dump(*Database::OpenDatabase(m_source)), dump(*Database::OpenDatabase(m_target)));

@@ -118,7 +118,7 @@ TEST_F(ServerMoveTest, WhatTheServerCannotKeepIsToldWithItsTable) {
         FAIL() << "moved a text that the server cannot keep";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(3421, error.Number);
-        EXPECT_TRUE(error.Description.startsWith(u"Tabelle Notizen: "_s)) << error.what();
+        EXPECT_TRUE(error.Description.startsWith(u"Tabelle Notizen, bis Zeile 1: "_s)) << error.what();
     }
     EXPECT_EQ(3734, errorOf([&] { std::ignore = Database::OpenDatabase(m_uri); }));
 }
