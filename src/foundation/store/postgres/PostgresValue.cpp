@@ -50,7 +50,7 @@ Currency money(const char* text, int length) {
     const char* const end = text + length;
     const bool negative = text < end && *text == '-';
     if (negative) ++text;
-    constexpr quint64 most = static_cast<quint64>(std::numeric_limits<qint64>::max());
+    const quint64 most = static_cast<quint64>(std::numeric_limits<qint64>::max()) + (negative ? 1 : 0);
     quint64 scaled = 0;
     int decimals = -1;
     int rest = 0; // of the digits behind the fourth: below, at or above a half
@@ -78,7 +78,7 @@ Currency money(const char* text, int length) {
     }
     if (rest > 10 || (rest == 10 && scaled % 2 == 1)) ++scaled;
     if (scaled > most) RaiseOverflow();
-    return Currency::fromScaled(negative ? -static_cast<qint64>(scaled) : static_cast<qint64>(scaled));
+    return Currency::fromScaled(static_cast<qint64>(negative ? 0 - scaled : scaled));
 }
 
 bool truth(const char* text, int length) {
