@@ -93,10 +93,17 @@ void Basket::AddArtikelToBestellung() {
             NumberText(gArtikel.GrundMenge) + u' ' + gArtikel.Einheit + u'=' + MoneyText(gArtikel.GrundPreis);
     rs.Set(u"PreisInfo", info.left(50));
     // The row is formatted before it is written: a line that cannot be shown is not stored either.
-    Row row = makeRow({id, gArtikel.Nummer, gArtikel.Name, double(gArtikel.Buchungs_Menge), gArtikel.Menge,
-                       gArtikel.Einheit, prices.VKPreis_Rabatt, gArtikel.SteuerSatz.toDouble()},
-                      Net::Exact);
+    const Line line{id,
+                    gArtikel.Nummer,
+                    gArtikel.Name,
+                    double(gArtikel.Buchungs_Menge),
+                    gArtikel.Menge,
+                    gArtikel.Einheit,
+                    prices.VKPreis_Rabatt,
+                    gArtikel.SteuerSatz.toDouble()};
+    Row row = makeRow(line, Net::Exact);
     rs.Update();
+    rs.MoveToLastModified();
 
     const int last = rowCount();
     beginInsertRows({}, last, last);
@@ -104,7 +111,19 @@ void Basket::AddArtikelToBestellung() {
     endInsertRows();
     select(last);
     RefreshGesamt();
-    ItemClick(last);
+    guard([&] { show(last, line); }); // nobody needs to ask whether the row is there
+}
+
+Basket::Line Basket::currentLine() {
+    const Recordset& rs = rsBestellung();
+    return {rs.Long(u"ID"),
+            rs.Text(u"ArtikelNummer"),
+            rs.Text(u"ArtikelName"),
+            rs.Number(u"Buchungs_Menge"),
+            rs.Number(u"Menge"),
+            rs.Text(u"Einheit"),
+            rs.Money(u"VKPreis_Rabatt"),
+            rs.Number(u"SteuerSatz")};
 }
 
 void Basket::LoadBestellungen() {
@@ -113,12 +132,8 @@ void Basket::LoadBestellungen() {
     Recordset& rs = rsBestellung();
     rs.Requery();
     std::vector<Row> rows;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        rows.push_back(makeRow({rs.Long(u"ID"), rs.Text(u"ArtikelNummer"), rs.Text(u"ArtikelName"),
-                                rs.Number(u"Buchungs_Menge"), rs.Number(u"Menge"), rs.Text(u"Einheit"),
-                                rs.Money(u"VKPreis_Rabatt"), rs.Number(u"SteuerSatz")},
-                               Net::Rounded));
-    }
+    for (; !rs.Eof(); rs.MoveNext())
+        rows.push_back(makeRow(currentLine(), Net::Rounded));
     replaceRows(std::move(rows));
     RefreshGesamt();
     if (isEmpty()) {
@@ -157,8 +172,11 @@ void Basket::ShowGesamt(const QString& text) {
 
 void Basket::ItemClick(int row) {
     if (row < 0 || row >= rowCount()) return;
-    const bool ok = Handle(
-        "frmKasse", [&] { follow(row); }, [this] { CancelEdit(); });
+    guard([&] { follow(row); });
+}
+
+void Basket::guard(const std::function<void()>& body) {
+    const bool ok = Handle("frmKasse", body, [this] { CancelEdit(); });
     if (!ok) Handle("frmKasse", [this] { RefreshGesamt(); });
 }
 
@@ -175,8 +193,12 @@ void Basket::follow(int row) {
         LoadBestellungen();
         return;
     }
-    showStock();
-    showPicture(rs.Text(u"ArtikelNummer"));
+    show(row, currentLine());
+}
+
+void Basket::show(int row, const Line& line) {
+    showStock(line);
+    showPicture(line.Nummer);
     m_display.ShowLine(cell(row, Artikelname), cell(row, Anz), cell(row, Menge), cell(row, EPreis));
 }
 
@@ -184,27 +206,23 @@ void Basket::SetLCDDefault() {
     Handle("frmKasse", [this] { m_display.ShowDefault(); });
 }
 
-void Basket::showStock() {
+void Basket::showStock(const Line& line) {
     StockLabel label = m_stock;
     label.visible = gShowLagerBestand;
     if (!gShowLagerBestand) return setStock(std::move(label));
-    Recordset& rs = rsBestellung();
-    const QString nummer = rs.Text(u"ArtikelNummer");
-    const auto reserved = gDB->OpenRecordset(
-        u"SELECT SUM(Buchungs_Menge * Menge) AS Anzahl FROM Bestellung WHERE ArtikelNummer='"_s + nummer +
-        u"';"_s);
+    // One question for both: it is asked at every scan, and the store may be on a server.
     const auto article = gDB->OpenRecordset(
-        u"SELECT SollBestand, IstBestand, LagerAktiv FROM Artikel WHERE Nummer='"_s + nummer + u"';"_s);
+        u"SELECT SollBestand, IstBestand, LagerAktiv, (SELECT SUM(Buchungs_Menge * Menge) FROM Bestellung "
+        "WHERE ArtikelNummer='%1') AS Anzahl FROM Artikel WHERE Nummer='%1';"_s.arg(line.Nummer));
     label.warning = false;
     if (article->Eof() || !article->Flag(u"LagerAktiv")) {
         label.text = u" keine Lagerhaltung..."_s;
     } else {
         // The colour looks at this line alone, the figure at the open lines of all tills.
         const double stock = article->Number(u"IstBestand");
-        label.warning =
-            stock - rs.Number(u"Buchungs_Menge") * rs.Number(u"Menge") < article->Number(u"SollBestand");
-        label.text = u" aktueller Bestand: "_s + NumberText(stock - reserved->Number(u"Anzahl")) + u' ' +
-                     rs.Text(u"Einheit");
+        label.warning = stock - line.Buchungs_Menge * line.Menge < article->Number(u"SollBestand");
+        label.text =
+            u" aktueller Bestand: "_s + NumberText(stock - article->Number(u"Anzahl")) + u' ' + line.Einheit;
     }
     setStock(std::move(label));
 }

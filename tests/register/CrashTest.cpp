@@ -40,7 +40,7 @@ QSet<QString> numbers(const TempShop& shop, const QString& table) {
     return {all.begin(), all.end()};
 }
 
-TEST(Crash, NothingShownIsLost) {
+TEST(FileCrash, NothingShownIsLost) {
     TempShop shop;
     ScriptedDialogs dialogs;
     { // the files that a running shop has

@@ -69,7 +69,8 @@ class ScriptedScreen : public till::RegisterScreen {
 /// A till in a small shop: what is typed and scanned here goes through the real core into a real store.
 class Till : public testing::Test {
   protected:
-    Till() {
+    explicit Till(const QString& server = {})
+        : shop(server) {
         gFormatPreis = u"###0.00"_s;
         gDecimalStellen = 2;
         gVollerSteuerSatz = 19;

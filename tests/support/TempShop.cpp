@@ -9,13 +9,14 @@
 
 using namespace Qt::StringLiterals;
 
-TempShop::TempShop() {
-    if (!m_folder.isValid()) throw RuntimeError(70, u"kein Ordner für den Test"_s);
+TempShop::TempShop(const QString& server)
+    : m_store(server.isEmpty() ? m_place.name() : server) {
     qputenv("MERIVANE_MASCHINE", "KASSE-1");
     ResetSession();
     gSystem = std::make_unique<CSystem>();
-    gAppPath = gDBPath = m_folder.path() + QDir::separator();
-    setIni(u"GLOBAL"_s, u"DBPath"_s, m_folder.path());
+    gAppPath = gDBPath = m_place.folder() + QDir::separator();
+    setIni(u"GLOBAL"_s, u"DBPath"_s, m_place.folder());
+    if (!server.isEmpty()) setIni(u"GLOBAL"_s, u"DBServer"_s, server);
     Database::CreateDatabase(storePath())->Close();
     reopen();
     schema::createTables(*gDB);
@@ -26,8 +27,8 @@ TempShop::~TempShop() {
     ResetSession();
 }
 
-QString TempShop::folder() const { return m_folder.path() + QDir::separator(); }
-QString TempShop::storePath() const { return folder() + u"Merivane.mdb"_s; }
+QString TempShop::folder() const { return m_place.folder() + QDir::separator(); }
+QString TempShop::storePath() const { return m_store; }
 Database& TempShop::db() const { return *gDB; }
 
 void TempShop::reopen() {

@@ -63,10 +63,6 @@ class Emitter {
     virtual void join(Writer& w, const Source* s) const = 0;
     /// The row keys of tables in a join in parentheses can be named from outside.
     [[nodiscard]] virtual bool reachesNestedKeys() const = 0;
-    /// An aggregate tells the order in which it wants its rows; else they come as they are read.
-    [[nodiscard]] virtual bool ordersAggregates() const = 0;
-    /// Of several rows that an UPDATE finds for one the engine takes the first, else the last.
-    [[nodiscard]] virtual bool updatesByFirst() const = 0;
     /// Has the last word on a whole text.
     virtual void finish(QByteArray& text, std::size_t parameters) const = 0;
 };
@@ -104,7 +100,7 @@ class Writer {
     void parameter(const Expr* literal, Encoding encoding);
     void clockParameter(Encoding what);
     /// What an ORDER BY inside an aggregate needs to see the rows in their order, e.g. "\"a\"._rowid_"; empty
-    /// where there is no row or none that could be told.
+    /// without tables.
     [[nodiscard]] QByteArray rowOrder(bool descending);
 
     /// The expression stands in GROUP BY and is written as it stands there.
@@ -125,8 +121,7 @@ class Writer {
     struct Context {
         const Select* select = nullptr;
         std::vector<Group> groups;
-        Rows derived = Rows::Free; ///< of the derived tables it reads
-        bool byRow = false;        ///< First or Last ask for the order of the rows
+        Rows derived = Rows::Free; ///< of the derived table it reads
     };
     /// Where a table stands in the joins of its FROM.
     struct Place {
@@ -158,7 +153,7 @@ class Writer {
     void outputNames(const Select* s);
     void selectBody(const Select* s);
     void topWithTies(const Select* s, const Query* q);
-    [[nodiscard]] Context enter(const Select* s, const Query* q, const Expr* more = nullptr);
+    [[nodiscard]] Context enter(const Select* s);
     [[nodiscard]] const QByteArray* groupText(const Expr* e);
     /// The terms of ORDER BY, with `ties` also what decides between rows of equal rank.
     void orderTerms(const Query* q, const Select* s, Terms how, bool ties);

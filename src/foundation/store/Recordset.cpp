@@ -75,5 +75,6 @@ void Recordset::Delete() { m_impl->remove(); }
 
 void Recordset::FindFirst(const QString& Criteria) { m_impl->findFirst(Criteria); }
 bool Recordset::NoMatch() const { return m_impl->noMatch(); }
+void Recordset::MoveToLastModified() { m_impl->moveToLastModified(); }
 void Recordset::Requery() { m_impl->requery(); }
 void Recordset::Close() { m_impl->close(); }

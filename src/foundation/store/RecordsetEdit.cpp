@@ -111,6 +111,7 @@ void Recordset::Impl::insertBuffer() {
     bindBuffer(*prepared);
     m_connection->tableChanges(m_plan->base->table.name);
     const qint64 key = insertAnyhow(*prepared);
+    m_lastModified = key;
     // A set that is not read to its end meets the new row by itself.
     if (m_started && m_keys->complete()) {
         const bool counted = m_seen == m_keys->known();
@@ -182,6 +183,7 @@ void Recordset::Impl::updateBuffer() {
         cancelUpdate();
         raise(3167);
     }
+    m_lastModified = key;
 }
 
 void Recordset::Impl::remove() {

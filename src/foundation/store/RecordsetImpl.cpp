@@ -211,21 +211,32 @@ void Recordset::Impl::findFirst(const QString& criteria) {
     store::Running row(prepared);
     m_noMatch = !row.step();
     if (m_noMatch) return;
+    standOn(row->integer(0));
+    if (!m_connection->engine().distant()) return;
+    m_row.resize(columns().size()); // the row came along
+    for (std::size_t i = 0; i < m_row.size(); ++i)
+        m_row[i] = row->value(static_cast<int>(i) + 1, columns()[i].type);
+    m_rowChanges = m_plan->changeCount();
+    m_rowValid = true;
+}
+
+void Recordset::Impl::moveToLastModified() {
+    checkOpen();
+    cancelUpdate();
+    if (!m_lastModified) raise(3021);
+    standOn(*m_lastModified);
+}
+
+void Recordset::Impl::standOn(qint64 key) {
     if (!m_started) {
         m_keys.emplace(*m_connection, *m_plan, m_literals);
         m_started = true;
         m_index = 0;
         m_seen = 0;
     }
-    m_found = row->integer(0);
+    m_found = key;
     m_gone = false;
-    m_rowValid = m_connection->engine().distant();
-    if (m_rowValid) { // the row came along
-        m_row.resize(columns().size());
-        for (std::size_t i = 0; i < m_row.size(); ++i)
-            m_row[i] = row->value(static_cast<int>(i) + 1, columns()[i].type);
-        m_rowChanges = m_plan->changeCount();
-    }
+    m_rowValid = false;
     m_seen = std::max<std::size_t>(m_seen, 1);
 }
 

@@ -20,6 +20,7 @@ class Recordset::Impl {
     [[nodiscard]] int recordCount();
     void findFirst(const QString& criteria);
     [[nodiscard]] bool noMatch() const { return m_noMatch; }
+    void moveToLastModified();
     void requery();
     void close();
 
@@ -48,6 +49,7 @@ class Recordset::Impl {
     void readFixed();
     [[nodiscard]] bool keyed() const { return m_plan->statement->dynaset.has_value(); }
     [[nodiscard]] bool has(std::size_t index);
+    void standOn(qint64 key);                ///< the row exists; its place in the set does not matter yet
     void settle();                           ///< gives a row found by FindFirst its place in the set
     [[nodiscard]] qint64 currentKey();       ///< raises 3021, 3167
     enum class Reading { Live, AsItStands }; ///< AsItStands: certainly from the store at this moment
@@ -72,9 +74,10 @@ class Recordset::Impl {
     bool m_started = false;
 
     std::size_t m_index = 0;
-    std::size_t m_seen = 0;        ///< rows that have been the current one, from the first on
-    std::optional<qint64> m_found; ///< the current row is this one, its place in the set not yet known
-    bool m_gone = false;           ///< the current row was deleted here
+    std::size_t m_seen = 0;               ///< rows that have been the current one, from the first on
+    std::optional<qint64> m_found;        ///< the current row is this one, its place in the set not yet known
+    std::optional<qint64> m_lastModified; ///< the row that was written last
+    bool m_gone = false;                  ///< the current row was deleted here
     bool m_noMatch = false;
 
     std::vector<Value> m_row;

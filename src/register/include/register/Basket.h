@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -114,8 +115,11 @@ class Basket : public QAbstractTableModel {
     void replaceRows(std::vector<Row> rows);
     void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);
+    [[nodiscard]] Line currentLine(); ///< of rsBestellung
+    void guard(const std::function<void()>& body);
     void follow(int row);
-    void showStock();
+    void show(int row, const Line& line); ///< stock, picture, customer's display
+    void showStock(const Line& line);
     void showPicture(const QString& nummer);
     void setStock(StockLabel label);
     void setPicture(ArticlePicture picture);

@@ -2,9 +2,9 @@
 
 #include <store/Database.h>
 #include <support/Print.h>
+#include <support/TestStore.h>
 
 #include <QStringList>
-#include <QTemporaryDir>
 
 /// A shop of its own for the life of the object: a folder with konfig.ini and an empty store with all tables,
 /// the session's globals at their start values and pointing to it, gDB opened. The machine is called
@@ -15,13 +15,14 @@
 ///     EXPECT_EQ(1, shop.count(u"Bestellung"));
 class TempShop {
   public:
-    TempShop();
+    /// `server`: the address of an empty database for the store; else it lies where TestStore says.
+    explicit TempShop(const QString& server = {});
     ~TempShop();
     TempShop(const TempShop&) = delete;
     TempShop& operator=(const TempShop&) = delete;
 
-    [[nodiscard]] QString folder() const; ///< ends in a separator
-    [[nodiscard]] QString storePath() const;
+    [[nodiscard]] QString folder() const;    ///< ends in a separator
+    [[nodiscard]] QString storePath() const; ///< or the address on a server
     [[nodiscard]] Database& db() const;
 
     using Fields = std::vector<std::pair<QString, Value>>;
@@ -46,5 +47,6 @@ class TempShop {
     void reopen();
 
   private:
-    QTemporaryDir m_folder;
+    TestStore m_place;
+    QString m_store;
 };

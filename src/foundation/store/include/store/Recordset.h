@@ -65,6 +65,8 @@ class Recordset {
     /// NoMatch() is true and the position is undefined.
     void FindFirst(const QString& Criteria);
     [[nodiscard]] bool NoMatch() const;
+    /// Moves to the row that Update wrote last, without asking the store. Raises 3021 when there is none.
+    void MoveToLastModified();
     /// Marks the key set as stale; it is read anew at the next access, from the first row.
     void Requery();
     void Close();
