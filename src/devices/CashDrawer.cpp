@@ -61,7 +61,7 @@ void bySerialLine(DrawerOwner owner) {
 
 /// The font maps the text to the printer's command, so the code goes out as it stands in the settings.
 void byPrinterFont() {
-    if (!SystemPrinters().names().contains(gBonDrucker)) return;
+    if (!HasPrinter(gBonDrucker)) return;
     const QString font = gSystem->ReadProfileString(u"KassenLade"_s, u"ControlFontName"_s, KonfigIni());
     PrintLine(gBonDrucker, u"Kassenlade"_s, font, fontSize, gKassenLadeOpenCode);
 }

@@ -27,11 +27,20 @@ PrintSpooler& replacement() {
     return spooler;
 }
 
+/// A title as the name of a file on any system.
+QString fileName(const QString& title) {
+    constexpr qsizetype longest = 100;
+    QString name = title.simplified().left(longest);
+    for (QChar& c : name)
+        if (u"/\\:*?\"<>|"_s.contains(c) || c.category() == QChar::Other_Control) c = u'_';
+    return name.isEmpty() ? u"Dokument"_s : name;
+}
+
 /// The next free name of this second, so that no document overwrites another.
 void writeIntoFolder(const QString& title, const QByteArray& pdf) {
     const QString folder = PdfFolder();
     QDir().mkpath(folder);
-    const QString stem = folder + title + Now().toString(u" yyyyMMdd-hhmmss"_s);
+    const QString stem = folder + fileName(title) + Now().toString(u" yyyyMMdd-hhmmss"_s);
     for (int number = 1;; ++number) {
         QFile file(number == 1 ? stem + u".pdf"_s : stem + u"-%1.pdf"_s.arg(number));
         if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
@@ -44,17 +53,17 @@ void writeIntoFolder(const QString& title, const QByteArray& pdf) {
     }
 }
 
-void spool(const QString& printer, const QString& title, const QByteArray& pdf) {
-    if (replacement()) return replacement()(printer, title, pdf);
-    if (printer == QString::fromUtf16(pdfPrinterName)) return writeIntoFolder(title, pdf);
-    const QString reason = devices::submitDocument(printer, title, pdf);
-    if (!reason.isEmpty()) throw RuntimeError(482, u"Druckerfehler: "_s + reason);
-}
-
 } // namespace
 
 PrintSpooler SetPrintSpooler(PrintSpooler spooler) {
     return std::exchange(replacement(), std::move(spooler));
+}
+
+void PrintPdf(const QString& printer, const QString& title, const QByteArray& pdf, QSizeF paper) {
+    if (replacement()) return replacement()(printer, title, pdf, paper);
+    if (IsPdfPrinter(printer)) return writeIntoFolder(title, pdf);
+    const QString reason = devices::submitDocument(printer, title, pdf, paper);
+    if (!reason.isEmpty()) throw RuntimeError(482, u"Druckerfehler: "_s + reason);
 }
 
 void PrintLine(const QString& printer, const QString& title, const QString& fontName, double pointSize,
@@ -76,5 +85,5 @@ void PrintLine(const QString& printer, const QString& title, const QString& font
         painter.drawText(QPointF(0, painter.fontMetrics().ascent()), text);
     }
     buffer.close();
-    spool(printer, title, pdf);
+    PrintPdf(printer, title, pdf);
 }

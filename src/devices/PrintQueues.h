@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSizeF>
 #include <QStringList>
 
 namespace devices {
@@ -11,7 +12,11 @@ struct PrintQueues {
 };
 /// What the print system of the platform knows.
 [[nodiscard]] PrintQueues printQueues();
-/// Gives a PDF document to a queue. What is wrong when it is not taken, "" when it is.
-[[nodiscard]] QString submitDocument(const QString& queue, const QString& title, const QByteArray& pdf);
+/// The paper of a queue in millimetres; empty when it tells none.
+[[nodiscard]] QSizeF queuePaper(const QString& queue);
+/// Gives a PDF document to a queue, with the paper that it shall be printed on unless that is empty. What is
+/// wrong when it is not taken, "" when it is.
+[[nodiscard]] QString submitDocument(const QString& queue, const QString& title, const QByteArray& pdf,
+                                     QSizeF paper);
 
 } // namespace devices

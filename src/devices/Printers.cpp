@@ -7,6 +7,8 @@
 #include <QDeadlineTimer>
 #include <QDir>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 QString PdfFolder() {
@@ -42,3 +44,37 @@ QString SystemPrinters::defaultName() const {
     const QString name = m_cache->queues().defaultName;
     return name.isEmpty() ? names().value(0) : name;
 }
+
+namespace {
+
+const PrinterList*& replacement() {
+    static const PrinterList* list = nullptr;
+    return list;
+}
+
+QStringList knownPrinters() {
+    if (replacement()) return replacement()->names();
+    static const SystemPrinters system;
+    return system.names();
+}
+
+} // namespace
+
+const PrinterList* SetPrinterList(const PrinterList* printers) {
+    return std::exchange(replacement(), printers);
+}
+
+bool HasPrinter(const QString& name) {
+    // The PDF printer is ours; asking the print system about it would only cost time.
+    if (!replacement() && IsPdfPrinter(name)) return !PdfFolder().isEmpty();
+    return knownPrinters().contains(name);
+}
+
+QSizeF PrinterPaper(const QString& name) {
+    constexpr QSizeF a4(210, 297);
+    if (replacement() || IsPdfPrinter(name)) return a4;
+    const QSizeF paper = devices::queuePaper(name);
+    return paper.isEmpty() ? a4 : paper;
+}
+
+bool IsPdfPrinter(const QString& name) { return name == QString::fromUtf16(pdfPrinterName); }

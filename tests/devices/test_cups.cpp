@@ -51,6 +51,11 @@ class PrintServer {
         const std::lock_guard lock(m_mutex);
         return m_title;
     }
+    /// The attributes of the last job as "name=value", separated by blanks.
+    [[nodiscard]] QByteArray options() {
+        const std::lock_guard lock(m_mutex);
+        return m_options;
+    }
     std::atomic<bool> silent = false;  ///< takes connections and says nothing
     std::atomic<bool> refuses = false; ///< does not want the document
 
@@ -112,6 +117,13 @@ class PrintServer {
         case IPP_OP_PRINT_JOB: {
             const std::lock_guard lock(m_mutex);
             m_title = ippGetString(ippFindAttribute(asked, "job-name", IPP_TAG_NAME), 0, nullptr);
+            m_options.clear();
+            for (auto* a = ippFirstAttribute(asked); a; a = ippNextAttribute(asked)) {
+                if (ippGetGroupTag(a) != IPP_TAG_JOB) continue;
+                char value[100];
+                ippAttributeString(a, value, sizeof value);
+                m_options += QByteArray(ippGetName(a)) + "=" + value + " ";
+            }
             ippAddInteger(answer, IPP_TAG_JOB, IPP_TAG_INTEGER, "job-id", 7);
             if (refuses)
                 ippSetStatusCode(answer, IPP_STATUS_ERROR_DOCUMENT_FORMAT_NOT_SUPPORTED);
@@ -119,6 +131,10 @@ class PrintServer {
                 m_document = document;
             break;
         }
+        case IPP_OP_GET_PRINTER_ATTRIBUTES:
+            ippAddString(answer, IPP_TAG_PRINTER, IPP_TAG_KEYWORD, "media-default", nullptr,
+                         "na_letter_8.5x11in");
+            break;
         default:
             ippAddString(answer, IPP_TAG_PRINTER, IPP_TAG_NAME, "printer-name", nullptr, "Bondrucker");
             ippAddString(answer, IPP_TAG_PRINTER, IPP_TAG_URI, "printer-uri-supported", nullptr,
@@ -129,7 +145,7 @@ class PrintServer {
     }
 
     int m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    QByteArray m_name, m_document, m_title;
+    QByteArray m_name, m_document, m_title, m_options;
     std::atomic<bool> m_stop = false;
     std::mutex m_mutex;
     std::thread m_thread;
@@ -169,5 +185,28 @@ TEST(PrintSystem, TakesTheJobOrSaysWhyNot) {
     cupsSetServer("127.0.0.1:1"); // nobody there
     EXPECT_EQ(raised(3000), 482);
     EXPECT_FALSE(SystemPrinters().names().contains(u"Bondrucker"_s));
+    cupsSetServer(nullptr);
+}
+
+TEST(PrintSystem, PaperOfQueueAndJob) {
+    {
+        PrintServer server;
+        const QString queue = u"Bondrucker"_s;
+        EXPECT_EQ(PrinterPaper(queue), QSizeF(215.9, 279.4));
+        const auto options = [&](QSizeF paper) {
+            PrintPdf(queue, u"Kassenbon"_s, "%PDF-1.4", paper);
+            return server.options();
+        };
+        EXPECT_EQ(options({}), "");
+        EXPECT_EQ(options({79.96, 250}),
+                  "media=Custom.80x250mm print-scaling=none orientation-requested=portrait ");
+        EXPECT_TRUE(options({57.5, 250.25}).startsWith("media=Custom.57.5x250.3mm "));
+        EXPECT_TRUE(options({210, 297}).startsWith("media=iso_a4_210x297mm "));
+        EXPECT_TRUE(options({148.1, 210}).startsWith("media=iso_a5_148x210mm "));
+        EXPECT_TRUE(options({210, 148}).startsWith("media=Custom.210x148mm "));
+    }
+    EXPECT_EQ(PrinterPaper(u"PDF-Drucker"_s), QSizeF(210, 297));
+    cupsSetServer("127.0.0.1:1"); // nobody there
+    EXPECT_EQ(PrinterPaper(u"Bondrucker"_s), QSizeF(210, 297));
     cupsSetServer(nullptr);
 }

@@ -186,7 +186,7 @@ TEST_F(Drawer, TheControlOfAForm) {
 TEST_F(Drawer, FontOfThePrinter) {
     const FixedClock clock;
     QList<QByteArray> jobs;
-    SetPrintSpooler([&](const QString& printer, const QString&, const QByteArray& pdf) {
+    SetPrintSpooler([&](const QString& printer, const QString&, const QByteArray& pdf, QSizeF) {
         EXPECT_EQ(printer, u"PDF-Drucker"_s);
         jobs << pdf;
     });

@@ -5,6 +5,8 @@ namespace devices {
 // Without a print system that we know, the PDF printer is the one there is.
 PrintQueues printQueues() { return {}; }
 
-QString submitDocument(const QString& queue, const QString&, const QByteArray&) { return queue; }
+QSizeF queuePaper(const QString&) { return {}; }
+
+QString submitDocument(const QString& queue, const QString&, const QByteArray&, QSizeF) { return queue; }
 
 } // namespace devices
