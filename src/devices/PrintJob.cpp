@@ -27,12 +27,13 @@ PrintSpooler& replacement() {
     return spooler;
 }
 
-/// A title as the name of a file on any system.
+/// A title as the name of a file on any system, and of one that is shown.
 QString fileName(const QString& title) {
     constexpr qsizetype longest = 100;
     QString name = title.simplified().left(longest);
     for (QChar& c : name)
         if (u"/\\:*?\"<>|"_s.contains(c) || c.category() == QChar::Other_Control) c = u'_';
+    if (name.startsWith(u'.')) name[0] = u'_';
     return name.isEmpty() ? u"Dokument"_s : name;
 }
 

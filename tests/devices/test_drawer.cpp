@@ -6,14 +6,13 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <support/FixedClock.h>
+#include <support/Pdf.h>
 #include <support/ScriptedDialogs.h>
 #include <text/RuntimeError.h>
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -48,15 +47,6 @@ class Drawer : public testing::Test {
         OpenKassenLade(owner);
         EXPECT_LT(timer.elapsed(), 1500);
     }
-    static QString pdfText(const QByteArray& pdf, const QStringList& options = {}) {
-        QProcess tool;
-        tool.start(u"pdftotext"_s, options + QStringList{u"-"_s, u"-"_s});
-        tool.write(pdf);
-        tool.closeWriteChannel();
-        EXPECT_TRUE(tool.waitForFinished());
-        return QString::fromUtf8(tool.readAllStandardOutput()).trimmed();
-    }
-
     QTemporaryDir folder;
     ScriptedDialogs dialogs;
 };
@@ -207,11 +197,10 @@ TEST_F(Drawer, FontOfThePrinter) {
     ASSERT_EQ(jobs.size(), 2);
     EXPECT_TRUE(jobs[0].contains("+DejaVuSansMono") && !jobs[0].contains("+Inter"));
     EXPECT_TRUE(jobs[1].contains("+Inter"));
-    EXPECT_EQ(pdfText(jobs[0]), u"pppppppppp"_s);
+    EXPECT_EQ(PdfText(jobs[0]), u"pppppppppp"_s);
     // Ten letters of this typeface are 0.602 of its size wide each.
-    static const QRegularExpression box(u"<word xMin=\"([\\d.]+)\".*xMax=\"([\\d.]+)\""_s);
-    const auto found = box.match(pdfText(jobs[0], {u"-bbox"_s}));
-    EXPECT_NEAR(found.captured(2).toDouble() - found.captured(1).toDouble(), 10 * 0.602 * 9.5, 0.3);
+    constexpr double mmPerPoint = 25.4 / 72;
+    EXPECT_NEAR(ReadPdf(jobs[0]).word(u"pppppppppp"_s).area.width(), 10 * 0.602 * 9.5 * mmPerPoint, 0.1);
 
     SetPrintSpooler({});
     open(Kasse, 12);
@@ -220,7 +209,7 @@ TEST_F(Drawer, FontOfThePrinter) {
               (QStringList{u"Kassenlade 20261122-140500-2.pdf"_s, u"Kassenlade 20261122-140500.pdf"_s}));
     QFile paper(papers + u"/Kassenlade 20261122-140500-2.pdf"_s);
     ASSERT_TRUE(paper.open(QIODevice::ReadOnly));
-    EXPECT_EQ(pdfText(paper.readAll()), u"pppppppppp"_s);
+    EXPECT_EQ(PdfText(paper.readAll()), u"pppppppppp"_s);
 
     ini(u"DRUCKER"_s, u"PdfOrdner"_s, KonfigIni()); // no folder
     dialogs.expectError(70);
