@@ -101,16 +101,21 @@ void PostgresEngine::lost(const LostConnection& how, bool writes) {
 }
 
 void PostgresEngine::start(PostgresPrepared& statement) {
+    bool repeated = false; // though the first time may have done it
     for (bool again : {true, false}) {
         try {
             ready();
             if (statement.m_stream) return startStream(statement);
             if (!tryStatement(statement, true)) std::ignore = tryStatement(statement, false);
+            // A row that is gone now was taken away by the first time.
+            if (repeated && statement.m_sql.startsWith("DELETE"))
+                m_affected = std::max<qint64>(m_affected, 1);
             return;
         } catch (const LostConnection& how) {
             const bool harmless = statement.m_reads || statement.m_repeatable || how.nothingDone;
             if (!again || !harmless || m_transaction) lost(how, !statement.m_reads);
             m_link.close();
+            repeated = !how.nothingDone;
         }
     }
 }
@@ -162,6 +167,7 @@ void PostgresEngine::startStream(PostgresPrepared& statement) {
     if (m_transaction) orders.push_back({Kind::Text, "SAVEPOINT statement", {}, nullptr, {}});
     if (statement.m_epoch != m_link.epoch())
         orders.push_back({Kind::Prepare, statement.m_sql, statement.m_name, nullptr, statement.m_types});
+    m_streaming = &statement;
     if (!orders.empty()) {
         for (const PostgresResult& result : m_link.roundTrip(orders))
             if (failed(result.get())) {
@@ -182,11 +188,13 @@ PostgresResult PostgresEngine::nextRow() {
         }
         return row;
     } catch (const LostConnection& how) {
+        m_streaming = nullptr;
         lost(how, false);
     }
 }
 
 void PostgresEngine::endRows() noexcept {
+    m_streaming = nullptr;
     m_link.endRows();
     if (!m_transaction || m_broken) return;
     // Also after a success: the savepoint was set before the rows were read.

@@ -111,6 +111,7 @@ class PostgresEngine final : public Engine {
     qint64 m_toldSeen = 0;
     bool m_reconnected = false;
     quint64 m_names = 0;
+    PostgresPrepared* m_streaming = nullptr;
     std::vector<QByteArray> m_discarded; ///< names that the server may forget
     std::unique_ptr<Prepared> m_structureVersion;
     std::unique_ptr<Prepared> m_nextNumber;

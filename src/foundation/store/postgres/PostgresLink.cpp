@@ -115,41 +115,45 @@ PostgresResult PostgresLink::simple(const QByteArray& texts) {
     return result;
 }
 
+// In pipeline mode like everything else: outside it the library would leave its row by row mode switched on.
 void PostgresLink::beginRows(const PostgresOrder& run) {
+    PQenterPipelineMode(m_connection);
     if (!send(run)) throw LostConnection{true};
     ++m_roundTrips;
-    PQsetSingleRowMode(m_connection);
     m_rows = true;
+    if (PQpipelineSync(m_connection) != 1) throw LostConnection{true};
+    PQsetSingleRowMode(m_connection);
 }
 
 PostgresResult PostgresLink::nextRow() {
+    if (!m_rows) return {nullptr, PQclear};
     PostgresResult result(PQgetResult(m_connection), PQclear);
-    if (!result || PQresultStatus(result.get()) == PGRES_SINGLE_TUPLE) {
-        if (!result) m_rows = false;
-        return result;
-    }
-    const bool lost = PQstatus(m_connection) != CONNECTION_OK;
+    if (result && PQresultStatus(result.get()) == PGRES_SINGLE_TUPLE) return result;
     // Behind the last row stands a result without any.
-    while (PostgresResult rest{PQgetResult(m_connection), PQclear}) {
-    }
-    m_rows = false;
-    if (lost || PQstatus(m_connection) != CONNECTION_OK) throw LostConnection{true};
+    finishRows();
+    if (PQstatus(m_connection) != CONNECTION_OK) throw LostConnection{true};
     takeNotices();
-    if (failed(result.get())) return result;
-    result.reset();
+    if (!result || !failed(result.get())) result.reset();
     return result;
+}
+
+void PostgresLink::finishRows() noexcept {
+    m_rows = false;
+    for (bool finished = false; !finished && PQstatus(m_connection) == CONNECTION_OK;) {
+        const PostgresResult rest(PQgetResult(m_connection), PQclear);
+        finished = rest && PQresultStatus(rest.get()) == PGRES_PIPELINE_SYNC;
+    }
+    PQexitPipelineMode(m_connection);
 }
 
 void PostgresLink::endRows() noexcept {
     if (!m_rows) return;
-    m_rows = false;
     if (PGcancel* cancel = PQgetCancel(m_connection)) {
         char words[256];
         PQcancel(cancel, words, sizeof(words));
         PQfreeCancel(cancel);
     }
-    while (PGresult* rest = PQgetResult(m_connection))
-        PQclear(rest);
+    finishRows();
 }
 
 } // namespace store

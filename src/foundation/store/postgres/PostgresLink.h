@@ -68,6 +68,7 @@ class PostgresLink {
   private:
     [[nodiscard]] bool send(const PostgresOrder& order);
     void takeNotices();
+    void finishRows() noexcept;
     bool tryConnect(ConnectFault& fault);
 
     PostgresAddress m_address;

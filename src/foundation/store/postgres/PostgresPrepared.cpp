@@ -81,7 +81,7 @@ bool PostgresPrepared::nextStreamed() {
 }
 
 void PostgresPrepared::reset() noexcept {
-    if (m_engine && m_stream && m_running) m_engine->endRows();
+    if (m_engine && m_engine->m_streaming == this) m_engine->endRows();
     m_result.reset();
     m_running = false;
     m_stream = false;
