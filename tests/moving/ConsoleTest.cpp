@@ -27,21 +27,6 @@ class MovingConsoleTest : public testing::Test {
         QDir(m_folder.path()).mkdir(u"neu"_s);
     }
 
-    void makeSource(int rows) {
-        auto db = Database::CreateDatabase(m_source);
-        db->Execute(u"CREATE TABLE Artikel (ID COUNTER, Name TEXT(100), LangText MEMO, Preis CURRENCY)"_s);
-        db->Execute(u"CREATE INDEX Name ON Artikel (Name)"_s);
-        db->Execute(u"CREATE TABLE Kunden (Nummer TEXT(10))"_s);
-        db->Execute(u"INSERT INTO Kunden VALUES ('K1')"_s);
-        db->BeginTrans();
-        const auto writer = db->WriteTable(u"Artikel"_s);
-        for (int i = 1; i <= rows; ++i)
-            writer->Add(
-                {i, u"Artikel %1"_s.arg(i * 7919 % rows), QString(200, u'x'), Currency::fromScaled(i)});
-        writer->Finish();
-        db->CommitTrans();
-    }
-
     static Outcome run(const QStringList& arguments,
                        const QString& program = QStringLiteral(MERIVANE_UMZUG)) {
         QProcess process;
@@ -53,7 +38,7 @@ class MovingConsoleTest : public testing::Test {
 };
 
 TEST_F(MovingConsoleTest, TellsWhatWasMovedAndWhatToSet) {
-    makeSource(1234);
+    makeShop(m_source, 1234);
     const Outcome moved = run({u"--summen"_s, m_folder.filePath(u"alt"_s), m_target});
     EXPECT_EQ(0, moved.code) << moved.err.toStdString();
     EXPECT_TRUE(moved.err.contains(u"Übertrage Artikel: 1.234 Zeilen"_s)) << moved.err.toStdString();
@@ -78,7 +63,7 @@ TEST_F(MovingConsoleTest, RefusesWrongUse) {
 }
 
 TEST_F(MovingConsoleTest, KilledAnywhereItIsRefusedByTheTillAndCompletedByTheNextCall) {
-    makeSource(20000);
+    makeShop(m_source, 20000);
     const QByteArray wanted = dump(*Database::OpenDatabase(m_source));
     std::mt19937 random(4711);
     std::uniform_int_distribution<unsigned long> microseconds(0, 300000);
@@ -86,10 +71,7 @@ TEST_F(MovingConsoleTest, KilledAnywhereItIsRefusedByTheTillAndCompletedByTheNex
     for (int round = 0; round < 8; ++round) {
         QProcess process;
         process.start(QStringLiteral(MERIVANE_UMZUG), {m_source, m_target});
-        process.setReadChannel(QProcess::StandardError);
-        QByteArray told;
-        while (!told.contains(": 20.000") && process.waitForReadyRead(20000))
-            told += process.readAll();
+        std::ignore = readToTheMiddle(process);
         QThread::usleep(microseconds(random));
         process.kill();
         ASSERT_TRUE(process.waitForFinished(20000));
@@ -109,8 +91,21 @@ TEST_F(MovingConsoleTest, KilledAnywhereItIsRefusedByTheTillAndCompletedByTheNex
     EXPECT_EQ(wanted, dump(*Database::OpenDatabase(m_source)));
 }
 
+TEST_F(MovingConsoleTest, InterruptedByThePersonItSaysHowToGoOn) {
+    makeShop(m_source, 20000);
+    QProcess process;
+    process.start(QStringLiteral(MERIVANE_UMZUG), {m_source, m_target});
+    QByteArray told = readToTheMiddle(process);
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(20000));
+    told += process.readAll();
+    EXPECT_EQ(3, process.exitCode());
+    EXPECT_TRUE(told.contains("derselbe Aufruf setzt ihn fort")) << told.toStdString();
+    EXPECT_EQ(0, run({m_source, m_target}).code);
+}
+
 TEST_F(MovingConsoleTest, AFullDiskIsToldAndLeavesAMoveThatGoesOn) {
-    makeSource(20000);
+    makeShop(m_source, 20000);
     const Outcome full = run({u"-c"_s, u"ulimit -f 2000; trap '' XFSZ; exec \"$0\" \"$@\""_s,
                               QStringLiteral(MERIVANE_UMZUG), m_source, m_target},
                              u"/bin/sh"_s);

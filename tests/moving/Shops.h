@@ -5,6 +5,7 @@
 #include <store/TableWriter.h>
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -112,4 +113,28 @@ inline void expectRulesOfExtremes(Database& db) {
     EXPECT_EQ(3163, errorOf([&] { db.Execute(u"INSERT INTO Alles (C, X) VALUES (2, '1234567890123')"_s); }));
     EXPECT_EQ(3314, errorOf([&] { db.Execute(u"INSERT INTO Alles (X) VALUES ('x')"_s); }));
     EXPECT_EQ(3022, errorOf([&] { db.Execute(u"INSERT INTO Alles (C, X) VALUES (1, 'DEUTSCHLAND')"_s); }));
+}
+
+/// A table of so many rows and a small one behind it.
+inline void makeShop(const QString& place, int rows) {
+    auto db = Database::CreateDatabase(place);
+    db->Execute(u"CREATE TABLE Artikel (ID COUNTER, Name TEXT(100), LangText MEMO, Preis CURRENCY)"_s);
+    db->Execute(u"CREATE INDEX Name ON Artikel (Name)"_s);
+    db->Execute(u"CREATE TABLE Kunden (Nummer TEXT(10))"_s);
+    db->Execute(u"INSERT INTO Kunden VALUES ('K1')"_s);
+    db->BeginTrans();
+    const auto writer = db->WriteTable(u"Artikel"_s);
+    for (int i = 1; i <= rows; ++i)
+        writer->Add({i, u"Artikel %1"_s.arg(i * 7919 % rows), QString(200, u'x'), Currency::fromScaled(i)});
+    writer->Finish();
+    db->CommitTrans();
+}
+
+/// Waits until merivane-umzug is about to copy the 20,000 rows of a shop; what it told so far.
+inline QByteArray readToTheMiddle(QProcess& process) {
+    process.setReadChannel(QProcess::StandardError);
+    QByteArray told;
+    while (!told.contains(": 20.000") && process.waitForReadyRead(20000))
+        told += process.readAll();
+    return told;
 }

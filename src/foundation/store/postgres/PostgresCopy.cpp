@@ -37,9 +37,11 @@ void append(QByteArray& line, const Value& value) {
 /// The server's own way for many rows.
 class CopySink final : public RowSink {
   public:
-    CopySink(PostgresLink& link, const QByteArray& sql)
+    CopySink(PostgresLink& link, const QByteArray& table, const QByteArrayList& columns)
         : m_link(link)
-        , m_epoch(link.epoch()) {
+        , m_epoch(link.epoch())
+        , m_table(table) {
+        const QByteArray sql = "COPY " + table + " (" + columns.join(", ") + ") FROM STDIN";
         const PostgresResult result(PQexec(link.handle(), sql.constData()), PQclear);
         if (PQresultStatus(result.get()) != PGRES_COPY_IN) fail(result.get());
         m_open = true;
@@ -68,6 +70,9 @@ class CopySink final : public RowSink {
         if (PQputCopyEnd(m_link.handle(), nullptr) != 1) raiseLostTransaction();
         const PostgresResult result = drain();
         if (PQresultStatus(result.get()) != PGRES_COMMAND_OK) fail(result.get());
+        // The server plans by what it knows of a table and would look at this one only minutes later.
+        const PostgresResult known(PQexec(m_link.handle(), "ANALYZE " + m_table), PQclear);
+        if (PQresultStatus(known.get()) != PGRES_COMMAND_OK) fail(known.get());
     }
 
   private:
@@ -95,6 +100,7 @@ class CopySink final : public RowSink {
 
     PostgresLink& m_link;
     quint64 m_epoch;
+    QByteArray m_table;
     QByteArray m_waiting;
     bool m_open = false;
 };
@@ -106,8 +112,7 @@ std::unique_ptr<RowSink> PostgresEngine::rowSink(const TableDefinition& table) {
     QByteArrayList columns;
     for (const jet::Column& column : table.table.columns)
         columns.append(identifier(column.name));
-    return std::make_unique<CopySink>(m_link, "COPY " + identifier(table.table.name) + " (" +
-                                                  columns.join(", ") + ") FROM STDIN");
+    return std::make_unique<CopySink>(m_link, identifier(table.table.name), columns);
 }
 
 } // namespace store
