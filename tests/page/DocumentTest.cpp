@@ -16,25 +16,6 @@ QImage paper(QSizeF mm, int dpi) {
     return image;
 }
 
-/// Mean and largest difference of two pages in grey levels, seen through a screen that blurs by a few dots.
-std::pair<double, int> difference(const QImage& a, const QImage& b) {
-    const QSize size = a.size() / 4;
-    const auto seen = [&](const QImage& image) {
-        return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-            .convertToFormat(QImage::Format_Grayscale8);
-    };
-    const QImage first = seen(a), second = seen(b);
-    qint64 sum = 0;
-    int most = 0;
-    for (int y = 0; y < size.height(); ++y)
-        for (int x = 0; x < size.width(); ++x) {
-            const int apart = std::abs(qGray(first.pixel(x, y)) - qGray(second.pixel(x, y)));
-            sum += apart;
-            most = std::max(most, apart);
-        }
-    return {double(sum) / size.width() / size.height(), most};
-}
-
 } // namespace
 
 TEST_F(Page, PaperSizes) {
@@ -198,7 +179,7 @@ TEST_F(Page, EveryPainterGivesTheSamePage) {
     painter.end();
     const QImage print = PdfImage(document().toPdf(), 0, dpi);
     EXPECT_NEAR(print.width(), screen.width(), 2);
-    const auto [mean, most] = difference(screen, print.copy(screen.rect()));
+    const auto [mean, most] = CompareImages(screen, print.copy(screen.rect()));
     EXPECT_LT(mean, 0.5);
     EXPECT_LT(most, 120); // the edge of the picture, which either may round by a dot
 }

@@ -4,6 +4,8 @@
 #include <QRegularExpression>
 #include <QTemporaryFile>
 
+#include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -82,3 +84,22 @@ QImage PdfImage(const QByteArray& pdf, int page, int dpi) {
 
 QStringList PdfFonts(const QByteArray& pdf) { return linesAbout(u"pdffonts"_s, pdf).mid(2); }
 QStringList PdfInfo(const QByteArray& pdf) { return linesAbout(u"pdfinfo"_s, pdf); }
+
+ImageDifference CompareImages(const QImage& a, const QImage& b) {
+    const QSize size = a.size() / 4;
+    const auto seen = [&](const QImage& image) {
+        return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .convertToFormat(QImage::Format_Grayscale8);
+    };
+    const QImage first = seen(a), second = seen(b);
+    qint64 sum = 0;
+    ImageDifference difference;
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x) {
+            const int apart = std::abs(qGray(first.pixel(x, y)) - qGray(second.pixel(x, y)));
+            sum += apart;
+            difference.most = std::max(difference.most, apart);
+        }
+    difference.mean = double(sum) / std::max(1, size.width() * size.height());
+    return difference;
+}

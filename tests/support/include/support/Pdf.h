@@ -31,3 +31,10 @@ struct PdfPages {
 /// The lines of the tools `pdffonts` and `pdfinfo`.
 [[nodiscard]] QStringList PdfFonts(const QByteArray& pdf);
 [[nodiscard]] QStringList PdfInfo(const QByteArray& pdf);
+
+/// How far two pages are apart in grey levels (0 to 255), seen from where 4 x 4 dots are one.
+struct ImageDifference {
+    double mean = 0;
+    int most = 0;
+};
+[[nodiscard]] ImageDifference CompareImages(const QImage& a, const QImage& b);
