@@ -1,6 +1,7 @@
 #include "../Engines.h"
 #include "../Errors.h"
 #include "PostgresEngine.h"
+#include "PostgresLibrary.h"
 #include "PostgresStructure.h"
 
 #include <QElapsedTimer>
@@ -121,6 +122,26 @@ void PostgresEngine::noteStructureChange() {
         QByteArray(channel));
 }
 
-void PostgresEngine::install() {}
+// Several tills may bring the same library at once; one that brings an older one leaves the newer in its
+// place.
+void PostgresEngine::install() {
+    const auto outdated = [&] {
+        return number("SELECT coalesce((SELECT \"value\"::bigint FROM \"merivane$settings\""
+                      " WHERE \"key\"='functions'), 0)") < postgresLibraryVersion;
+    };
+    if (readOnly() || !outdated()) return;
+    const bool own = !inTransaction();
+    if (own) begin();
+    run("SELECT pg_advisory_xact_lock(" + QByteArray(lockClass) + ", hashtext(" +
+        literal("functions " + m_schema) + "))");
+    if (outdated()) {
+        for (const QByteArray& script : postgresLibrary())
+            run(script);
+        run("INSERT INTO \"merivane$settings\" VALUES ('functions', '" +
+            QByteArray::number(postgresLibraryVersion) +
+            "') ON CONFLICT (\"key\") DO UPDATE SET \"value\" = excluded.\"value\"");
+    }
+    if (own) commit();
+}
 
 } // namespace store
