@@ -1,7 +1,6 @@
 #include <printing/Beleg.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
-#include <session/MsgBox.h>
 
 using namespace Qt::StringLiterals;
 
@@ -21,15 +20,17 @@ class KeepPrintMode {
 
 constexpr int asForm = 2, asReceipt = 1, ask = 3;
 
-void printForm(int RechnungID) { Print_Formular(RechnungID, u"Quittung.pld"_s); }
+void printForm(int RechnungID, const BelegDialoge& dialoge) {
+    Print_Formular(RechnungID, u"Quittung.pld"_s, 0, dialoge);
+}
 
 } // namespace
 
-void PrintBeleg(int RechnungID, BelegArt art, const std::function<void()>& showPrintDlg) {
+void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
     if (gPrintMode == ask) {
         const KeepPrintMode keep;
-        if (!Handle("frmKassePrintDlg", showPrintDlg)) return;
-        if (gPrintMode == asForm) printForm(RechnungID);
+        if (!Handle("frmKassePrintDlg", dialoge.ShowPrintDlg)) return;
+        if (gPrintMode == asForm) printForm(RechnungID, dialoge);
         if (gPrintMode == asReceipt) {
             if (art == BelegArt::Kasse && gPrintDirectIO)
                 Print_BON_Direct(RechnungID);
@@ -37,28 +38,10 @@ void PrintBeleg(int RechnungID, BelegArt art, const std::function<void()>& showP
                 Print_BON(RechnungID);
         }
     } else if (gPrintMode == asForm) {
-        printForm(RechnungID);
+        printForm(RechnungID, dialoge);
     } else if (gPrintMode == asReceipt) {
         // The direct route is not taken here whatever gPrintDirectIO says: it is reached through the dialog
         // only.
         Print_BON(RechnungID);
     }
-}
-
-// No template can be opened while pages cannot be laid out, so both routes end where a missing template ends.
-
-void Print_BON(int) {
-    Handle("frmKasse", [] {
-        MsgBox(u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht "
-               u"finden "
-               "konnte."_s);
-    });
-}
-
-void Print_Formular(int, const QString&) {
-    Handle("frmKasse", [] {
-        MsgBox(u"Das Formular kann nicht gedruckt werden, da das System die dafür nötige Druckvorlage nicht "
-               u"finden, "
-               "oder öffnen konnte."_s);
-    });
 }

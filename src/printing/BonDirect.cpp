@@ -1,3 +1,6 @@
+#include "BookedData.h"
+#include "Kunde.h"
+
 #include <devices/Port.h>
 #include <printing/Beleg.h>
 #include <session/Globals.h>
@@ -88,20 +91,12 @@ void addTotals(BonBytes& bon, const Recordset& rechnung) {
 
 void addTaxes(BonBytes& bon, int RechnungID) {
     bon.line(field(u"Enthaltene Ust"_s, columns));
-    const auto rs =
-        gDB->OpenRecordset(u"SELECT SteuerSatz, SUM(VKPreis_Netto*Buchungs_Menge) AS Netto, "
-                           "SUM((VKPreis_Brutto*Buchungs_Menge)-(VKPreis_Netto*Buchungs_Menge)) AS Steuer "
-                           "FROM RechnungsDetail "
-                           "WHERE RechnungID="_s +
-                           QString::number(RechnungID) + u" GROUP BY SteuerSatz;"_s);
     Currency netSum;
-    for (; !rs->Eof(); rs->MoveNext()) {
-        const double percent = rs->Number(u"SteuerSatz");
-        const double net = rs->Number(u"Netto");
-        if (percent != 0 || gPrintSteuerNull)
-            bon.line(field(rate(percent), labelWidth - steuerBetrag) +
-                     field(amount(rs->Number(u"Steuer")), steuerBetrag) + field(amount(net), amountWidth));
-        netSum = Currency::fromDouble(netSum.toDouble() + net);
+    for (const SteuerZeile& group : ReadSteuern(TabellenOf(FormularArt::Rechnung), RechnungID, false)) {
+        if (group.SteuerSatz != 0 || gPrintSteuerNull)
+            bon.line(field(rate(group.SteuerSatz), labelWidth - steuerBetrag) +
+                     field(amount(group.Steuer), steuerBetrag) + field(amount(group.Netto), amountWidth));
+        netSum += Currency::fromDouble(group.Netto);
     }
     bon.amountLine(u"Netto"_s, netSum).end();
 }
@@ -116,35 +111,13 @@ QByteArray bonBytes(int RechnungID, const Recordset& rechnung) {
     return bon.bytes();
 }
 
-/// The customer of the receipt. The number in `Rechnung` is the key of `Kunden`, not the number that people
-/// see.
-void loadKunde(const Recordset& rechnung) {
-    const auto rs =
-        gDB->OpenRecordset(u"SELECT * FROM Kunden WHERE KundenID="_s + rechnung.Text(u"KundenNummer") + u';');
-    gKunde = {};
-    gKunde.KundenNummer = u"0"_s;
-    if (rs->Eof()) return;
-    gKunde.Anrede = rs->Text(u"Anrede");
-    gKunde.KundenID = rs->Long(u"KundenID");
-    gKunde.Name_1 = rs->Text(u"Name_1");
-    gKunde.KundenNummer = rs->Text(u"KundenNummer");
-    gKunde.Ort = rs->Text(u"Ort");
-    gKunde.PLZ = rs->Text(u"PLZ");
-    gKunde.Land = rs->Text(u"Land");
-    gKunde.Rabatt = rs->Long(u"Rabatt");
-    gKunde.EKPreis = rs->Flag(u"EKPreis");
-    gKunde.Strasse = rs->Text(u"Strasse");
-    gKunde.PreisGruppe = rs->Long(u"PreisGruppe");
-}
-
 void print(int RechnungID) {
-    const auto rechnung = gDB->OpenRecordset(u"SELECT * FROM Rechnung WHERE RechnungID="_s +
-                                             QString::number(RechnungID) + u';');
+    const auto rechnung = OpenKopf(TabellenOf(FormularArt::Rechnung), RechnungID);
     if (rechnung->Eof()) {
         MsgBox(u"Die von Ihnen angeforderten Daten konnten nicht gefunden werden."_s, MsgIcon::Critical);
         return;
     }
-    loadKunde(*rechnung);
+    LoadBelegKunde(rechnung->Long(u"KundenNummer"));
     const int copies = gDruckerKopies;
     for (int copy = 1; copy <= copies; ++copy) {
         // Opened and closed for each copy, so that the drawer on the same line can be opened in between.

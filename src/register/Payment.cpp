@@ -128,10 +128,12 @@ int Register::Payment::book() {
 }
 
 void Register::Payment::print(int id, BelegArt art) {
-    PrintBeleg(id, art, [this] {
-        m_owner.m_screen.ShowPrintDlg();
-        m_owner.m_screen.MovePointerAway();
-    });
+    PrintBeleg(id, art,
+               {[this] {
+                    m_owner.m_screen.ShowPrintDlg();
+                    m_owner.m_screen.MovePointerAway();
+                },
+                [this] { m_owner.m_screen.ShowRechnungsVorlage(); }});
 }
 
 void Register::Payment::finish(const QString& lastTotal) {

@@ -227,10 +227,11 @@ TEST_F(BonDirect, RoutesOfAReceipt) {
         if (c.ends == NoForm)
             m_dialogs.expectMsgBox(noForm, MsgIcon::Information, MsgAnswer::OK, u"Systemmeldung..."_s);
         int shown = 0;
-        PrintBeleg(id, c.art, [&] {
+        const auto choose = [&] {
             ++shown;
             gPrintMode = c.chosen;
-        });
+        };
+        PrintBeleg(id, c.art, {.ShowPrintDlg = choose});
         m_dialogs.verify();
         EXPECT_EQ(shown, c.mode == 3 ? 1 : 0);
         EXPECT_EQ(gPrintMode, c.mode);
@@ -239,9 +240,10 @@ TEST_F(BonDirect, RoutesOfAReceipt) {
     // A dialog that fails prints nothing and leaves the mode as it was.
     gPrintMode = 3;
     m_dialogs.expectError(5);
-    PrintBeleg(id, BelegArt::Kasse, [] {
+    const auto fail = [] {
         gPrintMode = 1;
         RaiseInvalidCall();
-    });
+    };
+    PrintBeleg(id, BelegArt::Kasse, {.ShowPrintDlg = fail});
     EXPECT_EQ(gPrintMode, 3);
 }

@@ -16,6 +16,7 @@ class NoScreen : public till::RegisterScreen {
     void ShowArtikelLieferanten() override {}
     void ShowKasseTotal() override {}
     void ShowPrintDlg() override {}
+    void ShowRechnungsVorlage() override {}
     void ShowKundenSuche() override {}
     void ShowDesktopLogin() override {}
     void ShowKartenMenu() override {}

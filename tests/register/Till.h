@@ -39,6 +39,7 @@ class ScriptedScreen : public till::RegisterScreen {
     void ShowArtikelLieferanten() override { show("ArtikelLieferanten"); }
     void ShowKasseTotal() override { show("KasseTotal"); }
     void ShowPrintDlg() override { show("PrintDlg"); }
+    void ShowRechnungsVorlage() override { show("RechnungsVorlage"); }
     void ShowKundenSuche() override { show("KundenSuche"); }
     void ShowDesktopLogin() override { show("DesktopLogin"); }
     void ShowKartenMenu() override { show("KartenMenu"); }

@@ -56,6 +56,7 @@ RabattAngabe gRabattAngabe;
 PreisAngabe gPreisAngabe;
 FreierArtikel gFreierArtikel;
 ArtikelLieferant gArtikelLieferant;
+VorlagenAuswahl gVorlagenAuswahl;
 ArtikelRecord gArtikel;
 KundeRecord gKunde = KundeRecord::Standard();
 UserRecord gUser;
@@ -115,7 +116,7 @@ void ResetSession() {
           gKFFreierArtikelPreis, gKFKunden, gKFRabatt, gKFAuftrag, gKFMinusBuchung);
     clear(gColorBack1, gColorBack2, gColorBack3, gColorBack4);
     clear(gKassenBestand);
-    clear(gRabattAngabe, gPreisAngabe, gFreierArtikel, gArtikelLieferant, gArtikel, gUser, gKassenUser,
+    clear(gRabattAngabe, gPreisAngabe, gFreierArtikel, gArtikelLieferant, gVorlagenAuswahl, gArtikel, gUser, gKassenUser,
           gLoginPflicht, gZahlung);
     gKunde = KundeRecord::Standard();
 }

@@ -10,6 +10,7 @@
 #include "ui_frmKasse.h"
 
 #include <printing/ui/frmKassePrintDlg.h>
+#include <printing/ui/frmRechnungsVorlage.h>
 #include <register/gMaschine.h>
 #include <register/ui/frmKasse.h>
 #include <session/CSystem.h>
@@ -308,6 +309,10 @@ void frmKasse::ShowKasseTotal() {
 }
 void frmKasse::ShowPrintDlg() {
     frmKassePrintDlg dialog(this);
+    ShowModal(dialog);
+}
+void frmKasse::ShowRechnungsVorlage() {
+    frmRechnungsVorlage dialog(this);
     ShowModal(dialog);
 }
 void frmKasse::ShowKundenSuche() {

@@ -16,6 +16,7 @@ class RegisterScreen {
     virtual void ShowArtikelLieferanten() = 0; ///< gArtikelLieferant
     virtual void ShowKasseTotal() = 0;         ///< gZahlung
     virtual void ShowPrintDlg() = 0;           ///< sets gPrintMode to 0, 1 or 2
+    virtual void ShowRechnungsVorlage() = 0;   ///< gVorlagenAuswahl
     virtual void ShowKundenSuche() = 0;        ///< gKunde, Ergebnis 1 when one was chosen
     virtual void ShowDesktopLogin() = 0;       ///< gKassenUser
     /// Opens the menu of the cards; a choice there calls Register::PayByKarte.

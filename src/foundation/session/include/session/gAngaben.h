@@ -32,3 +32,10 @@ struct ArtikelLieferant {
     QString BestellNummer, ArtikelNummer;
 };
 extern ArtikelLieferant gArtikelLieferant;
+
+/// The closing text of an invoice: `Ergebnis` 0 cancelled, 1 the one of the template, 2 `Text`.
+struct VorlagenAuswahl {
+    int Ergebnis = 0;
+    QString Text;
+};
+extern VorlagenAuswahl gVorlagenAuswahl;

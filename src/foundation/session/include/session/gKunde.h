@@ -11,6 +11,7 @@ struct KundeRecord {
     int Rabatt = 0; ///< whole percent
     bool EKPreis = false;
     int PreisGruppe = 0; ///< 0, 1, 2: first, second, third sales price
+    QString Kennzeichen; ///< registration of the customer's vehicle, for forms
 
     /// The standard customer: "Standardkunde", number "0", all else empty.
     static KundeRecord Standard();

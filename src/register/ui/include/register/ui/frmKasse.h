@@ -74,6 +74,7 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     void ShowArtikelLieferanten() override;
     void ShowKasseTotal() override;
     void ShowPrintDlg() override;
+    void ShowRechnungsVorlage() override;
     void ShowKundenSuche() override;
     void ShowDesktopLogin() override;
     void ShowKartenMenu() override;

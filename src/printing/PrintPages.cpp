@@ -1,0 +1,119 @@
+#include "BookedData.h"
+#include "Kunde.h"
+
+#include <page/VSPrinter.h>
+#include <printing/Beleg.h>
+#include <printing/Layout.h>
+#include <session/Clock.h>
+#include <session/Globals.h>
+#include <session/Handle.h>
+#include <session/MsgBox.h>
+#include <session/gAngaben.h>
+#include <store/Recordset.h>
+#include <templates/PropertiesList.h>
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The head of a document; a missing one is told.
+std::unique_ptr<Recordset> findKopf(FormularArt art, int nummer) {
+    auto kopf = OpenKopf(TabellenOf(art), nummer);
+    if (!kopf->Eof()) return kopf;
+    MsgBox(u"Die von Ihnen angeforderten Daten konnten nicht gefunden werden."_s, MsgIcon::Critical);
+    return nullptr;
+}
+
+bool loadVorlage(PropertiesList& vorlage, const QString& fileName, const QString& complaint) {
+    if (vorlage.Load(gDBPath + fileName)) return true;
+    MsgBox(complaint);
+    return false;
+}
+
+void printBon(int RechnungID) {
+    const auto kopf = findKopf(FormularArt::Rechnung, RechnungID);
+    if (!kopf) return;
+    PropertiesList vorlage;
+    if (!loadVorlage(
+            vorlage, u"Kassenbon.pld"_s,
+            u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht "
+            "finden konnte."_s))
+        return;
+    LoadBelegKunde(kopf->Long(u"KundenNummer"));
+    const BonDaten bon = ReadBon(*kopf);
+    const int copies = gDruckerKopies;
+    for (int copy = 1; copy <= copies; ++copy) {
+        VSPrinter printer;
+        printer.Device(gBonDrucker);
+        RenderBon(printer, vorlage, bon);
+        printer.PrintDoc();
+    }
+    gKunde = KundeRecord::Standard();
+}
+
+/// What stands below a form: nothing for the template's own text. False when the person gave up.
+bool askSchlussText(const BelegDialoge& dialoge, std::optional<QString>& text) {
+    gVorlagenAuswahl = {};
+    dialoge.ShowRechnungsVorlage();
+    if (gVorlagenAuswahl.Ergebnis == 2) text = gVorlagenAuswahl.Text;
+    return gVorlagenAuswahl.Ergebnis != 0;
+}
+
+void printFormular(int ID, const QString& FileName, FormularArt art, const BelegDialoge& dialoge) {
+    const auto kopf = findKopf(art, ID);
+    if (!kopf) return;
+    PropertiesList vorlage;
+    if (!loadVorlage(
+            vorlage, FileName,
+            u"Das Formular kann nicht gedruckt werden, da das System die dafür nötige Druckvorlage nicht "
+            "finden, oder öffnen konnte."_s))
+        return;
+    LoadBelegKunde(kopf->Long(u"KundenNummer"));
+    if (gKunde.KundenID == 0) gKunde.KundenNummer.clear();
+    const FormularDaten formular = ReadFormular(art, *kopf);
+    const QString docName = QFileInfo(FileName).completeBaseName() + u' ' + QString::number(ID);
+    const bool ask = art == FormularArt::Rechnung && gAskSchlussText;
+    const int copies = gDruckerKopies;
+    for (int copy = 1; copy <= copies; ++copy) {
+        VSPrinter printer;
+        printer.Device(gFormularDrucker);
+        std::optional<QString> schlussText;
+        if (ask && !askSchlussText(dialoge, schlussText)) break;
+        RenderFormular(printer, vorlage, formular, docName, schlussText);
+        printer.PrintDoc();
+    }
+    gKunde = KundeRecord::Standard();
+}
+
+void printGutschein(int GutscheinID, const QString& Name, Currency Betrag) {
+    PropertiesList vorlage;
+    if (!loadVorlage(
+            vorlage, u"Gutschein.pld"_s,
+            u"Der Gutschein kann nicht gedruckt werden, da das System die Druckvorlage nicht finden oder "
+            "öffnen konnte."_s))
+        return;
+    VSPrinter printer;
+    printer.Device(gBonDrucker);
+    RenderGutschein(printer, vorlage,
+                    {{GutscheinID, Now().date(), SessionBearbeiter(), SessionFirma()}, Name, Betrag});
+    printer.PrintDoc();
+}
+
+} // namespace
+
+void Print_BON(int RechnungID) {
+    Handle("frmKasse", [&] { printBon(RechnungID); });
+}
+
+void Print_Formular(int ID, const QString& FileName, int kind, const BelegDialoge& dialoge) {
+    Handle("frmKasse", [&] {
+        if (kind < 0 || kind > 2) RaiseInvalidCall();
+        printFormular(ID, FileName, static_cast<FormularArt>(kind), dialoge);
+    });
+}
+
+void Print_Gutschein(int GutscheinID, const QString& Name, Currency Betrag) {
+    Handle("frmKasse", [&] { printGutschein(GutscheinID, Name, Betrag); });
+}

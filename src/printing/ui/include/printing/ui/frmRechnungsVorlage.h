@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class QStringListModel;
+namespace Ui {
+class frmRechnungsVorlage;
+}
+
+/// The choice of an invoice's closing text from the ".rvl" files of the shop: gVorlagenAuswahl. A text can be
+/// changed for this one document, or saved for all that follow.
+class frmRechnungsVorlage : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit frmRechnungsVorlage(QWidget* parent = nullptr);
+    ~frmRechnungsVorlage() override;
+
+    void reject() override; ///< cmdCancel, Esc and closing the window
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    /// Reads the folder and selects `name`, else the first file.
+    void loadFiles(const QString& name);
+    [[nodiscard]] QString selectedFile() const;
+    void showFile();
+    void ok();
+    void useDefault();
+    void save();
+    void create();
+
+    QStringListModel* m_files;
+    std::unique_ptr<Ui::frmRechnungsVorlage> m_ui;
+};

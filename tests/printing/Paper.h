@@ -1,0 +1,62 @@
+#pragma once
+
+#include <devices/PrintJob.h>
+#include <devices/Printers.h>
+#include <support/Pdf.h>
+#include <support/TempShop.h>
+#include <templates/PropertiesList.h>
+#include <templates/TemplateKind.h>
+
+#include <vector>
+
+/// The templates that these tests lay out with: every key of the kind, with plain values that they rely on.
+[[nodiscard]] PropertiesList testVorlage(TemplateKind kind);
+
+/// What other programs make of a PDF document.
+[[nodiscard]] QString pdfText(const QByteArray& pdf); ///< lines as they stand, pages parted by \f
+[[nodiscard]] QImage pdfPage(const QByteArray& pdf, int page = 1); ///< grey, 50 dots per inch
+/// The lines of a page from top to bottom, blanks and empty lines taken out of the way.
+[[nodiscard]] QStringList pdfLines(const QByteArray& pdf);
+
+/// Takes the documents instead of the printers "Bondrucker" and "Laser".
+class Printers : private PrinterList {
+  public:
+    Printers();
+    ~Printers() override;
+    Printers(const Printers&) = delete;
+    Printers& operator=(const Printers&) = delete;
+
+    struct Job {
+        QString printer, title;
+        QByteArray pdf;
+    };
+    std::vector<Job> jobs;
+    QStringList present{QStringLiteral("Bondrucker"), QStringLiteral("Laser")};
+
+  private:
+    [[nodiscard]] QStringList names() const override { return present; }
+    [[nodiscard]] QString defaultName() const override { return present.value(0); }
+    PrintSpooler m_spoolerBefore;
+    const PrinterList* m_listBefore;
+};
+
+/// A shop with templates and printers, and documents booked in it.
+class PaperShop {
+  public:
+    PaperShop();
+
+    /// The template as a file of the shop, changed by `change`.
+    void vorlage(const QString& fileName, TemplateKind kind,
+                 const std::function<void(PropertiesList&)>& change = {}) const;
+    /// A receipt without lines; `more` overrides.
+    int receipt(double total, const TempShop::Fields& more = {});
+    /// A line of document `id` in `table`, one piece at 7 % tax; `more` overrides.
+    void line(int id, const QString& name, double gross, const TempShop::Fields& more = {},
+              const QString& table = QStringLiteral("RechnungsDetail"),
+              const QString& key = QStringLiteral("RechnungID"));
+    /// Gasthof Linde in Köln.
+    int customer(const TempShop::Fields& more = {});
+
+    TempShop shop;
+    Printers printers;
+};
