@@ -1,3 +1,4 @@
+#include <support/Pdf.h>
 #include <text/CodePage.h>
 #include <text/RuntimeError.h>
 
@@ -34,6 +35,12 @@ Played runPlayer(const QString& script, const QString& folder) {
 template <std::size_t size>
 QByteArray raw(const char (&text)[size]) {
     return QByteArray(text, size - 1);
+}
+
+QString pageText(const QString& name) {
+    QFile file(name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(name);
+    return PdfText(file.readAll());
 }
 
 QString writeScript(const QTemporaryDir& place, const QByteArray& text) {
@@ -111,6 +118,15 @@ TEST(Player, PlaysTheMorningThroughTheRealForms) {
     EXPECT_TRUE(bytes.contains(ToWindows1252(u"Naturkost Haselbusch\r\n")));
     EXPECT_FALSE(QImage(out.filePath(u"bild-03-verkauf.png"_s)).isNull());
     EXPECT_GE(QDir(out.path()).entryList({u"beleg-*.txt"_s}).size(), 8);
+    const std::pair<QString, QStringList> pages[] = {
+        {u"beleg-02.pdf"_s, {u"Naturkost Haselbusch"_s, u"KARTE Bankkarte"_s, u"4,47 €"_s}},
+        {u"beleg-04.pdf"_s, {u"Quittung"_s, u"Gesamtbetrag"_s, u"7,10 €"_s}},
+        {u"beleg-09.pdf"_s, {u"Rechnung"_s, u"Hanna Vogt"_s, u"Lindenstraße 17"_s, u"4,82 €"_s}}};
+    for (const auto& [file, texts] : pages) {
+        const QString page = pageText(out.filePath(file));
+        for (const QString& text : texts)
+            EXPECT_TRUE(page.contains(text)) << qPrintable(file + u": "_s + text + u" in\n"_s + page);
+    }
 }
 
 TEST(Player, FailsWithTheLineThatDoesNotHold) {
@@ -127,5 +143,7 @@ TEST(Player, FailsWithTheLineThatDoesNotHold) {
     EXPECT_EQ(fails(sale + "key F3\nbooked BAR 4,05\n", u"der Schlussprüfung"_s), 1)
         << "the receipt was not asked for";
     EXPECT_EQ(fails(login + "scan 2002000000354\n", u"eine Meldung steht noch offen"_s), 1);
+    EXPECT_EQ(fails(sale + "key F4\nbooked BAR 4,05\npage Kassenbon\n", u"statt \"Kassenbon\""_s), 1);
+    EXPECT_EQ(fails(sale + "key F4\nbooked BAR 4,05\n", u"mehr gedruckt"_s), 1);
     EXPECT_EQ(fails("nonsense\n", u"Zeile 1"_s), 0);
 }

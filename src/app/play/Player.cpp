@@ -3,6 +3,8 @@
 #include "ReceiptPrinter.h"
 #include "Screen.h"
 
+#include <devices/Printers.h>
+#include <printing/Beleg.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <store/Database.h>
@@ -146,6 +148,10 @@ Player::Result Player::play(const Step& step) {
         return checkBooked(first, rest);
     } else if (step.verb == u"receipt"_s) {
         return checkReceipt(step.argument);
+    } else if (step.verb == u"page"_s) {
+        return checkPage(step.argument);
+    } else if (step.verb == u"form"_s) {
+        Print_Formular(m_lastReceipt, step.argument, 0, {});
     } else if (step.verb == u"stock"_s) {
         checkStock(first, rest);
     } else if (step.verb == u"shot"_s) {
@@ -212,11 +218,34 @@ Player::Result Player::checkBooked(const QString& art, const QString& total) {
 Player::Result Player::checkReceipt(const QString& text) {
     const auto bytes = m_printer.takeReceipt();
     if (!bytes) throw Failure{u"der Bondrucker bekommt keinen Beleg."_s};
-    const QString name = u"%1/beleg-%2"_s.arg(m_folder).arg(++m_receipts, 2, 10, QChar(u'0'));
+    const QString name = nextReceiptFile();
     const QString paper = receiptText(*bytes);
     saveFile(name + u".bin"_s, *bytes);
     saveFile(name + u".txt"_s, paper.toUtf8());
     if (!paper.contains(text)) throw RuntimeError(5, u"auf dem Beleg fehlt \"%1\"."_s.arg(text));
+    return Result::Done;
+}
+
+QString Player::nextReceiptFile() {
+    return u"%1/beleg-%2"_s.arg(m_folder).arg(++m_receipts, 2, 10, QChar(u'0'));
+}
+
+QStringList Player::newPages() const {
+    QStringList files = QDir(PdfFolder()).entryList({u"*.pdf"_s}, QDir::Files, QDir::Name);
+    files.removeIf([this](const QString& file) { return m_pages.contains(file); });
+    return files;
+}
+
+Player::Result Player::checkPage(const QString& name) {
+    const QString file = newPages().value(0);
+    if (file.isEmpty()) throw Failure{u"der PDF-Drucker bekommt keine Seite."_s};
+    m_pages.append(file);
+    if (!file.startsWith(name + u' '))
+        throw RuntimeError(5, u"gedruckt wurde \"%1\" statt \"%2\"."_s.arg(file, name));
+    note(u"gedruckt: "_s + file);
+    const QString target = nextReceiptFile() + u".pdf"_s;
+    if (!QFile::copy(PdfFolder() + file, target))
+        throw RuntimeError(70, u"\"%1\" lässt sich nicht schreiben."_s.arg(target), u"Player"_s);
     return Result::Done;
 }
 
@@ -234,7 +263,7 @@ void Player::checkEnd() {
              ->Eof()) {
         throw RuntimeError(5, u"es wurde mehr gebucht, als das Skript erwartet."_s);
     }
-    if (!m_printer.pending().isEmpty())
+    if (!m_printer.pending().isEmpty() || !newPages().isEmpty())
         throw RuntimeError(5, u"es wurde mehr gedruckt, als das Skript erwartet."_s);
     if (!m_host.text.isEmpty()) throw RuntimeError(5, u"eine Meldung steht noch offen: "_s + m_host.text);
     note(u"== Summen"_s);

@@ -53,6 +53,7 @@ class Player : public QObject {
     Result answerBox(const QString& answer, const QString& text);
     Result checkBooked(const QString& art, const QString& total);
     Result checkReceipt(const QString& text);
+    Result checkPage(const QString& name);
     Result checkLines(const QString& count);
     void checkStock(const QString& number, const QString& amount);
     void checkEnd();
@@ -60,6 +61,10 @@ class Player : public QObject {
     void setClock(const QString& time);
     void savePicture(const QString& name);
     void finish(const QString& failure);
+    /// Where the next receipt goes, without the ending.
+    [[nodiscard]] QString nextReceiptFile();
+    /// Files of the PDF printer that no step has asked for, in the order of their names.
+    [[nodiscard]] QStringList newPages() const;
 
     const QList<Step> m_steps;
     ReceiptPrinter& m_printer;
@@ -75,7 +80,7 @@ class Player : public QObject {
     int m_lastReceipt = 0, m_bookings = 0, m_receipts = 0, m_pictures = 0;
     Currency m_total;
     std::map<QString, std::pair<int, Currency>> m_perKind;
-    QStringList m_report;
+    QStringList m_report, m_pages;
     bool m_over = false;
 };
 

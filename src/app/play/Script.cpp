@@ -14,10 +14,10 @@ namespace {
 /// How many words each verb needs at least.
 const QMap<QString, int>& verbs() {
     static const QMap<QString, int> table{
-        {u"note"_s, 1},   {u"clock"_s, 1},   {u"window"_s, 1}, {u"scan"_s, 1},
-        {u"type"_s, 1},   {u"key"_s, 1},     {u"press"_s, 1},  {u"menu"_s, 1},
-        {u"choose"_s, 2}, {u"box"_s, 2},     {u"see"_s, 2},    {u"lines"_s, 1},
-        {u"booked"_s, 2}, {u"receipt"_s, 1}, {u"stock"_s, 2},  {u"shot"_s, 1}};
+        {u"note"_s, 1}, {u"clock"_s, 1}, {u"window"_s, 1}, {u"scan"_s, 1},    {u"type"_s, 1},
+        {u"key"_s, 1},  {u"press"_s, 1}, {u"menu"_s, 1},   {u"choose"_s, 2},  {u"box"_s, 2},
+        {u"see"_s, 2},  {u"lines"_s, 1}, {u"booked"_s, 2}, {u"receipt"_s, 1}, {u"stock"_s, 2},
+        {u"shot"_s, 1}, {u"page"_s, 1},  {u"form"_s, 1}};
     return table;
 }
 

@@ -12,6 +12,7 @@ struct Step {
     QString verb, argument;
 };
 
+// clang-format off
 /// A script is UTF-8 text, one step a line; "#" starts a comment line. Verbs and what they mean:
 ///
 ///     note TEXT             a heading in the log
@@ -23,14 +24,18 @@ struct Step {
 ///     press NAME            clicks the control of that name in the window
 ///     choose NAME TEXT      picks an entry of a list or a combo by the arrow keys
 ///     menu TEXT             picks an entry of the open menu by the arrow keys
-///     box ANSWER TEXT       waits for a message box that holds the text and presses OK, Abbrechen, Ja or
-///     Nein see NAME TEXT         waits until the control shows the text lines N               waits until
-///     the open sale of this till has N lines booked ART TOTAL      waits for the next booked receipt; kind
-///     of payment and total must be these receipt TEXT          waits for the next printed receipt, which
-///     must hold the text stock NUMBER AMOUNT   the stock of an article must be this shot NAME saves a
-///     picture of the screen
+///     box ANSWER TEXT       waits for a message box that holds the text and presses OK, Abbrechen, Ja or Nein
+///     see NAME TEXT         waits until the control shows the text
+///     lines N               waits until the open sale of this till has N lines
+///     booked ART TOTAL      waits for the next booked receipt; kind of payment and total must be these
+///     receipt TEXT          waits for the next receipt on the serial printer, which must hold the text
+///     page NAME             waits for the next document of the PDF printer, which must be called so
+///     form FILE             prints the receipt that was booked last by the template of that name
+///     stock NUMBER AMOUNT   the stock of an article must be this
+///     shot NAME             saves a picture of the screen
 ///
 /// Raises 5 and tells the line for an unknown verb or a missing argument.
+// clang-format on
 [[nodiscard]] QList<Step> parseScript(const QByteArray& text);
 
 /// First word and the rest, both trimmed.
