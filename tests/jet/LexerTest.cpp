@@ -1,5 +1,8 @@
 #include <jet/Translator.h>
 #include <text/RuntimeError.h>
+#include <text/Sort.h>
+
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -108,6 +111,30 @@ TEST(Literals, AreEncodedForTheColumnTheyMeet) {
     EXPECT_EQ(number(Value(u"abc"_s), Encoding::Date), 3464);
     EXPECT_EQ(number(Value(70000), Encoding::Short), 6);
     EXPECT_EQ(number(Value(300), Encoding::Byte), 6);
+}
+
+// An engine without the dialect's LIKE gets the pattern as an expression that finds the same texts.
+TEST(Literals, PatternsBecomeExpressionsThatFindTheSame) {
+    const QString texts[] = {u""_s,       u"Apfel"_s,    u"äpfel"_s,   u"ÄPFEL"_s, u"STRASSE"_s,
+                             u"Straße"_s, u"Fässsse"_s,  u"Faßse"_s,   u"a1b"_s,   u"a*b"_s,
+                             u"a\nb"_s,   u"10 % [x]"_s, u"(a.b)^2"_s, u"é-\\]"_s, u"\U0001F34E"_s,
+                             u"ẞ"_s,      u"Ende."_s,    u"s"_s};
+    const QString patterns[] = {u""_s,        u"*"_s,      u"apfel"_s,  u"*PFEL"_s,    u"ä*"_s,
+                                u"stra?e"_s,  u"straß*"_s, u"*ss*"_s,   u"*sss*"_s,    u"faß*"_s,
+                                u"a#b"_s,     u"a?b"_s,    u"a[*]b"_s,  u"a[!0-9]b"_s, u"[a-c]*"_s,
+                                u"[!a-c]*"_s, u"[ä-ö]*"_s, u"*[[]x]"_s, u"(a.b)^*"_s,  u"[!]*"_s,
+                                u"a[]1b"_s,   u"?"_s,      u"**e*"_s,   u"*."_s,       u"[é]-\\]"_s,
+                                u"*%*"_s,     u"[s]"_s,    u"ß"_s,      u"*[^]*"_s,    u"\U0001F34E"_s};
+    for (const QString& pattern : patterns) {
+        const QString expression = jet::encode(Value(pattern), jet::Encoding::LikePattern).toText();
+        const QRegularExpression finder(expression, QRegularExpression::DotMatchesEverythingOption);
+        ASSERT_TRUE(finder.isValid()) << qPrintable(expression);
+        for (const QString& text : texts)
+            EXPECT_EQ(finder.match(text).hasMatch(), LikeText(text, pattern))
+                << qPrintable(text) << " LIKE " << qPrintable(pattern) << ": " << qPrintable(expression);
+    }
+    EXPECT_THROW(static_cast<void>(jet::encode(Value(u"[a"_s), jet::Encoding::LikePattern)), RuntimeError);
+    EXPECT_EQ(jet::encode(Value(u"5%_*"_s), jet::Encoding::AlikePattern).toText(), u"^5.*.[\\*]$"_s);
 }
 
 } // namespace

@@ -132,6 +132,9 @@ void Binder::updateStatement() {
             fail(3073, u"Die Abfrage kann nur die Spalten einer Tabelle ändern."_s, a.pos);
         m_tree.target = found;
         a.column = findColumn(found, a.name);
+        for (const Assignment& other : m_tree.assignments)
+            if (&other != &a && other.column == a.column)
+                fail(3063, u"Das Feld '"_s + a.name + u"' ist zweimal genannt."_s, a.pos);
         expr(a.value, &scope);
         assign(a.value, found->table->columns[std::size_t(a.column)]);
     }

@@ -63,6 +63,10 @@ class Emitter {
     virtual void join(Writer& w, const Source* s) const = 0;
     /// The row keys of tables in a join in parentheses can be named from outside.
     [[nodiscard]] virtual bool reachesNestedKeys() const = 0;
+    /// An aggregate tells the order in which it wants its rows; else they come as they are read.
+    [[nodiscard]] virtual bool ordersAggregates() const = 0;
+    /// Of several rows that an UPDATE finds for one the engine takes the first, else the last.
+    [[nodiscard]] virtual bool updatesByFirst() const = 0;
     /// Has the last word on a whole text.
     virtual void finish(QByteArray& text, std::size_t parameters) const = 0;
 };
@@ -100,7 +104,7 @@ class Writer {
     void parameter(const Expr* literal, Encoding encoding);
     void clockParameter(Encoding what);
     /// What an ORDER BY inside an aggregate needs to see the rows in their order, e.g. "\"a\"._rowid_"; empty
-    /// without tables.
+    /// where there is no row or none that could be told.
     [[nodiscard]] QByteArray rowOrder(bool descending);
 
     /// The expression stands in GROUP BY and is written as it stands there.
@@ -121,7 +125,8 @@ class Writer {
     struct Context {
         const Select* select = nullptr;
         std::vector<Group> groups;
-        Rows derived = Rows::Free; ///< of the derived table it reads
+        Rows derived = Rows::Free; ///< of the derived tables it reads
+        bool byRow = false;        ///< First or Last ask for the order of the rows
     };
     /// Where a table stands in the joins of its FROM.
     struct Place {
@@ -153,11 +158,12 @@ class Writer {
     void outputNames(const Select* s);
     void selectBody(const Select* s);
     void topWithTies(const Select* s, const Query* q);
-    [[nodiscard]] Context enter(const Select* s);
+    [[nodiscard]] Context enter(const Select* s, const Query* q, const Expr* more = nullptr);
     [[nodiscard]] const QByteArray* groupText(const Expr* e);
     /// The terms of ORDER BY, with `ties` also what decides between rows of equal rank.
     void orderTerms(const Query* q, const Select* s, Terms how, bool ties);
     void tieTerms(const Query* q, const Select* s, Terms how, std::vector<bool>& placed, bool& first);
+    void collatePosition(const Output& o);
     void keyTerms(const Source* s, Place place, bool descending, bool& first);
     /// " ORDER BY .." unless there is nothing to put in order.
     void orderBy(const Query* q, const Select* s, Terms how = Terms::Positions);

@@ -332,6 +332,8 @@ class PostgresEmitter final : public Emitter {
     const char* comma() const override { return " CROSS JOIN "; }
 
     bool reachesNestedKeys() const override { return true; }
+    bool ordersAggregates() const override { return true; }
+    bool updatesByFirst() const override { return true; }
 
     // Left sides need no parentheses; of a RIGHT JOIN the sides are exchanged, so that it may follow a comma.
     void join(Writer& w, const Source* s) const override {

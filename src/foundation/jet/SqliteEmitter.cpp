@@ -232,6 +232,8 @@ class SqliteEmitter final : public Emitter {
     const char* comma() const override { return ", "; }
 
     bool reachesNestedKeys() const override { return false; }
+    bool ordersAggregates() const override { return false; }
+    bool updatesByFirst() const override { return false; }
 
     // A RIGHT JOIN is the LEFT JOIN of its sides exchanged. A join in parentheses on the right would become a
     // subquery without row keys, so it comes first where the order does not matter, or is drawn into the row.

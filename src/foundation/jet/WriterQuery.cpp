@@ -32,9 +32,24 @@ bool hasOuterJoin(const Source* s) {
                                              hasOuterJoin(s->left) || hasOuterJoin(s->right));
 }
 
+bool hasDerived(const Source* s) {
+    if (s->form != Source::Form::Join) return s->form == Source::Form::Derived;
+    return hasDerived(s->left) || hasDerived(s->right);
+}
+
+/// First or Last stand in it.
+bool asksForRows(const Expr* e) {
+    e = plain(e);
+    if (!e || !e->aggregate) return false;
+    if (e->kind == ExprKind::Call && e->function && e->function->form == FunctionInfo::Form::Aggregate &&
+        e->function->result == FunctionInfo::Result::First)
+        return true;
+    return std::any_of(e->operands.begin(), e->operands.end(), asksForRows);
+}
+
 /// Its rows come as those of the one derived table that it reads.
 bool passesOn(const Select* s, const Query* q) {
-    return q && q->orderBy.empty() && s->from.size() == 1 && s->from[0]->form == Source::Form::Derived &&
+    return q->orderBy.empty() && s->from.size() == 1 && s->from[0]->form == Source::Form::Derived &&
            !s->grouped && s->groupBy.empty() && s->quantifier != Quantifier::Distinct && s->hidden.empty();
 }
 
@@ -75,19 +90,16 @@ void Writer::compound(const Query* q, Rows rows) {
 
 void Writer::leg(const Leg& l, Rows rows) {
     const bool wrapped = l.nested || l.select->top >= 0 || (rows == Rows::Ordered && !l.select->from.empty());
-    if (!wrapped) return select(l.select, nullptr, rows);
-    out += "SELECT * FROM (";
-    if (l.nested) {
-        query(l.nested, rows);
-    } else {
-        Query alone;
-        Leg legs[] = {l};
+    Query alone;
+    Leg legs[] = {l};
+    if (!l.nested) {
         alone.legs = legs;
         alone.outputs = l.select->outputs;
         alone.named = true;
-        query(&alone, rows);
     }
-    out += ") AS \"%l\"";
+    if (wrapped) out += "SELECT * FROM (";
+    query(l.nested ? l.nested : &alone, rows);
+    if (wrapped) out += ") AS \"%l\"";
 }
 
 void Writer::selectList(const Select* s, bool named, bool collated) {
@@ -115,10 +127,16 @@ void Writer::outputNames(const Select* s) {
     }
 }
 
-// The texts of GROUP BY, made beforehand since the select list comes first.
-Writer::Context Writer::enter(const Select* s) {
+// The texts of GROUP BY are made beforehand since the select list comes first.
+Writer::Context Writer::enter(const Select* s, const Query* q, const Expr* more) {
     Context context;
     context.select = s;
+    context.byRow = (more && asksForRows(more)) || (s->having && asksForRows(s->having));
+    for (const Output& o : s->outputs)
+        context.byRow = context.byRow || asksForRows(o.expr);
+    for (const OrderItem& item : q->orderBy)
+        context.byRow = context.byRow || asksForRows(orderExpr(item, s));
+    if (context.byRow) context.derived = Rows::Ordered;
     if (!m_engine.comparesGroups()) return context;
     Context outer = std::exchange(m_context, context);
     const QByteArray before = std::exchange(out, {});
@@ -161,10 +179,10 @@ void Writer::selectBody(const Select* s) {
 }
 
 void Writer::select(const Select* s, const Query* q, Rows rows) {
-    const bool limited = s->top >= 0 && q;
-    const bool ordered = q && (rows == Rows::Ordered || limited);
+    const bool limited = s->top >= 0;
+    const bool ordered = rows == Rows::Ordered || limited;
     const bool distinct = s->quantifier == Quantifier::Distinct;
-    Context context = enter(s);
+    Context context = enter(s, q);
     if (ordered && passesOn(s, q)) context.derived = Rows::Ordered;
     const Context outer = std::exchange(m_context, std::move(context));
     const bool ties =
@@ -182,9 +200,8 @@ void Writer::select(const Select* s, const Query* q, Rows rows) {
         out += ") AS \"%d\"";
         if (ordered) orderBy(q, s, Terms::Names);
     } else {
-        const bool named = q && q->named;
         out += distinct ? "SELECT DISTINCT " : "SELECT ";
-        selectList(s, named, named || distinct || !q || !m_engine.collatesPositions());
+        selectList(s, q->named, q->named || distinct || !m_engine.collatesPositions());
         selectBody(s);
         if (ordered) orderBy(q, s);
         if (s->top >= 0) out += " LIMIT " + QByteArray::number(s->top);
@@ -201,7 +218,7 @@ void Writer::distinctRows(const Select* s, const Query* q) {
         value(s->hidden[i]);
         out += " AS " + helper("k", i);
     }
-    for (std::size_t i = 0; q && i < q->orderBy.size(); ++i) {
+    for (std::size_t i = 0; i < q->orderBy.size(); ++i) {
         if (q->orderBy[i].position) continue;
         out += ", ";
         text(q->orderBy[i].expr);
@@ -272,8 +289,7 @@ void Writer::orderTerms(const Query* q, const Select* s, Terms how, bool ties) {
                 out += helper("o", i);
         } else if (o && how == Terms::Positions) {
             out += QByteArray::number(item.position);
-            if (m_engine.collatesPositions() && isText(o->type) && !collatedOutput(*o))
-                out += m_engine.collation();
+            if (s) collatePosition(*o);
         } else {
             text(o ? o->expr : item.expr);
         }
@@ -281,6 +297,11 @@ void Writer::orderTerms(const Query* q, const Select* s, Terms how, bool ties) {
         apart = apart || (s && tellsRowsApart(item, s));
     }
     if (ties && !apart) tieTerms(q, s, how, placed, first);
+}
+
+// The columns of a UNION have their collation from its parts.
+void Writer::collatePosition(const Output& o) {
+    if (m_engine.collatesPositions() && isText(o.type) && !collatedOutput(o)) out += m_engine.collation();
 }
 
 // Rows of equal rank come in the order of their groups, of their columns where doubles were dropped, else of
@@ -304,8 +325,7 @@ void Writer::tieTerms(const Query* q, const Select* s, Terms how, std::vector<bo
             term([&] {
                 if (how == Terms::Names) return name(outputs[i].name);
                 out += QByteArray::number(qulonglong(i + 1));
-                if (m_engine.collatesPositions() && isText(outputs[i].type) && !collatedOutput(outputs[i]))
-                    out += m_engine.collation();
+                if (s) collatePosition(outputs[i]);
             });
         }
         return;
@@ -339,6 +359,14 @@ void Writer::keyTerms(const Source* s, Place place, bool descending, bool& first
         return;
     }
     std::vector<int> columns;
+    if (!s->table && m_context.byRow && m_engine.ordersAggregates()) {
+        if (!first) out += ", ";
+        first = false;
+        name(s->alias);
+        out += ".\"%k\"";
+        out += m_engine.direction(descending);
+        return;
+    }
     if (!s->table) {
         for (std::size_t i = 0; i < s->query->outputs.size(); ++i)
             columns.push_back(int(i));
@@ -361,7 +389,7 @@ void Writer::keyTerms(const Source* s, Place place, bool descending, bool& first
 
 QByteArray Writer::rowOrder(bool descending) {
     const Select* s = m_context.select;
-    if (!s) return {};
+    if (!s || (!m_context.byRow && std::any_of(s->from.begin(), s->from.end(), hasDerived))) return {};
     const QByteArray before = std::exchange(out, {});
     bool first = true;
     for (const Source* source : s->from)
@@ -385,12 +413,15 @@ void Writer::source(const Source* s) {
             name(s->alias);
         }
         return;
-    case Source::Form::Derived:
-        out += '(';
+    case Source::Form::Derived: {
+        const bool numbered = m_context.byRow && m_engine.ordersAggregates();
+        out += numbered ? "(SELECT row_number() OVER () AS \"%k\", \"%d\".* FROM (" : "(";
         query(s->query, m_context.derived);
+        if (numbered) out += ") AS \"%d\"";
         out += ") AS ";
         name(s->alias);
         return;
+    }
     case Source::Form::Join:
         return m_engine.join(*this, s);
     }

@@ -98,6 +98,11 @@ void Writer::update(const Tree& tree) {
         out += " = \"%q\".v" + QByteArray::number(qulonglong(i));
     }
     out += " FROM (SELECT ";
+    if (m_engine.updatesByFirst()) {
+        out += "DISTINCT ON (";
+        columnName(target, -1);
+        out += ") ";
+    }
     columnName(target, -1);
     out += " AS k";
     for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
@@ -111,6 +116,12 @@ void Writer::update(const Tree& tree) {
         out += " WHERE ";
         condition(tree.where);
     }
+    // Of several rows that are found for one the last counts.
+    out += " ORDER BY ";
+    bool first = !m_engine.updatesByFirst();
+    if (!first) columnName(target, -1);
+    for (const Source* s : tree.from)
+        keyTerms(s, {}, m_engine.updatesByFirst(), first);
     out += ") AS \"%q\" WHERE \"%t\"." + m_engine.rowKey() + " = \"%q\".k";
 }
 
@@ -152,7 +163,7 @@ void Writer::pivotHeads(const Tree& tree) {
 void Writer::pivot(const Tree& tree, const std::vector<QByteArray>& heads) {
     const Query* q = tree.query;
     const Select* s = q->legs[0].select;
-    Context outer = std::exchange(m_context, enter(s));
+    Context outer = std::exchange(m_context, enter(s, q, tree.transform));
     out += "SELECT ";
     selectList(s, false, !m_engine.collatesPositions());
     for (const QByteArray& head : heads) {
