@@ -54,7 +54,7 @@ class Binder {
     void hideKeys(Select* s, Scope& scope);
     void source(Source* s, Scope& scope, Scope* outer);
     void table(Source* s);
-    void checkGrouping(Select* s);
+    void checkGrouping(Select* s, const Query* whole);
     [[nodiscard]] bool covered(const Expr* e, const Select* s, const Scope& scope) const;
 
     // Names
@@ -105,5 +105,8 @@ class Binder {
 [[nodiscard]] bool sameExpr(const Expr* a, const Expr* b);
 /// Of expressions that are the same in this sense: their literals have the same values, too.
 [[nodiscard]] bool sameLiterals(const Expr* a, const Expr* b);
+
+/// The engine may raise an error when it computes this: a conversion that a text does not allow, a division.
+[[nodiscard]] bool mayFail(const Expr* e);
 
 } // namespace jet

@@ -380,4 +380,43 @@ bool sameLiterals(const Expr* a, const Expr* b) {
     return true;
 }
 
+bool mayFail(const Expr* e) {
+    while (e->target)
+        e = e->target;
+    switch (e->kind) {
+    case ExprKind::Binary:
+        if (e->op == Op::Divide || e->op == Op::IntDivide || e->op == Op::Mod || e->op == Op::Power)
+            return true;
+        break;
+    case ExprKind::Like:
+        if (e->operands[1]->kind != ExprKind::Literal) return true;
+        break;
+    case ExprKind::Convert: {
+        const Type from = e->operands[0]->type;
+        const bool widens = isText(e->type) || (isReal(e->type) && !isText(from)) ||
+                            (e->type == Type::Currency && isWhole(from)) ||
+                            (e->type == Type::Boolean && !isText(from));
+        if (!widens) return true;
+        break;
+    }
+    case ExprKind::Call: {
+        if (e->function->form != FunctionInfo::Form::Call) break;
+        // These fail with no argument, but for those of a date that are given a text.
+        static constexpr std::string_view safe[] = {
+            "jet_day",        "jet_format",   "jet_hour",  "jet_instr",   "jet_isdate", "jet_isnumeric",
+            "jet_lcase",      "jet_minute",   "jet_month", "jet_replace", "jet_second", "jet_strcomp",
+            "jet_strreverse", "jet_typename", "jet_ucase", "jet_weekday", "jet_year"};
+        const std::string_view name = e->function->sql;
+        if (!std::binary_search(std::begin(safe), std::end(safe), name)) return true;
+        const bool reads = e->function->result == FunctionInfo::Result::Long;
+        if (reads && name != "jet_instr" && name != "jet_strcomp" && isText(e->operands[0]->type))
+            return true;
+        break;
+    }
+    default:
+        break;
+    }
+    return std::any_of(e->operands.begin(), e->operands.end(), mayFail);
+}
+
 } // namespace jet

@@ -110,7 +110,7 @@ void Binder::select(Select* s, Scope* outer, Query* whole) {
     }
     if (whole) orderBy(whole, &scope, s);
     if (scope.sawAggregate) s->grouped = true;
-    if (s->grouped) checkGrouping(s);
+    if (s->grouped) checkGrouping(s, whole);
     if (s->quantifier == Quantifier::DistinctRow) hideKeys(s, scope);
 }
 
@@ -325,7 +325,7 @@ void Binder::hideKeys(Select* s, Scope& scope) {
     s->hidden = m_tree.arena.copy(keys);
 }
 
-void Binder::checkGrouping(Select* s) {
+void Binder::checkGrouping(Select* s, const Query* whole) {
     auto check = [&](const Expr* e) {
         Scope none;
         if (!covered(e, s, none))
@@ -337,6 +337,9 @@ void Binder::checkGrouping(Select* s) {
     for (const Output& o : s->outputs)
         check(o.expr);
     if (s->having) check(s->having);
+    if (!whole) return;
+    for (const OrderItem& item : whole->orderBy)
+        if (!item.position) check(item.expr);
 }
 
 bool Binder::covered(const Expr* e, const Select* s, const Scope& scope) const {

@@ -50,6 +50,10 @@ class Emitter {
     virtual void truth(Writer& w, const Expr* e) const = 0;     ///< -1 and 0 for what yields a truth
     virtual void condition(Writer& w, const Expr* e) const = 0; ///< a truth of the engine for anything
 
+    /// The engine looks at the conditions of an AND in an order of its own, and into derived tables, so that
+    /// an expression may meet rows which an earlier condition is there to keep away from it.
+    [[nodiscard]] virtual bool reordersConditions() const = 0;
+
     [[nodiscard]] virtual QByteArray rowKey() const = 0;
     [[nodiscard]] virtual QByteArray collation() const = 0; ///< " COLLATE .."
     /// Stands behind a term of ORDER BY, so that Null comes before everything.
@@ -86,6 +90,7 @@ class Writer {
     void value(const Expr* e);                ///< truth values are -1 and 0
     void valueAs(const Expr* e, Type type);   ///< likewise, beside something of that type
     void condition(const Expr* e);            ///< anything that the engine takes for a truth
+    void filter(const Expr* e);               ///< a condition that chooses rows
     void text(const Expr* e); ///< a value with the collation told when the engine does not know it
     void raw(const Expr* e);
     void query(const Query* q, Rows rows);
@@ -141,6 +146,7 @@ class Writer {
     };
 
     void comparison(const Expr* e);
+    void loose(const Expr* e);
     void between(const Expr* e);
     void inList(const Expr* e);
     void quantified(const Expr* e);

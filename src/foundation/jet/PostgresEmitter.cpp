@@ -322,6 +322,8 @@ class PostgresEmitter final : public Emitter {
         }
     }
 
+    bool reordersConditions() const override { return true; }
+
     QByteArray rowKey() const override { return "_rowid_"; }
     QByteArray collation() const override { return " COLLATE \"merivane\""; }
     const char* direction(bool descending) const override {
@@ -351,7 +353,7 @@ class PostgresEmitter final : public Emitter {
             return;
         }
         w.out += " ON ";
-        w.condition(s->on);
+        w.filter(s->on);
     }
 
     void finish(QByteArray&, std::size_t) const override {}

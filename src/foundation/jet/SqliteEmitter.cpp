@@ -224,6 +224,8 @@ class SqliteEmitter final : public Emitter {
     }
     void condition(Writer& w, const Expr* e) const override { w.raw(e); }
 
+    bool reordersConditions() const override { return false; }
+
     QByteArray rowKey() const override { return "_rowid_"; }
     QByteArray collation() const override { return " COLLATE GERMAN"; }
     const char* direction(bool descending) const override { return descending ? " DESC" : ""; }

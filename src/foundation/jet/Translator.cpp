@@ -214,7 +214,7 @@ std::shared_ptr<const Statement> Translator::translateFind(const Statement& dyna
     const Dynaset& d = *dynaset.dynaset;
     w.out = "SELECT " + d.key + " FROM " + d.from + " WHERE ";
     if (!d.where.isEmpty()) w.out += '(' + d.where + ") AND (";
-    w.condition(e);
+    w.filter(e);
     if (!d.where.isEmpty()) w.out += ')';
     w.out += " ORDER BY " + (d.orderBy.isEmpty() ? d.key : d.orderBy) + " LIMIT 1";
     s->sql = w.out;

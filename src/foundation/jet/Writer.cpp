@@ -148,16 +148,43 @@ void Writer::chain(std::span<Expr* const> operands, const char* joiner) {
     }
     for (std::size_t i = 0; i < operands.size(); ++i) {
         if (i) out += joiner;
-        const Expr* e = operands[i];
-        while (e->target)
-            e = e->target;
-        const bool loose = e->kind == ExprKind::All || e->kind == ExprKind::Any || e->kind == ExprKind::Not ||
+        loose(operands[i]);
+    }
+}
+
+// A condition beside others.
+void Writer::loose(const Expr* e) {
+    e = plain(e);
+    const bool bracketed = e->kind == ExprKind::All || e->kind == ExprKind::Any || e->kind == ExprKind::Not ||
                            e->kind == ExprKind::Binary || e->kind == ExprKind::Convert ||
                            e->kind == ExprKind::Between;
-        if (loose) out += '(';
-        condition(e);
-        if (loose) out += ')';
+    if (bracketed) out += '(';
+    condition(e);
+    if (bracketed) out += ')';
+}
+
+// "IsNumeric(x) AND CLng(x) > 5": what may fail waits for what stands before it. The rest is told as well
+// outside of that, so that an index can serve it.
+void Writer::filter(const Expr* e) {
+    e = plain(e);
+    const auto& terms = e->operands;
+    std::size_t failing = 1;
+    if (e->kind == ExprKind::All && m_engine.reordersConditions())
+        while (failing < terms.size() && !mayFail(terms[failing]))
+            ++failing;
+    else
+        failing = terms.size();
+    if (e->kind != ExprKind::All || failing >= terms.size()) return condition(e);
+    for (const Expr* term : terms) {
+        if (mayFail(term)) continue;
+        loose(term);
+        out += " AND ";
     }
+    out += "CASE WHEN ";
+    chain(std::span<Expr* const>(terms).first(failing), " AND ");
+    out += " THEN ";
+    chain(std::span<Expr* const>(terms).subspan(failing), " AND ");
+    out += " END";
 }
 
 void Writer::raw(const Expr* e) {

@@ -47,6 +47,14 @@ bool asksForRows(const Expr* e) {
     return std::any_of(e->operands.begin(), e->operands.end(), asksForRows);
 }
 
+/// It chooses the rows before something that may fail meets them: no condition from outside may come first.
+bool guardsItself(const Query* q) {
+    const Select* s = q->legs.size() == 1 ? q->legs[0].select : nullptr;
+    if (!s || s->top >= 0 || (!s->where && s->from.size() < 2 && !s->having)) return false;
+    return std::any_of(s->outputs.begin(), s->outputs.end(),
+                       [](const Output& o) { return o.expr && mayFail(o.expr); });
+}
+
 /// Its rows come as those of the one derived table that it reads.
 bool passesOn(const Select* s, const Query* q) {
     return q->orderBy.empty() && s->from.size() == 1 && s->from[0]->form == Source::Form::Derived &&
@@ -162,7 +170,7 @@ void Writer::selectBody(const Select* s) {
     }
     if (s->where) {
         out += " WHERE ";
-        condition(s->where);
+        filter(s->where);
     }
     m_context.groups = std::move(groups);
     if (!s->groupBy.empty()) {
@@ -174,7 +182,7 @@ void Writer::selectBody(const Select* s) {
     }
     if (s->having) {
         out += " HAVING ";
-        condition(s->having);
+        filter(s->having);
     }
 }
 
@@ -417,6 +425,7 @@ void Writer::source(const Source* s) {
         const bool numbered = m_context.byRow && m_engine.ordersAggregates();
         out += numbered ? "(SELECT row_number() OVER () AS \"%k\", \"%d\".* FROM (" : "(";
         query(s->query, m_context.derived);
+        if (m_engine.reordersConditions() && guardsItself(s->query)) out += " OFFSET 0";
         if (numbered) out += ") AS \"%d\"";
         out += ") AS ";
         name(s->alias);
@@ -439,7 +448,7 @@ void Writer::dynaset(const Query* q, Dynaset& result) {
     result.table = base->table->name;
     result.from = piece([&] { source(base); });
     result.key = piece([&] { columnName(base, -1); });
-    if (s->where) result.where = piece([&] { condition(s->where); });
+    if (s->where) result.where = piece([&] { filter(s->where); });
     if (!q->orderBy.empty()) result.orderBy = piece([&] { orderTerms(q, s, Terms::Expressions, true); });
     m_bound = false;
     result.columns = piece([&] { selectList(s, false, false); });

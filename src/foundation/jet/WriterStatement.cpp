@@ -85,7 +85,7 @@ void Writer::update(const Tree& tree) {
         }
         if (tree.where) {
             out += " WHERE ";
-            condition(tree.where);
+            filter(tree.where);
         }
         return;
     }
@@ -114,7 +114,7 @@ void Writer::update(const Tree& tree) {
     from(tree.from);
     if (tree.where) {
         out += " WHERE ";
-        condition(tree.where);
+        filter(tree.where);
     }
     // Of several rows that are found for one the last counts.
     out += " ORDER BY ";
@@ -132,7 +132,7 @@ void Writer::remove(const Tree& tree) {
         source(target);
         if (tree.where) {
             out += " WHERE ";
-            condition(tree.where);
+            filter(tree.where);
         }
         return;
     }
@@ -143,7 +143,7 @@ void Writer::remove(const Tree& tree) {
     from(tree.from);
     if (tree.where) {
         out += " WHERE ";
-        condition(tree.where);
+        filter(tree.where);
     }
     out += ')';
 }
