@@ -121,8 +121,23 @@ void Binder::compare(Expr*& a, Expr*& b, bool equality) {
     }
 }
 
-// The first operand against each of the others.
+// The first operand against each of the others. A text that is no literal takes literals for texts, but
+// beside a number that is none everything becomes a number.
 void Binder::align(std::span<Expr*> operands) {
+    bool texts = false;
+    Type other = Type::Null;
+    for (const Expr* e : operands) {
+        if (e->type == Type::Null || plainLiteral(e)) continue;
+        if (isText(e->type))
+            texts = true;
+        else if (other != Type::Date)
+            other = e->type == Type::Date ? Type::Date : Type::Double;
+    }
+    if (texts) {
+        for (Expr*& e : operands)
+            convert(e, other == Type::Null ? Type::Text : other);
+        return;
+    }
     if (operands[0]->type == Type::Currency)
         for (const Expr* e : operands.subspan(1))
             if (isNumber(e->type) && !fitsCurrency(e)) {

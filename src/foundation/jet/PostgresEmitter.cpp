@@ -438,6 +438,7 @@ class PostgresEmitter final : public Emitter {
         switch (kind) {
         case 's':
             if (isText(type) || type == Type::Null) return w.operandAs(e, Type::Text);
+            if (type == Type::Boolean) return conversion(w, "jet_totext", e); // in words
             return convert(w, e, Type::Text);
         case 'n':
             if (isWhole(type) || type == Type::Null) return number(w, e);

@@ -303,19 +303,32 @@ void Writer::comparison(const Expr* e) {
     operandAs(b, a->type);
 }
 
+namespace {
+
+/// That of the first operand which has one.
+Type commonTypeOf(std::span<Expr* const> operands) {
+    for (const Expr* e : operands)
+        if (e->type != Type::Null) return e->type;
+    return Type::Null;
+}
+
+} // namespace
+
 void Writer::between(const Expr* e) {
     const Expr* a = plain(e->operands[0]);
-    operandAs(a, e->operands[1]->type);
+    const Type type = commonTypeOf(e->operands);
+    operandAs(a, type);
     if (isText(a->type) && !a->collated) collate(a);
     out += e->negated ? " NOT BETWEEN " : " BETWEEN ";
-    operandAs(e->operands[1], a->type);
+    operandAs(e->operands[1], type);
     out += " AND ";
-    operandAs(e->operands[2], a->type);
+    operandAs(e->operands[2], type);
 }
 
 void Writer::inList(const Expr* e) {
     const Expr* a = plain(e->operands[0]);
-    operandAs(a, e->query ? e->query->outputs[0].type : e->operands[1]->type);
+    const Type type = e->query ? e->query->outputs[0].type : commonTypeOf(e->operands);
+    operandAs(a, type);
     if (isText(a->type) && !a->collated) collate(a);
     out += e->negated ? " NOT IN (" : " IN (";
     if (e->query) {
@@ -323,7 +336,7 @@ void Writer::inList(const Expr* e) {
     } else {
         for (std::size_t i = 1; i < e->operands.size(); ++i) {
             if (i > 1) out += ", ";
-            valueAs(e->operands[i], a->type);
+            valueAs(e->operands[i], type);
         }
     }
     out += ')';
