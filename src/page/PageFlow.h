@@ -10,7 +10,7 @@ enum class Align { Left, Right, Centre };
 
 /// The sheet that a document is laid out on, in twips.
 struct Sheet {
-    QSizeF size;
+    QSizeF size{0, 0};
     QMarginsF margins;
     bool endless = false; ///< a roll: its length follows what stands on it
 };

@@ -50,8 +50,7 @@ TableRow::TableRow(std::vector<TableColumn> columns, const QString& cells, const
     : m_style(style)
     , m_isHeader(isHeader) {
     const QStringList texts = cells.split(u'|');
-    QFont boldFont = font;
-    boldFont.setBold(true);
+    const QFont boldFont = WithBold(font, true);
     for (size_t i = 0; i < columns.size(); ++i) {
         const TableColumn& format = columns[i];
         if (format.width <= 0) continue;

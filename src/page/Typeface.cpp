@@ -35,6 +35,13 @@ bool hasSpacing(const QFont& font) {
 
 } // namespace
 
+QFont WithBold(QFont font, bool bold) {
+    if (font.bold() == bold) return font;
+    font.setStyleName({});
+    font.setBold(bold);
+    return font;
+}
+
 std::shared_ptr<const Typeface> Typeface::of(const QFont& font) {
     Typefaces& known = typefaces();
     const QString key = font.key();
@@ -49,8 +56,9 @@ Typeface::Typeface(const QFont& font)
     : m_font(inTwips(font))
     , m_raw(QRawFont::fromFont(m_font))
     , m_shaped(font.capitalization() != QFont::MixedCase || hasSpacing(font)) {
+    constexpr int digits = 10;
     for (char16_t digit = u'0'; digit <= u'9'; ++digit)
-        m_digitWidth = std::max(m_digitWidth, glyph(digit).advance);
+        m_digitRoom += glyph(digit).advance / digits;
 }
 
 double Typeface::lineHeight() const {
@@ -59,7 +67,7 @@ double Typeface::lineHeight() const {
 
 double Typeface::digitRoom(QChar digit) const {
     constexpr double widestGap = 0.095; // of the type size; readers take a tenth for a blank
-    return std::min(m_digitWidth, glyph(digit).advance + widestGap * m_font.pixelSize());
+    return std::min(m_digitRoom, glyph(digit).advance + widestGap * m_font.pixelSize());
 }
 
 std::optional<size_t> Typeface::plainIndex(QChar c) {

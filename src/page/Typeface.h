@@ -8,6 +8,9 @@
 #include <memory>
 #include <optional>
 
+/// A font dialog names the style as well as the weight, and the name wins unless it goes.
+[[nodiscard]] QFont WithBold(QFont font, bool bold);
+
 /// One font at one size, measured in twips and unhinted, so that what is laid out with it fits every device.
 ///
 /// The characters of Latin, Greek and Cyrillic text are looked up one by one: each is one glyph, and the PDF
@@ -31,8 +34,8 @@ class Typeface {
     [[nodiscard]] Glyph glyph(QChar c) const;
     /// What the second of two letters moves by, mostly to the left.
     [[nodiscard]] double kerning(QChar left, QChar right) const;
-    /// The room of a digit in a column of figures: that of the widest digit, so that figures stand below each
-    /// other, but no more than leaves a number one word to those who read the PDF.
+    /// The room of a digit in a column of figures: the same for all, so that figures stand below each other,
+    /// but for a narrow digit no more than leaves its number one word to those who read the PDF.
     [[nodiscard]] double digitRoom(QChar digit) const;
 
     [[nodiscard]] const QRawFont& raw() const { return m_raw; }
@@ -47,7 +50,7 @@ class Typeface {
     QFont m_font;
     QRawFont m_raw;
     bool m_shaped; ///< the font wants what only the text layout can do
-    double m_digitWidth = 0;
+    double m_digitRoom = 0;
     static constexpr size_t lettersEnd = 0x530, punctuation = 0x2000, plainEnd = 0x2200;
     mutable std::array<std::optional<Glyph>, lettersEnd + plainEnd - punctuation> m_glyphs;
     mutable QHash<quint32, double> m_kerning;

@@ -45,6 +45,14 @@ QSizeF naturalSize(const QImage& picture) {
             length(picture.height(), picture.dotsPerMeterY(), silent.dotsPerMeterY())};
 }
 
+/// Dots that no printer can show only cost time.
+QImage printable(const QImage& picture, QSizeF size) {
+    constexpr double finest = 600 / PageDocument::twipsPerInch;
+    const QSize dots = (size * finest).toSize().expandedTo({1, 1});
+    if (picture.width() <= dots.width() || picture.height() <= dots.height()) return picture;
+    return picture.scaled(dots, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
 } // namespace
 
 struct VSPrinter::Impl {
@@ -193,13 +201,15 @@ void VSPrinter::KillDoc() {
 
 void VSPrinter::Font(const QFont& font) { m_impl->font = font; }
 void VSPrinter::FontName(const QString& family) {
-    if (!family.trimmed().isEmpty()) m_impl->font.setFamilies({family.trimmed()});
+    if (family.trimmed().isEmpty()) return;
+    m_impl->font.setFamilies({family.trimmed()});
+    m_impl->font.setStyleName({}); // of the font before
 }
 void VSPrinter::FontSize(double points) {
     constexpr double smallest = 1, largest = 400;
     if (points >= smallest && points <= largest) m_impl->font.setPointSizeF(points);
 }
-void VSPrinter::FontBold(bool on) { m_impl->font.setBold(on); }
+void VSPrinter::FontBold(bool on) { m_impl->font = WithBold(m_impl->font, on); }
 void VSPrinter::FontUnderline(bool on) { m_impl->font.setUnderline(on); }
 void VSPrinter::TextAlign(int align) {
     if (align == 0) m_impl->align = Align::Left;
@@ -235,7 +245,7 @@ void VSPrinter::DrawPicture(const QImage& picture, int x, int y) {
     const double below = y < flow.bottom() ? flow.bottom() : sheet.height();
     const QSizeF room(beyond - x, below - y);
     if (size.width() > room.width() || size.height() > room.height()) size.scale(room, Qt::KeepAspectRatio);
-    flow.put(PageDocument::Picture{QRectF(QPointF(x, y), size), picture});
+    flow.put(PageDocument::Picture{QRectF(QPointF(x, y), size), printable(picture, size)});
     flow.reach(y + size.height());
 }
 

@@ -159,6 +159,20 @@ TEST_F(Page, PicturesInTheirNaturalSize) {
     EXPECT_EQ(colour(105, 195.4), QColor(Qt::white));
 }
 
+TEST_F(Page, AHugePictureKeepsNoMoreDotsThanPrint) {
+    QImage photo(6000, 4000, QImage::Format_RGB32);
+    for (int y = 0; y < photo.height(); ++y)
+        for (int x = 0; x < photo.width(); ++x)
+            photo.setPixel(x, y, qRgb(x * 7, y * 5, x * y));
+    printer.StartDoc();
+    printer.DrawPicture(photo, twips(130), twips(20)); // 6 cm are left
+    printer.EndDoc();
+    EXPECT_LT(document().toPdf().size(), 6'000'000);
+    const auto& picture = std::get<PageDocument::Picture>(document().pages[0].items[0]);
+    EXPECT_NEAR(picture.area.width(), twips(60), 1);
+    EXPECT_NEAR(picture.image.width(), 60 / 25.4 * 600, 1);
+}
+
 TEST_F(Page, EveryPainterGivesTheSamePage) {
     printer.StartDoc();
     printer.FontSize(18);

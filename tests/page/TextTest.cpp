@@ -117,7 +117,23 @@ TEST_F(Page, ParagraphsGoOnOnTheNextPage) {
     }
 }
 
+TEST_F(Page, BoldIsStrongerThanTheStyleOfAFontDialog) {
+    QFont chosen(u"Inter"_s, 10);
+    chosen.setStyleName(u"Regular"_s);
+    printer.Font(chosen);
+    printer.StartDoc();
+    printer.FontBold(true);
+    printer.Paragraph(u"Kopf"_s);
+    printer.FontBold(false);
+    printer.AddTable(u"<50mm|*<50mm"_s, {}, u"a|b"_s);
+    printer.EndDoc();
+    const QString fonts = PdfFonts(document().toPdf()).join(u' ');
+    EXPECT_TRUE(fonts.contains(u"Inter-Bold"_s) && fonts.contains(u"Inter-Regular"_s)) << fonts.toStdString();
+}
+
 TEST_F(Page, FontsKerningAndLinesThroughText) {
+    printer.CurrentX(-5); // before there is a page
+    printer.CurrentY(5);
     printer.StartDoc();
     printer.FontSize(40);
     printer.FontSize(-3); // no size
