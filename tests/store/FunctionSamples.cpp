@@ -479,11 +479,10 @@ bool misfits(const char* function, const std::vector<Value>& arguments) {
     const char* kind = jet::postgresCall(function, arguments.size()).kinds;
     for (const Value& value : arguments) {
         try {
-            if (value.isNull()) continue;
-            if (*kind == 'n') std::ignore = value.toLong();
-            if (*kind == 'd') std::ignore = value.toDouble();
-            if (*kind == 'c') std::ignore = value.toCurrency();
-            if (*kind == 't') std::ignore = value.toDate();
+            if (*kind == 'n' && !value.isNull()) std::ignore = value.toLong();
+            if (*kind == 'd' && !value.isNull()) std::ignore = value.toDouble();
+            if (*kind == 'c' && !value.isNull()) std::ignore = value.toCurrency();
+            if (*kind == 't' && !value.isNull()) std::ignore = value.toDate();
         } catch (const RuntimeError&) {
             return true;
         }

@@ -73,6 +73,10 @@ LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
               ELSE jetx_plain(x::numeric, ',', true) END
 $$;
 
+-- Nothing but digits, as most numbers in texts are.
+CREATE OR REPLACE FUNCTION jetx_digits(t text) RETURNS boolean
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT translate(t, '0123456789', '') COLLATE "C" = '' $$;
+
 -- The number that a whole text holds, NULL when it is none: blanks and one € around it, a sign before or behind, or
 -- brackets for a negative one; "." groups, "," is the decimal comma; "&H1F" and "&O17".
 CREATE OR REPLACE FUNCTION jetx_parse(source text) RETURNS jetx_number

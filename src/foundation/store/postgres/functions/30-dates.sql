@@ -70,20 +70,27 @@ LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
 $$;
 
 CREATE OR REPLACE FUNCTION jetx_daytext(day integer) RETURNS text
-LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
-  SELECT lpad(extract(day FROM jetx_calendar(day))::text, 2, '0') || '.' ||
-         lpad(extract(month FROM jetx_calendar(day))::text, 2, '0') || '.' ||
-         lpad(extract(year FROM jetx_calendar(day))::text, 4, '0')
-$$;
+LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+BEGIN
+  RETURN to_char(jetx_calendar(day), 'DD.MM.YYYY');
+END $$;
 
 -- dd.mm.yyyy, with hh:mm:ss unless midnight; the time alone on day 0; empty outside the calendar.
 CREATE OR REPLACE FUNCTION jetx_datetext(days double precision) RETURNS text
-LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
-  SELECT CASE WHEN NOT jetx_isdate(days) THEN ''
-              WHEN jetx_day(days) = 0 THEN jetx_clock(jetx_second(days))
-              WHEN jetx_second(days) = 0 THEN jetx_daytext(jetx_day(days))
-              ELSE jetx_daytext(jetx_day(days)) || ' ' || jetx_clock(jetx_second(days)) END
-$$;
+LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+DECLARE
+  day integer;
+  second integer;
+BEGIN
+  IF NOT jetx_isdate(days) THEN
+    RETURN '';
+  END IF;
+  day := jetx_day(days);
+  second := jetx_second(days);
+  RETURN CASE WHEN day = 0 THEN jetx_clock(second)
+              WHEN second = 0 THEN jetx_daytext(day)
+              ELSE jetx_daytext(day) || ' ' || jetx_clock(second) END;
+END $$;
 
 -- For other tools that read the tables: SELECT store_timestamp("Datum") ...
 CREATE OR REPLACE FUNCTION store_timestamp(days double precision) RETURNS timestamp without time zone

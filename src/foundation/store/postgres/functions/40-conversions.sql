@@ -59,7 +59,9 @@ $$;
 CREATE OR REPLACE FUNCTION jet_tolong(x jet_date) RETURNS bigint
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jet_tolong((x).days) $$;
 CREATE OR REPLACE FUNCTION jet_tolong(x text) RETURNS bigint
-LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jetx_textwhole(x, 32) $$;
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN length(x) BETWEEN 1 AND 9 AND jetx_digits(x) THEN x::bigint ELSE jetx_textwhole(x, 32) END
+$$;
 
 CREATE OR REPLACE FUNCTION jet_todouble(x boolean) RETURNS double precision
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT -(x::integer)::double precision $$;
@@ -71,7 +73,7 @@ CREATE OR REPLACE FUNCTION jet_todouble(x numeric) RETURNS double precision
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT (x * 10000)::bigint::double precision / 10000 $$;
 CREATE OR REPLACE FUNCTION jet_todouble(x jet_date) RETURNS double precision
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT (x).days $$;
-CREATE OR REPLACE FUNCTION jet_todouble(x text) RETURNS double precision
+CREATE OR REPLACE FUNCTION jetx_textdouble(x text) RETURNS double precision
 LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   result double precision := jetx_double((jetx_numberin(x)).value);
@@ -82,12 +84,9 @@ BEGIN
   RETURN result;
 END $$;
 
--- A truth value among the arguments of a function, which knows fewer words than a column.
-CREATE OR REPLACE FUNCTION jetx_truth(x text) RETURNS boolean
-LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
-  SELECT CASE lower(btrim(x COLLATE "C", E' \t\n\u000b\f\r\u0085\u00a0'))
-         WHEN 'wahr' THEN true WHEN 'true' THEN true WHEN 'falsch' THEN false WHEN 'false' THEN false
-         ELSE jet_todouble(x) <> 0 END
+CREATE OR REPLACE FUNCTION jet_todouble(x text) RETURNS double precision
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN length(x) BETWEEN 1 AND 15 AND jetx_digits(x) THEN x::double precision ELSE jetx_textdouble(x) END
 $$;
 
 -- Four decimals and a half are rarely exact in binary: what is a tie as far as a double can tell is one.
@@ -200,8 +199,9 @@ CREATE OR REPLACE FUNCTION jet_isnumeric(x jet_date) RETURNS boolean
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT false $$;
 CREATE OR REPLACE FUNCTION jet_isnumeric(x text) RETURNS boolean
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
-  SELECT CASE WHEN x IS NULL OR x COLLATE "C" ~ '^[^0-9&,]*$' THEN false
-              WHEN x COLLATE "C" ~ '^[0-9]{1,200}$' THEN true
+  SELECT CASE WHEN x IS NULL OR strpos(E' \t\n\r\u00a00123456789,+-(€&' COLLATE "C", left(x, 1) COLLATE "C") < 2 AND
+                   left(x, 1) COLLATE "C" <> ' ' THEN false
+              WHEN length(x) BETWEEN 1 AND 300 AND jetx_digits(x) THEN true
               ELSE coalesce(abs(jetx_double((jetx_parse(x)).value)) < 'Infinity', false) END
 $$;
 

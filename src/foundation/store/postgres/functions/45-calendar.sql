@@ -20,7 +20,7 @@ LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
 $$;
 -- 1 to 7; the first day is one of these.
 CREATE OR REPLACE FUNCTION jetx_weekday(day integer, firstday integer) RETURNS integer
-LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT (day + 657440 + 7 - firstday) % 7 + 1 $$;
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT (day + 658147 - firstday) % 7 + 1 $$;
 CREATE OR REPLACE FUNCTION jet_weekday(days double precision, firstday bigint DEFAULT 1) RETURNS bigint
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ 
   SELECT CASE WHEN firstday NOT BETWEEN 0 AND 7 THEN jet_fail(5, days + firstday)::bigint

@@ -227,7 +227,8 @@ DECLARE
 BEGIN
   FOREACH kind IN ARRAY ARRAY['boolean', 'bigint', 'double precision', 'numeric', 'jet_date'] LOOP
     EXECUTE format('CREATE OR REPLACE FUNCTION jet_string(count bigint, letter %s) RETURNS text LANGUAGE sql IMMUTABLE '
-                   'PARALLEL SAFE AS ''SELECT jetx_repeat(CASE WHEN count = 0 THEN '''''''' ELSE jet_chr(jet_tolong(letter) & 255) END, count)''', kind);
+                   'PARALLEL SAFE AS ''SELECT jetx_repeat(CASE WHEN count BETWEEN 1 AND 50000000 THEN jet_chr(jet_tolong(letter) & 255) '
+                   'WHEN count = 0 THEN left(jet_tolong(letter)::text, 0) WHEN letter IS NOT NULL THEN '''''''' END, count)''', kind);
   END LOOP;
 END $$;
 

@@ -22,12 +22,13 @@ $$;
 
 -- n number, d date, s text, l literal: what the first placeholder makes of a format.
 CREATE OR REPLACE FUNCTION jetx_formatkind(shape text) RETURNS text
-LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
-  SELECT CASE lower(left(substring(shape COLLATE "C" FROM '(?i)([0#%.,@&<>!dmyhnswqc]|ttttt|a(?:m/pm|/p|mpm)).*$'), 1))
-         WHEN '0' THEN 'n' WHEN '#' THEN 'n' WHEN '%' THEN 'n' WHEN '.' THEN 'n' WHEN ',' THEN 'n'
-         WHEN '@' THEN 's' WHEN '&' THEN 's' WHEN '<' THEN 's' WHEN '>' THEN 's' WHEN '!' THEN 's'
-         ELSE CASE WHEN shape COLLATE "C" ~* '[dmyhnswqc]|ttttt|a(m/pm|/p|mpm)' THEN 'd' ELSE 'l' END END
-$$;
+LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+DECLARE
+  first text COLLATE "C" := substring(lower(shape COLLATE "C") FROM '[0#%.,@&<>!dmyhnswqc]|ttttt|a(?:m/pm|/p|mpm)');
+BEGIN
+  RETURN CASE WHEN first IS NULL THEN 'l' WHEN strpos('0#%.,', first) > 0 THEN 'n' WHEN strpos('@&<>!', first) > 0 THEN 's'
+              ELSE 'd' END;
+END $$;
 
 -- The section of that number, counted from 1; NULL when there is none, '{}' when it is empty. A fifth is ignored.
 CREATE OR REPLACE FUNCTION jetx_section(marks text[], shape text, wanted integer) RETURNS text[]
@@ -229,8 +230,9 @@ BEGIN
   RETURN result;
 END $$;
 
+-- Without marks the shape stands for itself.
 CREATE OR REPLACE FUNCTION jetx_formatdate(days double precision, marks text[], shape text, firstday bigint, firstweek bigint)
-RETURNS text LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
+RETURNS text LANGUAGE plpgsql IMMUTABLE PARALLEL SAFE AS $$
 DECLARE
   months CONSTANT text[] := '{Januar,Februar,März,April,Mai,Juni,Juli,August,September,Oktober,November,Dezember}';
   shortmonths CONSTANT text[] := '{Jan,Feb,Mrz,Apr,Mai,Jun,Jul,Aug,Sep,Okt,Nov,Dez}';
@@ -264,9 +266,11 @@ BEGIN
     c := substr(low, i, 1);
     EXIT WHEN c = ';';
     behind := behindhour;
-    run := length(substring(substr(low, i) FROM CASE c WHEN 'd' THEN '^d{1,6}' WHEN 'm' THEN '^m{1,4}' WHEN 'h' THEN '^hh?'
-                   WHEN 'n' THEN '^nn?' WHEN 's' THEN '^ss?' WHEN 'w' THEN '^ww?' WHEN 'y' THEN '^(?:yyyy|yy?)'
-                   WHEN 't' THEN '^(?:ttttt|t)' WHEN 'a' THEN '^a(?:m/pm|/p|mpm)?' ELSE '^.' END));
+    IF strpos('dmhnswqyct', c) > 0 THEN
+      run := length(substring(substr(low, i) FROM '^(?:d{1,6}|m{1,4}|hh?|nn?|ss?|ww?|yyyy|yy?|ttttt|.)'));
+    ELSE
+      run := CASE WHEN c = 'a' THEN length(substring(substr(low, i) FROM '^a(?:m/pm|/p|mpm)?')) ELSE 1 END;
+    END IF;
     IF c IN ('d', 'm', 'y', 'n', 's', 'w', 'q', 'c', 't') THEN
       behindhour := false;
     END IF;
@@ -310,7 +314,7 @@ BEGIN
         result := result || CASE WHEN substr(shape, i, 1) COLLATE "C" = 'A' THEN upper(c) ELSE c END;
       END IF;
     ELSIF c NOT IN ('d', 'm', 'y', 'n', 's', 'w', 'q', 'c', 't', '/') THEN
-      result := result || substr(marks[i], 2);
+      result := result || CASE WHEN marks IS NULL THEN substr(shape, i, 1) ELSE substr(marks[i], 2) END;
     END IF;
     i := i + run;
   END LOOP;

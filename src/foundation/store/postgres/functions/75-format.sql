@@ -1,4 +1,5 @@
--- Format, for a value that is given as its kind (b i d c t s), its plain text, its number and its days where it has them.
+-- Format, for a value that is given as its kind (b i d c t s), its plain text (of a date anything but Null), its number
+-- and its days where it has them.
 CREATE OR REPLACE FUNCTION jetx_format(kind text, plain text, number numeric, days double precision, format text,
                                        firstday bigint, firstweek bigint) RETURNS text
 LANGUAGE plpgsql STABLE PARALLEL SAFE AS $$
@@ -19,7 +20,7 @@ DECLARE
   no text;
 BEGIN
   IF f = '' OR plain IS NULL AND f ~ '^[A-Za-z]' AND jetx_named(f) IS NOT NULL THEN
-    RETURN coalesce(plain, '');
+    RETURN coalesce(CASE WHEN k = 't' THEN jetx_datetext(d) ELSE plain END, '');
   END IF;
   -- Most formats of money and quantities.
   IF k IN ('i', 'd', 'c') AND plain IS NOT NULL AND f ~ '^#*(#,##)?0([.]0+)?$' THEN
@@ -31,9 +32,15 @@ BEGIN
     RETURN quick;
   END IF;
   pattern := CASE WHEN f ~ '^[A-Za-z]' THEN jetx_named(f) END;
-  marks := jetx_marks(coalesce(pattern, f));
-  shape := jetx_shape(marks);
+  shape := coalesce(pattern, f);
+  IF shape ~ E'[\\\\"*[\x01]' THEN
+    marks := jetx_marks(shape);
+    shape := jetx_shape(marks);
+  END IF;
   sort := jetx_formatkind(shape);
+  IF marks IS NULL AND sort <> 'd' THEN
+    marks := jetx_marks(shape);
+  END IF;
   IF plain IS NULL THEN
     IF sort = 's' THEN
       RETURN jetx_formattext('', marks, shape);
@@ -43,7 +50,7 @@ BEGIN
     RETURN coalesce(jetx_literal(jetx_section(marks, shape, 4)), '');
   END IF;
   IF sort = 's' AND pattern IS NULL THEN
-    RETURN jetx_formattext(plain, marks, shape);
+    RETURN jetx_formattext(CASE WHEN k = 't' THEN jetx_datetext(d) ELSE plain END, marks, shape);
   END IF;
   IF k = 's' THEN
     parsed := jetx_parse(plain);
@@ -110,7 +117,8 @@ BEGIN
       ['jet_date', 't', '(x).days::numeric', '(x).days'], ['text', 's', 'NULL', 'NULL']] LOOP
     EXECUTE format('CREATE OR REPLACE FUNCTION jet_format(x %s, format text DEFAULT NULL, firstday bigint DEFAULT 1, '
                    'firstweek bigint DEFAULT 1) RETURNS text LANGUAGE sql STABLE PARALLEL SAFE AS %L', kind[1],
-                   format('SELECT jetx_format(%L, jet_totext(x), %s, %s, format, coalesce(firstday, 1), coalesce(firstweek, 1))',
-                          kind[2], kind[3], kind[4]));
+                   format('SELECT jetx_format(%L, %s, %s, %s, format, coalesce(firstday, 1), coalesce(firstweek, 1))',
+                          kind[2], CASE kind[2] WHEN 't' THEN 'CASE WHEN (x).days IS NOT NULL THEN '''' END' ELSE 'jet_totext(x)' END,
+                          kind[3], kind[4]));
   END LOOP;
 END $$;
