@@ -102,9 +102,11 @@ void printTables(const MoveResult& result, bool sums) {
 void printSettings(const QString& target) {
     put(stdout, u"\nEintrag in der konfig.ini jeder Kasse:\n\n[GLOBAL]\n"_s);
     if (store::isServer(target)) {
-        put(stdout, u"DBServer=%1\n\nDas Kennwort gehört in die Kennwortdatei ~/.pgpass jeder Kasse.\n"
-                    "DBPath bleibt der gemeinsame Ordner der Vorlagen und Bilder.\n"_s.arg(
-                        store::withoutPassword(target)));
+        put(stdout,
+            u"DBServer=%1\n\nStatt des Benutzers, der umgezogen ist, steht dort der der Kassen, sein "
+            u"Kennwort in "
+            "der Datei ~/.pgpass.\nDBPath bleibt der gemeinsame Ordner der Vorlagen und Bilder.\n"_s.arg(
+                store::withoutPassword(target)));
         return;
     }
     const QFileInfo file(target);
