@@ -66,6 +66,17 @@ TEST_F(ServerMoveTest, TheDemoShopComesBackAsItWent) {
               dump(*Database::OpenDatabase(file(u"neu.mdb"_s), false, false, connect)));
 }
 
+TEST_F(ServerMoveTest, ARestoredBackupIsTheSameShop) {
+    makeExtremes(*Database::CreateDatabase(m_uri));
+    m_server->createDatabase(u"probe"_s);
+    const QString backup = file(u"laden.dump"_s), probe = m_server->uri(u"probe"_s);
+    EXPECT_EQ(0, QProcess::execute(u"pg_dump"_s, {u"-Fc"_s, u"-f"_s, backup, m_uri}));
+    EXPECT_EQ(0, QProcess::execute(u"pg_restore"_s, {u"--exit-on-error"_s, u"-d"_s, probe, backup}));
+    const auto restored = Database::OpenDatabase(probe);
+    EXPECT_EQ(dump(*Database::OpenDatabase(m_uri)), dump(*restored));
+    expectRulesOfExtremes(*restored);
+}
+
 TEST_F(ServerMoveTest, OnlyAnEmptyDatabaseIsTaken) {
     makeShop(file(u"alt.mdb"_s), 10);
     EXPECT_EQ(3024,

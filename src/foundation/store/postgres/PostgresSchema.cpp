@@ -18,6 +18,7 @@ constexpr int patience = 5000; ///< milliseconds that a start waits for one that
 constexpr int haste = 300; ///< the same for one that wants it alone: the server notices an end a little late
 constexpr auto lockClass = "1297239601"; ///< "MVN1": our advisory locks among those of others
 constexpr auto channel = "merivane";
+constexpr int lacksRight = 3112;
 
 // What extensions brought belongs to nobody.
 constexpr auto placeSql = R"(
@@ -135,8 +136,17 @@ void PostgresEngine::install() {
     run("SELECT pg_advisory_xact_lock(" + QByteArray(lockClass) + ", hashtext(" +
         literal("functions " + m_schema) + "))");
     if (outdated()) {
-        for (const QByteArray& script : postgresLibrary())
-            run(script);
+        try {
+            for (const QByteArray& script : postgresLibrary())
+                run(script);
+        } catch (const RuntimeError& error) {
+            if (error.Number != lacksRight || !own) throw;
+            raiseTold(
+                lacksRight,
+                u"Die Funktionen in der Datenbank '%1' sind älter als dieses Programm, und der Benutzer der "
+                "Kasse darf sie nicht ersetzen. Bitte eine Kasse einmal mit dem Benutzer starten, dem die "
+                "Datenbank gehört."_s.arg(m_link.address().shown()));
+        }
         run("INSERT INTO \"merivane$settings\" VALUES ('functions', '" +
             QByteArray::number(postgresLibraryVersion) +
             "') ON CONFLICT (\"key\") DO UPDATE SET \"value\" = excluded.\"value\"");
