@@ -108,18 +108,6 @@ QStringList pdfLines(const QByteArray& pdf) {
     return lines;
 }
 
-Printers::Printers()
-    : m_spoolerBefore(SetPrintSpooler(
-          [this](const QString& printer, const QString& title, const QByteArray& pdf, QSizeF) {
-              jobs.push_back({printer, title, pdf});
-          }))
-    , m_listBefore(SetPrinterList(this)) {}
-
-Printers::~Printers() {
-    SetPrinterList(m_listBefore);
-    SetPrintSpooler(m_spoolerBefore);
-}
-
 PaperShop::PaperShop() {
     gBonDrucker = u"Bondrucker"_s;
     gFormularDrucker = gKassenabschlussDrucker = u"Laser"_s;

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <devices/PrintJob.h>
-#include <devices/Printers.h>
 #include <support/Pdf.h>
 #include <support/TempShop.h>
+#include <support/TestPrinters.h>
 #include <templates/PropertiesList.h>
 #include <templates/TemplateKind.h>
 
-#include <vector>
+#include <functional>
 
 /// The templates that these tests lay out with: every key of the kind, with plain values that they rely on.
 [[nodiscard]] PropertiesList testVorlage(TemplateKind kind);
@@ -17,28 +16,6 @@
 [[nodiscard]] QImage pdfPage(const QByteArray& pdf, int page = 1); ///< grey, 50 dots per inch
 /// The lines of a page from top to bottom, blanks and empty lines taken out of the way.
 [[nodiscard]] QStringList pdfLines(const QByteArray& pdf);
-
-/// Takes the documents instead of the printers "Bondrucker" and "Laser".
-class Printers : private PrinterList {
-  public:
-    Printers();
-    ~Printers() override;
-    Printers(const Printers&) = delete;
-    Printers& operator=(const Printers&) = delete;
-
-    struct Job {
-        QString printer, title;
-        QByteArray pdf;
-    };
-    std::vector<Job> jobs;
-    QStringList present{QStringLiteral("Bondrucker"), QStringLiteral("Laser")};
-
-  private:
-    [[nodiscard]] QStringList names() const override { return present; }
-    [[nodiscard]] QString defaultName() const override { return present.value(0); }
-    PrintSpooler m_spoolerBefore;
-    const PrinterList* m_listBefore;
-};
 
 /// A shop with templates and printers, and documents booked in it.
 class PaperShop {
@@ -58,5 +35,5 @@ class PaperShop {
     int customer(const TempShop::Fields& more = {});
 
     TempShop shop;
-    Printers printers;
+    TestPrinters printers{{QStringLiteral("Bondrucker"), QStringLiteral("Laser")}};
 };

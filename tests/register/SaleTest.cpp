@@ -1,6 +1,9 @@
 #include "Till.h"
 
+#include <printing/Beleg.h>
 #include <session/gZVT.h>
+#include <support/TestPrinters.h>
+#include <templates/Shipped.h>
 
 // From the first scan to the booked document.
 
@@ -31,6 +34,32 @@ class Sale : public Till {
         return shop.value(u"SELECT IstBestand FROM Artikel WHERE Nummer='"_s + number + u"'"_s).toDouble();
     }
 };
+
+TEST_F(Sale, StandsWhenThePrinterIsGoneAndPrintsLater) {
+    for (const QString& name : {u"Kassenbon.pld"_s, u"Quittung.pld"_s})
+        writeFile(name, shippedTemplate(name));
+    TestPrinters printers;
+    gBonDrucker = gFormularDrucker = u"Epos"_s;
+    gDruckerKopies = 1;
+    for (const int mode : {1, 2}) {
+        gPrintMode = mode;
+        scan(u"2000000000017"_s);
+        screen.expect("KasseTotal", [] {
+            gZahlung.Ergebnis = 1;
+            gZahlung.ZahlArt = u"BAR"_s;
+        });
+        dialogs.expectError(482);
+        reg->cmdTotal_Click();
+        EXPECT_EQ(shop.count(u"Rechnung"_s), mode);
+        EXPECT_TRUE(list().isEmpty()) << "the next customer can come";
+    }
+    EXPECT_EQ(stock(u"2000000000017"_s), 8);
+    printers.present = {u"Epos"_s};
+    Print_BON(1);
+    Print_Formular(2, u"Quittung.pld"_s, 0, {});
+    EXPECT_EQ(printers.jobs.size(), 2U);
+    EXPECT_EQ(shop.count(u"RechnungsDetail"_s), 2);
+}
 
 TEST_F(Sale, FromScanToBookedDocument) {
     clock.set(QDateTime({2026, 11, 22}, {14, 5}));
