@@ -122,22 +122,29 @@ void Binder::compare(Expr*& a, Expr*& b, bool equality) {
 }
 
 // The first operand against each of the others. A text that is no literal takes literals for texts, but
-// beside a number that is none everything becomes a number.
+// beside a number that is none everything becomes a number; a literal text becomes what the others are.
 void Binder::align(std::span<Expr*> operands) {
     bool texts = false;
-    Type other = Type::Null;
+    Type other = Type::Null, literal = Type::Null;
     for (const Expr* e : operands) {
-        if (e->type == Type::Null || plainLiteral(e)) continue;
+        if (e->type == Type::Null) continue;
         if (isText(e->type))
-            texts = true;
+            texts = texts || !plainLiteral(e);
+        else if (plainLiteral(e))
+            literal = e->type;
         else if (other != Type::Date)
-            other = e->type == Type::Date ? Type::Date : Type::Double;
+            other = e->type;
     }
     if (texts) {
+        const Type type = other == Type::Null ? Type::Text : other == Type::Date ? other : Type::Double;
         for (Expr*& e : operands)
-            convert(e, other == Type::Null ? Type::Text : other);
+            convert(e, type);
         return;
     }
+    if (other == Type::Null) other = literal;
+    if (other != Type::Null)
+        for (Expr*& e : operands)
+            if (isText(e->type)) convert(e, isWhole(other) && other != Type::Boolean ? Type::Double : other);
     if (operands[0]->type == Type::Currency)
         for (const Expr* e : operands.subspan(1))
             if (isNumber(e->type) && !fitsCurrency(e)) {

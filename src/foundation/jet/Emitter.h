@@ -55,7 +55,8 @@ class Emitter {
     [[nodiscard]] virtual bool reordersConditions() const = 0;
 
     [[nodiscard]] virtual QByteArray rowKey() const = 0;
-    [[nodiscard]] virtual QByteArray collation() const = 0; ///< " COLLATE .."
+    [[nodiscard]] virtual QByteArray collation() const = 0;     ///< " COLLATE .."
+    [[nodiscard]] virtual QByteArray byteCollation() const = 0; ///< by the bytes of UTF-8
     /// Stands behind a term of ORDER BY, so that Null comes before everything.
     [[nodiscard]] virtual const char* direction(bool descending) const = 0;
     /// A column that ORDER BY names by its position may get its collation there; else it needs it in the
@@ -113,7 +114,7 @@ class Writer {
     [[nodiscard]] QByteArray rowOrder(bool descending);
 
     /// The expression stands in GROUP BY and is written as it stands there.
-    [[nodiscard]] bool inGroup(const Expr* e) { return groupText(e) != nullptr; }
+    [[nodiscard]] bool inGroup(const Expr* e) { return groupOf(e) != nullptr; }
 
     /// Literals are numbered on behind those of another text.
     void shiftLiterals(int by) { m_shift = by; }
@@ -125,6 +126,7 @@ class Writer {
     struct Group {
         const Expr* e;
         QByteArray text;
+        bool everywhere; ///< else only the select list needs it
     };
     /// What the select that is being written tells its parts.
     struct Context {
@@ -132,6 +134,7 @@ class Writer {
         std::vector<Group> groups;
         Rows derived = Rows::Free; ///< of the derived tables it reads
         bool byRow = false;        ///< First or Last ask for the order of the rows
+        bool shown = false;        ///< the select list is being written
     };
     /// Where a table stands in the joins of its FROM.
     struct Place {
@@ -162,10 +165,14 @@ class Writer {
     void distinctRows(const Select* s, const Query* q);
     void selectList(const Select* s, bool named, bool collated);
     void outputNames(const Select* s);
+    void distinctSelect(const Select* s, const Query* q, Rows rows);
+    void united(const Query* q, std::size_t count);
+    void alike(const QByteArray& text);
     void selectBody(const Select* s);
     void topWithTies(const Select* s, const Query* q);
     [[nodiscard]] Context enter(const Select* s, const Query* q, const Expr* more = nullptr);
-    [[nodiscard]] const QByteArray* groupText(const Expr* e);
+    [[nodiscard]] const Group* groupOf(const Expr* e);
+    void group(const Group& g);
     /// The terms of ORDER BY, with `ties` also what decides between rows of equal rank.
     void orderTerms(const Query* q, const Select* s, Terms how, bool ties);
     void tieTerms(const Query* q, const Select* s, Terms how, std::vector<bool>& placed, bool& first);

@@ -326,6 +326,7 @@ class PostgresEmitter final : public Emitter {
 
     QByteArray rowKey() const override { return "_rowid_"; }
     QByteArray collation() const override { return " COLLATE \"merivane\""; }
+    QByteArray byteCollation() const override { return " COLLATE \"C\""; }
     const char* direction(bool descending) const override {
         return descending ? " DESC NULLS LAST" : " NULLS FIRST";
     }

@@ -228,6 +228,7 @@ class SqliteEmitter final : public Emitter {
 
     QByteArray rowKey() const override { return "_rowid_"; }
     QByteArray collation() const override { return " COLLATE GERMAN"; }
+    QByteArray byteCollation() const override { return " COLLATE BINARY"; }
     const char* direction(bool descending) const override { return descending ? " DESC" : ""; }
     bool collatesPositions() const override { return true; }
     bool comparesGroups() const override { return false; }

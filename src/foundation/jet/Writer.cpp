@@ -65,10 +65,10 @@ const Expr* plain(const Expr* e) {
 
 // The parts of a grouped select that stand in GROUP BY are written as they stand there. Two expressions of
 // GROUP BY may differ in their literals alone; then these decide.
-const QByteArray* Writer::groupText(const Expr* e) {
+const Writer::Group* Writer::groupOf(const Expr* e) {
     const Group* found = nullptr;
     for (const Group& g : m_context.groups) {
-        if (e->kind != g.e->kind || !sameExpr(e, g.e)) continue;
+        if (!(g.everywhere || m_context.shown) || e->kind != g.e->kind || !sameExpr(e, g.e)) continue;
         if (!found) {
             found = &g;
             continue;
@@ -76,7 +76,19 @@ const QByteArray* Writer::groupText(const Expr* e) {
         m_hangsOnValues = true;
         if (!sameLiterals(e, found->e) && sameLiterals(e, g.e)) found = &g;
     }
-    return found ? &found->text : nullptr;
+    return found;
+}
+
+void Writer::group(const Group& g) {
+    if (m_context.shown && isText(g.e->type))
+        alike(g.text);
+    else
+        out += g.text;
+}
+
+// Of the texts of a group, which differ in case alone, the same one is shown whatever the engine met first.
+void Writer::alike(const QByteArray& text) {
+    out += "min(" + text + m_engine.byteCollation() + ')' + m_engine.collation();
 }
 
 void Writer::operand(const Expr* e) {
@@ -99,8 +111,8 @@ void Writer::operandAs(const Expr* e, Type type) {
 
 void Writer::value(const Expr* e) {
     e = plain(e);
-    if (const QByteArray* group = groupText(e))
-        out += *group;
+    if (const Group* g = groupOf(e))
+        group(*g);
     else if (m_engine.yieldsTruth(e))
         m_engine.truth(*this, e);
     else
@@ -118,10 +130,7 @@ void Writer::condition(const Expr* e) { m_engine.condition(*this, plain(e)); }
 void Writer::text(const Expr* e) {
     e = plain(e);
     if (!isText(e->type) || e->collated || e->kind == ExprKind::Null) return value(e);
-    if (const QByteArray* group = groupText(e)) {
-        out += *group;
-        return;
-    }
+    if (const Group* g = groupOf(e)) return group(*g);
     operand(e);
     out += m_engine.collation();
 }

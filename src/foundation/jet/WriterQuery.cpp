@@ -11,6 +11,11 @@ const Expr* plain(const Expr* e) {
     return e;
 }
 
+bool isConstant(const Expr* e) {
+    return e->kind == ExprKind::Literal || e->kind == ExprKind::True || e->kind == ExprKind::False ||
+           e->kind == ExprKind::Null;
+}
+
 bool collatedOutput(const Output& o) {
     const Expr* e = plain(o.expr);
     return e && e->collated;
@@ -77,23 +82,60 @@ void Writer::query(const Query* q, Rows rows) {
 // comes behind, each part in its own order.
 void Writer::compound(const Query* q, Rows rows) {
     const std::size_t count = q->legs.size();
-    std::size_t united = count;
-    while (united > 1 && q->legs[united - 1].all)
-        --united;
-    const bool whole = united == count || !q->orderBy.empty();
-    if (!whole && rows == Rows::Ordered && united > 1) {
-        Query head = *q;
-        head.legs = q->legs.first(united);
-        out += "SELECT * FROM (";
-        compound(&head, rows);
-        out += ") AS \"%u\"";
+    std::size_t head = count; // as many parts as the last UNION drops doubles of
+    while (head > 1 && q->legs[head - 1].all)
+        --head;
+    const bool ordered = rows == Rows::Ordered || !q->orderBy.empty();
+    const bool whole = head == count || !q->orderBy.empty();
+    if (head > 1) {
+        if (head < count) out += "SELECT * FROM (";
+        united(q, head);
+        if (head < count) {
+            if (ordered && !whole) orderBy(q, nullptr);
+            out += ") AS \"%u\"";
+        }
+    } else {
+        leg(q->legs[0], whole ? Rows::Free : rows);
     }
-    const bool headDone = !whole && rows == Rows::Ordered && united > 1;
-    for (std::size_t i = headDone ? united : 0; i < count; ++i) {
-        if (i) out += q->legs[i].all ? " UNION ALL " : " UNION ";
+    for (std::size_t i = head; i < count; ++i) {
+        out += " UNION ALL ";
         leg(q->legs[i], whole ? Rows::Free : rows);
     }
-    if (whole && (rows == Rows::Ordered || !q->orderBy.empty())) orderBy(q, nullptr);
+    if (whole && ordered) orderBy(q, nullptr);
+}
+
+// The first parts without doubles.
+void Writer::united(const Query* q, std::size_t count) {
+    const bool texts =
+        std::any_of(q->outputs.begin(), q->outputs.end(), [](const Output& o) { return isText(o.type); });
+    auto parts = [&](const char* joiner) {
+        for (std::size_t i = 0; i < count; ++i) {
+            if (i) out += joiner;
+            leg(q->legs[i], Rows::Free);
+        }
+    };
+    if (!texts) return parts(" UNION ");
+    auto columns = [&](auto&& text) {
+        for (std::size_t i = 0; i < q->outputs.size(); ++i) {
+            if (i) out += ", ";
+            const Output& o = q->outputs[i];
+            QByteArray column;
+            m_engine.quoteName(column, o.name);
+            if (isText(o.type))
+                text(column);
+            else
+                out += column;
+        }
+    };
+    out += "SELECT ";
+    columns([&](const QByteArray& column) {
+        alike(column);
+        out += " AS " + column;
+    });
+    out += " FROM (";
+    parts(" UNION ALL ");
+    out += ") AS \"%a\" GROUP BY ";
+    columns([&](const QByteArray& column) { out += column + m_engine.collation(); });
 }
 
 void Writer::leg(const Leg& l, Rows rows) {
@@ -112,6 +154,7 @@ void Writer::leg(const Leg& l, Rows rows) {
 
 void Writer::selectList(const Select* s, bool named, bool collated) {
     bool first = true;
+    m_context.shown = true;
     for (const Output& o : s->outputs) {
         if (!first) out += ", ";
         first = false;
@@ -124,6 +167,7 @@ void Writer::selectList(const Select* s, bool named, bool collated) {
             name(o.name);
         }
     }
+    m_context.shown = false;
 }
 
 void Writer::outputNames(const Select* s) {
@@ -145,16 +189,17 @@ Writer::Context Writer::enter(const Select* s, const Query* q, const Expr* more)
     for (const OrderItem& item : q->orderBy)
         context.byRow = context.byRow || asksForRows(orderExpr(item, s));
     if (context.byRow) context.derived = Rows::Ordered;
-    if (!m_engine.comparesGroups()) return context;
     Context outer = std::exchange(m_context, context);
     const QByteArray before = std::exchange(out, {});
     for (const Expr* e : s->groupBy) {
         e = plain(e);
-        if (e->kind == ExprKind::Name || e->kind == ExprKind::Literal) continue;
-        out = "(";
+        const bool everywhere = m_engine.comparesGroups() && e->kind != ExprKind::Name;
+        if (isConstant(e) || (!everywhere && !isText(e->type))) continue;
+        const bool bare = e->kind == ExprKind::Name || !m_engine.comparesGroups();
+        out = bare ? "" : "(";
         text(e);
-        out += ')';
-        context.groups.push_back({e, out});
+        if (!bare) out += ')';
+        context.groups.push_back({e, out, everywhere});
     }
     out = before;
     m_context = std::move(outer);
@@ -186,7 +231,23 @@ void Writer::selectBody(const Select* s) {
     }
 }
 
+// A DISTINCT over texts is a GROUP BY over all its columns, since of texts that are alike one must be chosen.
+void Writer::distinctSelect(const Select* s, const Query* q, Rows rows) {
+    std::vector<Expr*> columns;
+    for (const Output& o : s->outputs)
+        if (!isConstant(plain(o.expr))) columns.push_back(o.expr);
+    Select grouped = *s;
+    grouped.quantifier = Quantifier::All;
+    grouped.groupBy = columns;
+    grouped.grouped = true;
+    select(&grouped, q, rows);
+}
+
 void Writer::select(const Select* s, const Query* q, Rows rows) {
+    if (s->quantifier == Quantifier::Distinct && !s->grouped && !s->from.empty() &&
+        std::any_of(s->outputs.begin(), s->outputs.end(),
+                    [](const Output& o) { return isText(o.expr->type) && !isConstant(plain(o.expr)); }))
+        return distinctSelect(s, q, rows);
     const bool limited = s->top >= 0;
     const bool ordered = rows == Rows::Ordered || limited;
     const bool distinct = s->quantifier == Quantifier::Distinct;

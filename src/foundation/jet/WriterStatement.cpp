@@ -153,9 +153,18 @@ void Writer::pivotHeads(const Tree& tree) {
     Select heads = *s;
     heads.groupBy = {};
     heads.having = nullptr;
-    out += "SELECT DISTINCT ";
+    const QByteArray before = std::exchange(out, {});
     text(tree.pivot);
-    selectBody(&heads);
+    const QByteArray head = std::exchange(out, before);
+    if (isText(tree.pivot->type)) {
+        out += "SELECT ";
+        alike(head);
+        selectBody(&heads);
+        out += " GROUP BY " + head;
+    } else {
+        out += "SELECT DISTINCT " + head;
+        selectBody(&heads);
+    }
     out += " ORDER BY 1";
     out += m_engine.direction(false);
 }
