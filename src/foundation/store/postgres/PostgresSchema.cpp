@@ -70,12 +70,14 @@ PostgresEngine::State PostgresEngine::lookAround() {
     return cell(place, 4).toInt() == 0 ? State::Empty : State::Foreign;
 }
 
+// Tables are read by one process and from their start: sums of doubles hang on the order.
 void PostgresEngine::setUp() {
     QByteArray sql = "SET search_path = " + quoted(QString::fromUtf8(m_schema)) +
                      "; SET standard_conforming_strings = on; SET extra_float_digits = 1;"
                      " SET lock_timeout = '10s'; SET statement_timeout = 0;"
                      " SET client_min_messages = error; SET default_transaction_isolation = 'read committed';"
-                     " SET jit = off; SET tcp_keepalives_idle = 10; SET tcp_keepalives_interval = 5;"
+                     " SET jit = off; SET max_parallel_workers_per_gather = 0; SET synchronize_seqscans = off;"
+                     " SET tcp_keepalives_idle = 10; SET tcp_keepalives_interval = 5;"
                      " SET tcp_keepalives_count = 3; LISTEN ";
     sql += channel;
     if (readOnly()) sql += "; SET default_transaction_read_only = on";
