@@ -127,14 +127,17 @@ Basket::Line Basket::currentLine() {
 }
 
 void Basket::LoadBestellungen() {
+    std::vector<Row> shown = m_rows;
+    const int selected = m_selected;
     replaceRows({});
     m_screen.Yield();
-    Recordset& rs = rsBestellung();
-    rs.Requery();
-    std::vector<Row> rows;
-    for (; !rs.Eof(); rs.MoveNext())
-        rows.push_back(makeRow(currentLine(), Net::Rounded));
-    replaceRows(std::move(rows));
+    try {
+        replaceRows(readRows());
+    } catch (...) { // the sale is still open, so it stays on the screen
+        replaceRows(std::move(shown));
+        select(selected);
+        throw;
+    }
     RefreshGesamt();
     if (isEmpty()) {
         IsLieferscheinBon = false;
@@ -145,6 +148,14 @@ void Basket::LoadBestellungen() {
     select(rowCount() - 1);
     m_screen.Yield();
     ItemClick(m_selected);
+}
+
+std::vector<Basket::Row> Basket::readRows() {
+    std::vector<Row> rows;
+    Recordset& rs = rsBestellung();
+    for (rs.Requery(); !rs.Eof(); rs.MoveNext())
+        rows.push_back(makeRow(currentLine(), Net::Rounded));
+    return rows;
 }
 
 void Basket::replaceRows(std::vector<Row> rows) {
@@ -259,8 +270,9 @@ void Basket::CancelEdit() noexcept {
     if (m_rs) m_rs->CancelUpdate();
 }
 
-void Basket::DeleteRows() {
-    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"';"_s);
+void Basket::DeleteRows(std::optional<int> lastID) {
+    const QString behind = lastID ? u" AND ID<=%1"_s.arg(*lastID) : QString();
+    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"'"_s + behind + u";"_s);
 }
 
 void Basket::setText(Column column, const QString& text) {

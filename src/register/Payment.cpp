@@ -26,6 +26,18 @@ namespace {
 
 QString sqlNumber(double value) { return NumberText(value).replace(u',', u'.'); }
 
+/// Adds to what an error tells what the cashier should know about the sale.
+template <typename Act, typename Advice>
+void withAdvice(Act&& act, Advice&& advice) {
+    try {
+        act();
+    } catch (const RuntimeError& error) {
+        const QString more = advice();
+        if (more.isEmpty()) throw;
+        throw RuntimeError(error.Number, error.Description + u"\n\n"_s + more, error.Source, error.Place);
+    }
+}
+
 /// Holds a flag while a payment runs.
 struct Running {
     explicit Running(bool& flag_)
@@ -42,7 +54,9 @@ struct Running {
 
 void Register::Payment::Total() {
     Basket& basket = m_owner.m_basket;
-    if (basket.isEmpty() || m_owner.m_paying) return;
+    if (m_owner.m_paying) return;
+    m_owner.ClearPaid();
+    if (basket.isEmpty()) return;
     const Running running(m_owner.m_paying);
     m_owner.m_screen.MovePointerAway();
     Currency total = ReadMoney(basket.Gesamt());
@@ -82,7 +96,9 @@ bool Register::Payment::askAmount() {
 
 void Register::Payment::ByKarte(const QString& KartenName) {
     Basket& basket = m_owner.m_basket;
-    if (basket.isEmpty() || m_owner.m_paying) return;
+    if (m_owner.m_paying) return;
+    m_owner.ClearPaid();
+    if (basket.isEmpty()) return;
     const Running running(m_owner.m_paying);
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
@@ -123,6 +139,8 @@ int Register::Payment::book() {
     if (id == 0) {
         MsgBox(u"Beim Erstellen der Rechnung ist ein Fehler aufgetreten."_s);
         m_owner.m_basket.LoadBestellungen();
+    } else {
+        m_owner.m_paid = {id, m_owner.m_basket.lastID()};
     }
     return id;
 }
@@ -137,7 +155,14 @@ void Register::Payment::print(int id, BelegArt art) {
 }
 
 void Register::Payment::finish(const QString& lastTotal) {
-    m_owner.m_basket.DeleteRows();
+    withAdvice(
+        [this] { m_owner.m_basket.DeleteRows(); },
+        [this] {
+            return u"Der Verkauf ist unter der Belegnummer %1 gebucht. Seine Zeilen verschwinden mit der "
+                   "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
+                       .arg(m_owner.m_paid->Rechnung);
+        });
+    m_owner.m_paid.reset();
     m_owner.m_basket.rsBestellung().Requery();
     m_owner.ResetKunde();
     m_owner.m_screen.MovePointerAway();
@@ -152,7 +177,8 @@ void Register::Payment::finish(const QString& lastTotal) {
 void Register::Payment::CreateRechnung(int& RechnungID) {
     RechnungID = 0;
     std::unique_ptr<Recordset> rechnung, detail;
-    const auto body = [&] {
+    int begun = 0, booked = 0; // the receipt whose head is written, and how many lines of it
+    const auto write = [&] {
         rechnung = gDB->OpenRecordset(u"Rechnung"_s);
         detail = gDB->OpenRecordset(u"RechnungsDetail"_s);
         const QDateTime now = Now();
@@ -171,21 +197,35 @@ void Register::Payment::CreateRechnung(int& RechnungID) {
         rechnung->Set(u"KartenTyp", gZahlung.KartenTyp);
         rechnung->Set(u"Abschluss", false);
         rechnung->Update();
+        begun = id;
 
         Recordset& rs = m_owner.m_basket.rsBestellung();
         for (rs.Requery(); !rs.Eof(); rs.MoveNext()) {
             writeDetail(*detail, id);
             if (!m_owner.m_basket.IsLieferscheinBon) moveStock(id);
+            ++booked;
         }
         // The literal 1 is what closings of delivery notes have always relied on.
         if (m_owner.m_basket.IsLieferscheinBon)
             gDB->Execute(u"UPDATE Lieferung SET InRechnung=-1 WHERE LieferungID=1;"_s);
         RechnungID = id;
     };
-    Handle("frmKasse", body, [&] {
-        if (rechnung) rechnung->CancelUpdate();
-        if (detail) detail->CancelUpdate();
-    });
+    const auto advice = [&]() -> QString {
+        if (begun == 0) return {};
+        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im "
+               u"Verkauf. "
+               "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu "
+               "viel und "
+               "muss geprüft werden."_s.arg(begun)
+                   .arg(booked)
+                   .arg(m_owner.m_basket.rowCount());
+    };
+    Handle(
+        "frmKasse", [&] { withAdvice(write, advice); },
+        [&] {
+            if (rechnung) rechnung->CancelUpdate();
+            if (detail) detail->CancelUpdate();
+        });
 }
 
 void Register::Payment::writeDetail(Recordset& detail, int id) {

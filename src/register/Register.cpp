@@ -61,6 +61,7 @@ void Register::Load() {
 
 Register::Unload Register::QueryUnload() {
     Unload answer = Unload::Close;
+    Trap([this] { ClearPaid(); });
     Trap([&] { answer = Cancellation(*this).QueryUnload(); });
     return answer;
 }
@@ -87,7 +88,10 @@ void Register::cmdPlus_Click() {
     Trap([this] { m_entry->AddQuantity(1); });
 }
 void Register::cmdEnter_Click() {
-    Trap([this] { m_entry->Decide(); });
+    Trap([this] {
+        ClearPaid();
+        m_entry->Decide();
+    });
 }
 void Register::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {
     Trap([&] { m_entry->ExpandLinks(ArtikelNummer, Menge); });
@@ -116,7 +120,10 @@ void Register::RefreshGesamt() {
     Trap([this] { m_basket.RefreshGesamt(); });
 }
 void Register::cmdStorno_Click() {
-    Trap([this] { Cancellation(*this).Storno(); });
+    Trap([this] {
+        ClearPaid();
+        Cancellation(*this).Storno();
+    });
 }
 void Register::cmdRabatt_Click() {
     Trap([this] { PriceChanges(*this).Rabatt(); });
@@ -188,6 +195,15 @@ void Register::ChangeUser() {
 }
 
 QString Register::UserDisplay() const { return gKassenUser.Vorname + u' ' + gKassenUser.Name; }
+
+// A booked sale must not be booked again because the store was away when its lines should go.
+void Register::ClearPaid() {
+    if (!m_paid) return;
+    m_basket.DeleteRows(m_paid->lastID);
+    m_paid.reset();
+    ResetKunde();
+    m_basket.LoadBestellungen();
+}
 
 void Register::ResetKunde() {
     gKunde = KundeRecord::Standard();

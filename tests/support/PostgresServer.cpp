@@ -10,6 +10,7 @@
 #include <arpa/inet.h>
 #include <csignal>
 #include <pwd.h>
+#include <sys/mount.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -82,6 +83,8 @@ PostgresServer::PostgresServer(const QStringList& settings)
 
 PostgresServer::~PostgresServer() {
     if (m_server.state() != QProcess::NotRunning) stop(Stop::Immediate);
+    for (const QString& disk : std::as_const(m_disks))
+        umount(QFile::encodeName(disk).constData());
 }
 
 QString PostgresServer::uri(const QString& database, quint16 port) const {
@@ -93,6 +96,16 @@ QString PostgresServer::uri(const QString& database, quint16 port) const {
 QString PostgresServer::makeFolder(const QString& name) const {
     const QString path = m_folder.filePath(name);
     run(u"/bin/mkdir"_s, {u"-p"_s, path});
+    return path;
+}
+
+QString PostgresServer::makeDisk(const QString& name, int megabytes) {
+    const QString path = makeFolder(name);
+    const passwd* who = account();
+    const QByteArray options =
+        u"size=%1m,mode=0700,uid=%2"_s.arg(megabytes).arg(who ? who->pw_uid : getuid()).toLatin1();
+    if (mount("tmpfs", QFile::encodeName(path).constData(), "tmpfs", 0, options.constData()) != 0) return {};
+    m_disks << path;
     return path;
 }
 

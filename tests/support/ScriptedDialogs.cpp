@@ -134,6 +134,7 @@ void ScriptedDialogs::verify() {
 
 MsgAnswer ScriptedDialogs::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                                   MsgAnswer) {
+    lastMessage = text;
     const QString what = u"message \""_s + text + u"\" ("_s + QLatin1StringView(iconName(icon)) +
                          u", title \""_s + title + u"\")"_s;
     const bool report = icon == MsgIcon::Critical && title == u"Unerwarteter Fehler..."_s;

@@ -131,6 +131,7 @@ qint64 Connection::execute(const QString& sql) {
     for (bool again = true;; again = false) {
         try {
             Prepared& statement = prepared(plan->main, plan->statement->sql);
+            if (kind == jet::Kind::Delete) statement.allowRepeat(); // what is gone stays gone
             bind(statement, *plan->statement, literals);
             tableChanges(plan->statement->target);
             finishNoticing(statement);

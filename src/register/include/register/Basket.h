@@ -9,6 +9,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace till {
@@ -66,12 +67,14 @@ class Basket : public QAbstractTableModel {
     void CancelEdit() noexcept;
     /// Thanks the customer on the display; a handler of its own.
     void SetLCDDefault();
-    /// "DELETE FROM Bestellung" for this till, without touching the list.
-    void DeleteRows();
+    /// "DELETE FROM Bestellung" for this till, without touching the list; `lastID` spares the lines behind
+    /// it.
+    void DeleteRows(std::optional<int> lastID = {});
 
     /// Raises 91 before Open.
     [[nodiscard]] Recordset& rsBestellung();
     [[nodiscard]] bool isEmpty() const { return m_rows.empty(); }
+    [[nodiscard]] int lastID() const { return m_rows.empty() ? 0 : m_rows.back().ID; } ///< of the last line
     [[nodiscard]] int selected() const { return m_selected; } ///< -1 when the list is empty
     [[nodiscard]] const QString& cell(int row, Column column) const;
     [[nodiscard]] const QString& Gesamt() const { return m_gesamt; } ///< text of lblGesamt
@@ -112,6 +115,7 @@ class Basket : public QAbstractTableModel {
         double SteuerSatz;
     };
     [[nodiscard]] Row makeRow(const Line& line, Net net) const;
+    [[nodiscard]] std::vector<Row> readRows();
     void replaceRows(std::vector<Row> rows);
     void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);

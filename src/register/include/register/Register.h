@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace till {
 
@@ -120,6 +121,7 @@ class Register : public QObject {
     /// Runs a handler's body under its trap; true when it went through.
     bool Trap(const std::function<void()>& body);
     [[nodiscard]] Recordset& rsArtikel(); ///< raises 91 before Load
+    void ClearPaid();                     ///< takes the lines away that m_paid left
     void ResetKunde();                    ///< to the standard customer
     /// A title that shows an ampersand of the customer's name has it doubled.
     void RebuildTitle(bool doubleAmpersand);
@@ -132,6 +134,11 @@ class Register : public QObject {
     QString m_title;
     QStringList m_karten;
     std::unique_ptr<Entry> m_entry;
+    /// A sale that is booked and whose lines could not be taken away yet.
+    struct Paid {
+        int Rechnung, lastID;
+    };
+    std::optional<Paid> m_paid;
     bool m_paying = false; ///< a second total key must not book the same lines again
 };
 

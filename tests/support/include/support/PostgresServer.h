@@ -33,6 +33,8 @@ class PostgresServer {
     [[nodiscard]] QString uri(const QString& database, quint16 port = 0) const;
     /// A folder in which the server may write.
     [[nodiscard]] QString makeFolder(const QString& name) const;
+    /// The same on a disk of its own with so little room; "" when the machine does not let us make one.
+    [[nodiscard]] QString makeDisk(const QString& name, int megabytes);
 
     void createDatabase(const QString& name, const QString& options = {});
     /// Runs statements as the administrator; gives the rows, columns separated by "|".
@@ -50,7 +52,7 @@ class PostgresServer {
     [[nodiscard]] QString data() const { return m_folder.filePath(QStringLiteral("data")); }
 
     QTemporaryDir m_folder;
-    QStringList m_settings;
+    QStringList m_settings, m_disks;
     QProcess m_server;
     quint16 m_port = 0;
 };

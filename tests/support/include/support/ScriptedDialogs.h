@@ -40,6 +40,7 @@ class ScriptedDialogs : public DialogHost {
                                     const QString& preset) override;
     std::optional<QString> chooseFile(const FileRequest& request) override;
 
+    QString lastMessage; ///< the whole text of the last box
     /// What inputBox and chooseFile offered last, for tests of presets.
     QString lastPreset;
     FileRequest lastFile;
