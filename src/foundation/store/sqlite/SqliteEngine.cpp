@@ -7,7 +7,9 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <chrono>
 #include <sqlite3.h>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +19,17 @@ namespace {
 
 constexpr int patience = 5000; ///< milliseconds that a statement waits for another till's write
 constexpr int haste = 100;     ///< the same for an exclusive open, which every start tries
+
+// Looks again every few milliseconds. The engine's own way looks ever more seldom, so that among busy tills
+// the one that has waited longest would come last.
+int waitForOthers(void*, int times) {
+    thread_local std::chrono::steady_clock::time_point begun;
+    const auto now = std::chrono::steady_clock::now();
+    if (times == 0) begun = now;
+    if (now - begun >= std::chrono::milliseconds(patience)) return 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(3));
+    return 1;
+}
 
 } // namespace
 
@@ -123,7 +136,7 @@ void SqliteEngine::takeHold() {
         run("BEGIN EXCLUSIVE; COMMIT");
     else
         run("SELECT count(*) FROM sqlite_schema");
-    sqlite3_busy_timeout(m_db, patience);
+    sqlite3_busy_handler(m_db, waitForOthers, nullptr);
 }
 
 void SqliteEngine::configure() {
