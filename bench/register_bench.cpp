@@ -1,31 +1,17 @@
-#include "../tests/register/NoScreen.h"
-
-#include <register/Register.h>
-#include <register/gMaschine.h>
-#include <session/CSystem.h>
-#include <session/Globals.h>
-#include <session/gUser.h>
-#include <store/Database.h>
-#include <store/Schema.h>
+#include "Till.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <algorithm>
-#include <chrono>
 #include <sqlite3.h>
 #include <vector>
 
 // What a scan and a booking cost, as ratios to the bare engine doing the same reads and writes with prepared
 // statements and the same durability, on 100,000 articles.
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-constexpr int articles = 100'000, lines = 50, rounds = 12;
-
-QString number(int i) { return QString::number(2'000'000 + i % articles); }
+constexpr int lines = 50, rounds = 12;
 
 /// The twin: tables of the same columns and indexes in a file beside the store.
 class Raw {
@@ -149,55 +135,13 @@ class Raw {
     qint64 m_read = 0;
 };
 
-void openShop(const QString& folder) {
-    ResetSession();
-    gSystem = std::make_unique<CSystem>();
-    gAppPath = gDBPath = folder;
-    gFormatPreis = u"###0.00"_s;
-    gDecimalStellen = 2;
-    gVollerSteuerSatz = 19;
-    gShowLagerBestand = gEnabledOrderSearch = true;
-    QFile(folder + u"karten.txt"_s).open(QIODevice::WriteOnly);
-    const QString path = folder + u"Merivane.mdb"_s;
-    Database::CreateDatabase(path)->Close();
-    gDB = Database::OpenDatabase(path);
-    schema::createTables(*gDB);
-    gDB->Execute(u"CREATE TABLE Ziffern (N LONG)"_s);
-    for (int n = 0; n < 10; ++n)
-        gDB->Execute(u"INSERT INTO Ziffern (N) VALUES (%1)"_s.arg(n));
-    gDB->Execute(
-        u"INSERT INTO Artikel (Nummer, Name, WarenGruppe, Menge, Einheit, SteuerSatz, EKPreis, VKPreis, "
-        u"SollBestand, IstBestand, Aktiv, LagerAktiv, Rabatt) "
-        u"SELECT CStr(2000000 + a.N * 10000 + b.N * 1000 + c.N * 100 + d.N * 10 + e.N), 'Artikel', 'Gruppe', "
-        u"1, 'Stück', 7, 1, 1.99, 2, 100, -1, -1, -1 "
-        u"FROM Ziffern AS a, Ziffern AS b, Ziffern AS c, Ziffern AS d, Ziffern AS e"_s);
-}
-
-double milliseconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + std::ptrdiff_t(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-bool figure(const char* name, const std::vector<double>& ours, const std::vector<double>& raw, double bound) {
-    const double ratio = median(ours) / median(raw);
-    std::printf("%s %.2f %.2f %s\n", name, ratio, bound, ratio <= bound ? "ok" : "MISSED");
-    std::fprintf(stderr, "# %s: %.3f ms to %.3f ms\n", name, median(ours), median(raw));
-    return ratio <= bound;
-}
-
 } // namespace
 
 int main() {
     NoDialogs dialogs;
     SetDialogHost(&dialogs);
     QTemporaryDir folder(QDir::tempPath() + u"/merivane-bench-XXXXXX"_s);
-    openShop(folder.path() + QDir::separator());
+    openShop(folder.path() + QDir::separator(), folder.filePath(u"Merivane.mdb"_s));
     Raw raw(folder.path() + u"/raw.sqlite"_s);
     NoScreen screen;
     till::Register reg(screen);
@@ -223,8 +167,8 @@ int main() {
         raw.clear();
         if (!reg.basket().isEmpty()) return 2;
     }
-    const bool scan = figure("scan_to_line_ratio", scans, rawScans, 4);
-    const bool booking = figure("book_50_lines_ratio", bookings, rawBookings, 3);
+    const bool scan = ratio("scan_to_line_ratio", scans, rawScans, 4);
+    const bool booking = ratio("book_50_lines_ratio", bookings, rawBookings, 3);
     gDB.reset();
     return scan && booking ? 0 : 1;
 }

@@ -9,7 +9,7 @@ packages=("${build[@]}")
 case "${1:-build}" in
   build) ;;
   test) packages+=(libgtest-dev libgmock-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
-  bench) packages+=(libbenchmark-dev) ;;
+  bench) packages+=(libbenchmark-dev postgresql-15) ;;
   wayland) packages+=(qt6-wayland) ;;
   *) echo "usage: install.sh [build|test|bench|wayland]" >&2; exit 2 ;;
 esac
