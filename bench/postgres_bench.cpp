@@ -41,8 +41,9 @@ class Raw {
         server.sql(u"laden"_s, u"ANALYZE"_s);
         prepare("number", "SELECT nextval('roh.nummer')");
         prepare("find", "SELECT * FROM roh.\"Artikel\" WHERE \"Nummer\"=$1");
-        prepare("action", "SELECT \"AktionsPreis\", \"Von\", \"Bis\" FROM roh.\"AktionsPreise\" "
-                          "WHERE \"ArtikelNummer\"=$1");
+        prepare("extras",
+                "SELECT (SELECT count(*) FROM roh.\"AktionsPreise\" WHERE \"ArtikelNummer\"=$1), (SELECT "
+                "count(*) FROM roh.\"VerbundArtikel\" WHERE \"SourceArtikelNummer\"=$1)");
         prepare(
             "line",
             "INSERT INTO roh.\"Bestellung\" (\"ID\", \"Maschine\", \"Datum\", \"Zeit\", \"KundenNummer\", "
@@ -55,8 +56,6 @@ class Raw {
                 "SELECT \"SollBestand\", \"IstBestand\", \"LagerAktiv\", (SELECT sum(\"Buchungs_Menge\" * "
                 "\"Menge\") FROM roh.\"Bestellung\" WHERE \"ArtikelNummer\"=$1) FROM roh.\"Artikel\" "
                 "WHERE \"Nummer\"=$1");
-        prepare("links", "SELECT \"DestArtikelNummer\", \"Anzahl\" FROM roh.\"VerbundArtikel\" "
-                         "WHERE \"SourceArtikelNummer\"=$1");
         prepare("basket", "SELECT * FROM roh.\"Bestellung\" WHERE \"Maschine\"='KASSE' ORDER BY \"ID\"");
         prepare("head", "INSERT INTO roh.\"Rechnung\" (\"RechnungID\", \"Maschine\", \"Datum\", \"Zeit\", "
                         "\"PersonalNummer\", \"KundenNummer\", \"Kunde\", \"ZahlArt\", \"Betrag_Gesamt\", "
@@ -86,10 +85,9 @@ class Raw {
 
     void scan(const QByteArray& code) {
         run("find", {code});
-        run("action", {code});
+        run("extras", {code});
         run("line", {code, run("number", {})});
         run("stock", {code});
-        run("links", {code});
     }
     void book(const std::vector<QByteArray>& codes) {
         const QByteArray id = run("number", {});

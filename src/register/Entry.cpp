@@ -53,6 +53,17 @@ ArtikelRecord freeRecord(const QString& nummer, const QString& name, const QStri
     return record;
 }
 
+/// What else is on file for an article. Most have neither, so one question stands for two.
+struct Extras {
+    bool actionPrice, links;
+};
+Extras extrasOf(const QString& nummer) {
+    const auto rs = gDB->OpenRecordset(
+        u"SELECT (SELECT COUNT(*) FROM AktionsPreise WHERE ArtikelNummer='%1') AS Aktionen, "
+        "(SELECT COUNT(*) FROM VerbundArtikel WHERE SourceArtikelNummer='%1') AS Verbund;"_s.arg(nummer));
+    return {rs->Long(u"Aktionen") > 0, rs->Long(u"Verbund") > 0};
+}
+
 /// What a found article and a price template have in common.
 ArtikelRecord readArticle(const Recordset& rs) {
     ArtikelRecord record;
@@ -148,12 +159,14 @@ void Register::Entry::Decide() {
         const QString text = m_input;
         const QString trimmed = vb::Trim(text);
         if (trimmed.isEmpty()) return;
+        m_mayHaveLinks = true;
         if (!orderSearchDone && trimmed.contains(u',') && IsNumeric(trimmed))
             next = freeAmount(trimmed);
         else
             next = lookup(text, orderSearchDone);
         if (next != Next::Add) continue;
-        if (m_owner.AddArtikelToBestellung() && !m_owner.IsVerbundBuchung)
+        const bool expand = m_mayHaveLinks && !m_owner.IsVerbundBuchung;
+        if (m_owner.AddArtikelToBestellung() && expand)
             m_owner.BookVerbundArtikel(gArtikel.Nummer, gArtikel.Buchungs_Menge);
     }
 }
@@ -213,7 +226,9 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
         record.Bild = picture;
     record.EKPreis = rs.Money(u"EKPreis");
     record.GrundPreis = rs.Money(u"VKPreis");
-    record.VKPreis = ActionPrice(record.Nummer, record.GrundPreis);
+    const Extras extras = extrasOf(record.Nummer);
+    record.VKPreis = extras.actionPrice ? ActionPrice(record.Nummer, record.GrundPreis) : record.GrundPreis;
+    m_mayHaveLinks = extras.links;
     record.VKPreis2 = rs.Money(u"VKPreis2");
     record.VKPreis3 = rs.Money(u"VKPreis3");
     record.FreiFeld = rs.Text(u"FreiFeld");

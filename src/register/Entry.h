@@ -45,6 +45,7 @@ class Register::Entry {
 
     Register& m_owner;
     QString m_input, m_mal;
+    bool m_mayHaveLinks = true; ///< false for an article that is known to have none
 };
 
 } // namespace till
