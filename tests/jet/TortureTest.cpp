@@ -11,15 +11,21 @@ class Torture : public testing::Test {
   protected:
     ShopCatalogue shop;
     jet::Translator translator{shop, jet::sqliteEmitter()};
+    jet::Translator postgres{shop, jet::postgresEmitter()};
 
-    /// 0 when the text translates, else the number of its error.
-    int outcome(const QString& text) {
+    static int outcome(const jet::Translator& engine, const QString& text) {
         try {
-            static_cast<void>(translator.translate(text));
+            static_cast<void>(engine.translate(text));
         } catch (const RuntimeError& e) {
             return e.Number;
         }
         return 0;
+    }
+    /// 0 when the text translates, else the number of its error; the same for both engines.
+    int outcome(const QString& text) {
+        const int number = outcome(translator, text);
+        EXPECT_EQ(outcome(postgres, text), number) << qPrintable(text.left(80));
+        return number;
     }
 };
 

@@ -219,6 +219,55 @@ TEST_F(Translation, GivesThePiecesOfADynaset) {
     EXPECT_TRUE(translator.translate(u"Ware"_s)->dynaset);
 }
 
+TEST_F(Translation, GivesThePiecesOfADynasetOnAServer) {
+    const auto s = postgres.translate(
+        u"SELECT Nummer, Format(Seit, 'yyyy') FROM Ware AS w WHERE Preis < 5 ORDER BY Aktiv DESC"_s);
+    ASSERT_TRUE(s->dynaset);
+    EXPECT_EQ(s->dynaset->key, "\"w\"._rowid_");
+    EXPECT_EQ(s->dynaset->orderBy, "\"w\".\"Aktiv\" DESC NULLS LAST, \"w\"._rowid_");
+    EXPECT_TRUE(s->dynaset->columnsBind);
+    EXPECT_FALSE(postgres.translate(u"SELECT ID FROM Ware WHERE Preis < 5"_s)->dynaset->columnsBind);
+    const auto found = postgres.translateFind(*s, 2, u"Seit = Date() AND Nummer = 7"_s);
+    EXPECT_TRUE(
+        found->sql.endsWith("AND ((\"w\".\"Seit\" = $3::double precision) AND (\"w\".\"Nummer\" = "
+                            "$4::text)) ORDER BY \"w\".\"Aktiv\" DESC NULLS LAST, \"w\"._rowid_ LIMIT 1"))
+        << found->sql.constData();
+    ASSERT_EQ(found->parameters.size(), 4u);
+    EXPECT_EQ(found->parameters[2].literal, -1); // the clock's
+    EXPECT_EQ(found->parameters[3].literal, 2);
+    EXPECT_EQ(found->parameters[3].type, Type::Text);
+}
+
+TEST_F(Translation, KeepsWithinTheLimitsOfAServer) {
+    const QString name = u"ä"_s.repeated(40);
+    const QByteArray first = jet::postgresName(QString(name + u"1"_s)),
+                     second = jet::postgresName(QString(name + u"2"_s));
+    EXPECT_NE(first, second);
+    EXPECT_LE(first.size(), 65); // with the quotes
+    EXPECT_EQ(QString::fromUtf8(first).count(QChar(0xFFFD)), 0);
+    EXPECT_EQ(jet::postgresName(u"a\"b"), "\"a\"\"b\"");
+
+    const auto many =
+        postgres.translate(u"SELECT ID FROM Ware WHERE ID IN (1"_s + u", 2"_s.repeated(70'000) + u")"_s);
+    EXPECT_EQ(many->parameters.size(), 65'000u);
+    EXPECT_FALSE(many->reusable); // the rest of the numbers stands in it
+    EXPECT_THROW(
+        static_cast<void>(postgres.translate(
+            u"TRANSFORM Count(*) SELECT ID FROM Ware GROUP BY ID PIVOT Name IN ('a"_s + QChar(0) + u"')"_s)),
+        RuntimeError);
+}
+
+// Where two groups differ in a literal alone, the values tell which of them the select list means.
+TEST_F(Translation, TellsGroupsApartByTheirLiterals) {
+    const auto one =
+        postgres.translate(u"SELECT Left(Name, 2) FROM Ware GROUP BY Left(Name, 1), Left(Name, 2)"_s);
+    const auto other =
+        postgres.translate(u"SELECT Left(Name, 1) FROM Ware GROUP BY Left(Name, 1), Left(Name, 2)"_s);
+    EXPECT_NE(one->sql, other->sql);
+    EXPECT_FALSE(one->reusable);
+    EXPECT_TRUE(postgres.translate(u"SELECT Left(Name, 1) FROM Ware GROUP BY Left(Name, 1)"_s)->reusable);
+}
+
 TEST_F(Translation, ReadsChangesOfStructure) {
     const auto made = translator.translate(
         u"CREATE TABLE Neu (ID COUNTER PRIMARY KEY, Kurz TEXT(5) NOT NULL, Lang VARCHAR, Riesig TEXT(2000), "
