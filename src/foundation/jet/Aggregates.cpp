@@ -1,24 +1,31 @@
 #include <jet/Functions.h>
 
 #include <cmath>
+#include <limits>
 
 namespace jet {
 
 namespace {
 
-/// The first or the last row's value, Null included.
+/// The first or the last row's value, Null included. The keys of its rows follow the value; without them the
+/// rows count as they come.
 template <bool Last>
 class Edge final : public Accumulator {
   public:
     void step(std::span<const Value> arguments) override {
-        if (!Last && m_any) return;
+        m_newKey.clear();
+        for (const Value& key : arguments.subspan(1))
+            m_newKey.push_back(key.isNull() ? std::numeric_limits<qint64>::min() : key.toInteger());
+        if (m_any && (Last ? m_newKey < m_key : m_newKey >= m_key)) return;
         m_value = arguments[0];
+        m_key.swap(m_newKey);
         m_any = true;
     }
     [[nodiscard]] Value result() const override { return m_value; }
 
   private:
     Value m_value;
+    std::vector<qint64> m_key, m_newKey;
     bool m_any = false;
 };
 

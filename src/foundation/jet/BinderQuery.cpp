@@ -269,8 +269,10 @@ void Binder::unite(Query* q) {
         for (Leg& l : q->legs) {
             if (l.nested)
                 convertOutput(l.nested, i, outputs[i].type);
-            else if (Expr*& e = l.select->outputs[i].expr; e)
-                convert(e, outputs[i].type);
+            else if (Output& o = l.select->outputs[i]; o.expr) {
+                convert(o.expr, outputs[i].type);
+                o.type = outputs[i].type;
+            }
         }
     for (Output& o : outputs) {
         o.expr = nullptr;

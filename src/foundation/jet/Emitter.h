@@ -109,8 +109,8 @@ class Writer {
     void pivot(const Tree& tree, const std::vector<QByteArray>& heads);
     void parameter(const Expr* literal, Encoding encoding);
     void clockParameter(Encoding what);
-    /// What an ORDER BY inside an aggregate needs to see the rows in their order, e.g. "\"a\"._rowid_"; empty
-    /// where there is no row or none that could be told.
+    /// The row keys by which an aggregate sees the rows in their order, e.g. "\"a\"._rowid_", as terms of
+    /// ORDER BY; empty where there is no row or none that could be told.
     [[nodiscard]] QByteArray rowOrder(bool descending);
 
     /// The expression stands in GROUP BY and is written as it stands there.
@@ -177,6 +177,7 @@ class Writer {
     void orderTerms(const Query* q, const Select* s, Terms how, bool ties);
     void tieTerms(const Query* q, const Select* s, Terms how, std::vector<bool>& placed, bool& first);
     void collatePosition(const Output& o);
+    void columnTerm(const Output& o);
     void keyTerms(const Source* s, Place place, bool descending, bool& first);
     /// " ORDER BY .." unless there is nothing to put in order.
     void orderBy(const Query* q, const Select* s, Terms how = Terms::Positions);

@@ -186,11 +186,13 @@ class PostgresEmitter final : public Emitter {
     }
 
     void negate(Writer& w, const Expr* operand) const override {
+        if (plain(operand)->type == Type::Null) return null(w.out, Type::Null);
         w.out += '-';
         number(w, operand);
     }
 
     void arithmetic(Writer& w, const Expr* e) const override {
+        if (e->type == Type::Null) return null(w.out, Type::Null);
         const Expr* a = e->operands[0];
         const Expr* b = e->operands[1];
         switch (e->op) {

@@ -204,6 +204,9 @@ class SqliteEmitter final : public Emitter {
             w.out += letterOf(e->operands[0]->type);
             w.out += "', ";
             w.value(e->operands[0]);
+            if (f->result == FunctionInfo::Result::First) {
+                if (const QByteArray keys = w.rowOrder(false); !keys.isEmpty()) w.out += ", " + keys;
+            }
         } else {
             w.text(e->operands[0]);
         }

@@ -87,6 +87,11 @@ void Writer::compound(const Query* q, Rows rows) {
         --head;
     const bool ordered = rows == Rows::Ordered || !q->orderBy.empty();
     const bool whole = head == count || !q->orderBy.empty();
+    // Texts that are alike are in no order yet, and only a query around it can tell one.
+    const bool around =
+        ordered && whole && head < count &&
+        std::any_of(q->outputs.begin(), q->outputs.end(), [](const Output& o) { return isText(o.type); });
+    if (around) out += "SELECT * FROM (";
     if (head > 1) {
         if (head < count) out += "SELECT * FROM (";
         united(q, head);
@@ -101,7 +106,8 @@ void Writer::compound(const Query* q, Rows rows) {
         out += " UNION ALL ";
         leg(q->legs[i], whole ? Rows::Free : rows);
     }
-    if (whole && ordered) orderBy(q, nullptr);
+    if (around) out += ") AS \"%o\"";
+    if (whole && ordered) orderBy(q, nullptr, around ? Terms::Names : Terms::Positions);
 }
 
 // The first parts without doubles.
@@ -158,10 +164,10 @@ void Writer::selectList(const Select* s, bool named, bool collated) {
     for (const Output& o : s->outputs) {
         if (!first) out += ", ";
         first = false;
-        if (collated)
+        if (collated && isText(plain(o.expr)->type))
             text(o.expr);
         else
-            value(o.expr);
+            valueAs(o.expr, o.type);
         if (named) {
             out += " AS ";
             name(o.name);
@@ -353,7 +359,7 @@ void Writer::orderTerms(const Query* q, const Select* s, Terms how, bool ties) {
         if (o) placed[std::size_t(item.position - 1)] = true;
         if (how == Terms::Names) {
             if (o)
-                name(o->name);
+                columnTerm(*o);
             else
                 out += helper("o", i);
         } else if (o && how == Terms::Positions) {
@@ -366,6 +372,11 @@ void Writer::orderTerms(const Query* q, const Select* s, Terms how, bool ties) {
         apart = apart || (s && tellsRowsApart(item, s));
     }
     if (ties && !apart) tieTerms(q, s, how, placed, first);
+}
+
+void Writer::columnTerm(const Output& o) {
+    name(o.name);
+    if (isText(o.type)) out += m_engine.collation();
 }
 
 // The columns of a UNION have their collation from its parts.
@@ -392,11 +403,17 @@ void Writer::tieTerms(const Query* q, const Select* s, Terms how, std::vector<bo
         for (std::size_t i = 0; i < outputs.size(); ++i) {
             if (placed[i]) continue;
             term([&] {
-                if (how == Terms::Names) return name(outputs[i].name);
+                if (how == Terms::Names) return columnTerm(outputs[i]);
                 out += QByteArray::number(qulonglong(i + 1));
                 if (s) collatePosition(outputs[i]);
             });
         }
+        for (std::size_t i = 0; !s && how == Terms::Names && i < outputs.size(); ++i)
+            if (isText(outputs[i].type))
+                term([&] {
+                    name(outputs[i].name);
+                    out += m_engine.byteCollation();
+                });
         return;
     }
     if (s->grouped || !s->groupBy.empty()) {
@@ -453,12 +470,18 @@ void Writer::keyTerms(const Source* s, Place place, bool descending, bool& first
             out += m_engine.direction(descending);
         else if (descending)
             out += " DESC";
+        if (s->table || !isText(s->query->outputs[std::size_t(column)].type)) continue;
+        // Texts that are alike are told apart, too.
+        out += ", ";
+        columnName(s, column);
+        out += m_engine.byteCollation() + m_engine.direction(descending);
     }
 }
 
 QByteArray Writer::rowOrder(bool descending) {
     const Select* s = m_context.select;
-    if (!s || (!m_context.byRow && std::any_of(s->from.begin(), s->from.end(), hasDerived))) return {};
+    const bool numbered = m_context.byRow && m_engine.ordersAggregates();
+    if (!s || (!numbered && std::any_of(s->from.begin(), s->from.end(), hasDerived))) return {};
     const QByteArray before = std::exchange(out, {});
     bool first = true;
     for (const Source* source : s->from)

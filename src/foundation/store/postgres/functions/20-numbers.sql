@@ -84,7 +84,7 @@ LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   blanks CONSTANT text COLLATE "C" := E' \t\n\r\u00a0';
   t text COLLATE "C" := btrim(source COLLATE "C", blanks);
-  parts text[];
+  parts text[] COLLATE "C";
   before text COLLATE "C";
   behind text COLLATE "C";
   signs text COLLATE "C";
@@ -203,7 +203,7 @@ CREATE OR REPLACE FUNCTION jet_val(source text) RETURNS double precision
 LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   t text COLLATE "C" := translate(source COLLATE "C", E' \t\n\r\u00a0', '');
-  parts text[];
+  parts text[] COLLATE "C";
   n jetx_number;
   x double precision;
 BEGIN

@@ -123,7 +123,7 @@ LANGUAGE plpgsql STABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   rest text COLLATE "C" := btrim(source COLLATE "C", E' \t\n\u000b\f\r\u0085\u00a0\u1680\u2000\u2001\u2002\u2003\u2004' ||
                                  E'\u2005\u2006\u2007\u2008\u2009\u200a\u2028\u2029\u202f\u205f\u3000');
-  part text[];
+  part text[] COLLATE "C";
   word text COLLATE "C";
   -- One letter for each token: n, N numbers of up to two and of more digits, M month, W weekday, a p halves of the day.
   shape text COLLATE "C" := '';
