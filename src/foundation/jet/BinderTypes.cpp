@@ -145,12 +145,14 @@ void Binder::align(std::span<Expr*> operands) {
     if (other != Type::Null)
         for (Expr*& e : operands)
             if (isText(e->type)) convert(e, isWhole(other) && other != Type::Boolean ? Type::Double : other);
-    if (operands[0]->type == Type::Currency)
-        for (const Expr* e : operands.subspan(1))
-            if (isNumber(e->type) && !fitsCurrency(e)) {
-                convert(operands[0], Type::Double);
-                break;
-            }
+    const auto money = [](const Expr* e) { return e->type == Type::Currency; };
+    if (std::any_of(operands.begin(), operands.end(), money)) {
+        const bool exact = std::all_of(operands.begin(), operands.end(), [](const Expr* e) {
+            return e->type == Type::Null || fitsCurrency(e);
+        });
+        for (Expr*& e : operands)
+            if (exact ? isNumber(e->type) : money(e)) convert(e, exact ? Type::Currency : Type::Double);
+    }
     for (Expr*& e : operands.subspan(1))
         compare(operands[0], e, true);
 }
