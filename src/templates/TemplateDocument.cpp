@@ -102,7 +102,7 @@ bool TemplateDocument::hasShipped() const { return !shippedTemplateFor(m_path).i
 
 bool TemplateDocument::restoreShipped() {
     PropertiesList list;
-    if (!list.Load(shippedTemplateFor(m_path))) return false;
+    if (!hasShipped() || !list.Load(shippedTemplateFor(m_path))) return false;
     if (list == m_list) return true;
     remember();
     replace(std::move(list));

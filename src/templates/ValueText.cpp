@@ -81,7 +81,7 @@ QString storableText(QString text) {
     QString kept;
     for (const char32_t c : text.toUcs4()) {
         const bool control = (c < 0x20 && c != u'\t' && c != u'\n') || c == 0xFFFE || c == 0xFFFF;
-        if (!control && !QChar::isSurrogate(c)) kept += QChar::fromUcs4(c);
+        if (!control) kept += QChar::fromUcs4(c);
     }
     return kept;
 }

@@ -78,13 +78,18 @@ void NumberEditor::display(const PropertiesList&, const Property& property) {
     const QSignalBlocker silence(m_box);
     const NumberFormat format = numberFormat(property);
     const double value = std::get<double>(property.value);
-    const double most = property.type == PropertyType::Point ? largestPoint : largestCm;
+    const bool points = property.type == PropertyType::Point;
     // A value from elsewhere may lie outside what can be typed here; to look at it must not change it.
-    m_box->setRange(std::min(value, property.type == PropertyType::Point ? 1.0 : 0.0), std::max(value, most));
-    m_box->setDecimals(format.decimals);
-    m_box->setSingleStep(property.type == PropertyType::Point ? 0.5 : 0.1);
-    m_box->setSuffix(format.unit.isEmpty() ? QString() : u' ' + format.unit);
-    // While it is typed, "4," is already 4 and must stay "4,".
+    const double least = std::min(value, points ? 1.0 : 0.0),
+                 most = std::max(value, points ? largestPoint : largestCm);
+    const QString suffix = format.unit.isEmpty() ? QString() : u' ' + format.unit;
+    const double oneStep = points ? 0.5 : 0.1;
+    // Each of these writes the box anew, and a person on the way from "4," to "4,5" must find the comma
+    // there.
+    if (m_box->singleStep() != oneStep) m_box->setSingleStep(oneStep);
+    if (m_box->decimals() != format.decimals) m_box->setDecimals(format.decimals);
+    if (m_box->suffix() != suffix) m_box->setSuffix(suffix);
+    if (m_box->minimum() != least || m_box->maximum() != most) m_box->setRange(least, most);
     if (m_box->value() != value) m_box->setValue(value);
 }
 

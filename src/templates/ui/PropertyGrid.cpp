@@ -196,6 +196,7 @@ void PropertyGrid::refresh() {
 void PropertyGrid::edit() {
     const Property* property = m_model->property(m_tree->currentIndex());
     if (property == nullptr || !isInForce(m_document->list(), property->key)) return;
+    m_document->endStep();
     PropertyEditor* editor = editorFor(*property);
     editor->entry().setFocus(Qt::ShortcutFocusReason);
     editor->begin();
