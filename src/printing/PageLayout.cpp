@@ -3,6 +3,7 @@
 #include <page/VSPrinter.h>
 #include <session/Globals.h>
 #include <templates/PropertiesList.h>
+#include <templates/Units.h>
 #include <text/Format.h>
 
 #include <QStringList>
@@ -15,15 +16,12 @@ namespace layout {
 
 namespace {
 
-// Twips for a centimetre as the shops' templates have always been measured, not the 567 of a ruler.
-constexpr int positionFactor = 544, paperFactor = 480;
-
 constexpr double labelWidth = 25; // mm
 
 } // namespace
 
 int Position(const PropertiesList& vorlage, QStringView key) {
-    return qRound(vorlage.Number(key) * positionFactor);
+    return qRound(vorlage.Number(key) * twipsPerPosition);
 }
 
 double Width(const PropertiesList& vorlage, QStringView key) {
@@ -35,8 +33,8 @@ void StartDocument(VSPrinter& printer, const PropertiesList& vorlage, const QStr
     const int size = vorlage.Choice(u"page_size");
     if (size >= 1 && size <= 3) printer.PaperSize(paperCodes[size - 1]);
     if (size == 3) {
-        printer.PaperWidth(qRound(vorlage.Number(u"page_width") * paperFactor));
-        printer.PaperHeight(qRound(vorlage.Number(u"page_height") * paperFactor));
+        printer.PaperWidth(qRound(vorlage.Number(u"page_width") * twipsPerPaper));
+        printer.PaperHeight(qRound(vorlage.Number(u"page_height") * twipsPerPaper));
     }
     printer.MarginTop(Position(vorlage, u"page_margintop"));
     printer.MarginBottom(Position(vorlage, u"page_marginbottom"));

@@ -124,7 +124,7 @@ TEST(ValueText, IsGermanAndOneLine) {
     EXPECT_EQ(shown(u"schlusstext_align", 7), u"7"_s);
     EXPECT_EQ(shown(u"schlusstext_text", u"Bitte zahlen.\nDanke"_s), u"Bitte zahlen. …"_s);
     EXPECT_EQ(shown(u"kopfzeile_visible", false), u"Nein"_s);
-    EXPECT_EQ(valueText(*list.find(u"kopfzeile_logo")), u"20,0 × 20,0 mm"_s);
+    EXPECT_EQ(valueText(*list.find(u"kopfzeile_logo")), u"16,4 × 20,0 mm"_s);
     EXPECT_EQ(shown(u"kopfzeile_logo", QByteArray("x")), u"nicht lesbar"_s);
     EXPECT_EQ(shown(u"kopfzeile_logo", QByteArray()), u"kein Bild"_s);
     QFont font(QStringList{u"Inter"_s});
@@ -143,6 +143,6 @@ TEST(ValueText, WhatNoTemplateHoldsIsLeftOutOrRefused) {
     EXPECT_EQ(pictureFault(std::get<QByteArray>(list.find(u"kopfzeile_logo")->value)), QString());
     EXPECT_NEAR(paperSize(list).width(), 79.6, 0.05);
     EXPECT_FALSE(pictureRemark(list, *list.find(u"kopfzeile_logo")).contains(u"Papierrand"_s));
-    list.setValue(u"kopfzeile_logo_left", 7.0);
+    list.setValue(u"kopfzeile_logo_left", 7.5);
     EXPECT_TRUE(pictureRemark(list, *list.find(u"kopfzeile_logo")).contains(u"Papierrand"_s));
 }

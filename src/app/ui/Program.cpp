@@ -4,22 +4,25 @@
 #include <app/ui/Program.h>
 #include <devices/Port.h>
 #include <devices/Printers.h>
+#include <printing/ui/frmFormularEdit.h>
 #include <register/ui/frmKasse.h>
 #include <session/CSystem.h>
 #include <session/Error.h>
 #include <session/Globals.h>
+#include <session/Handle.h>
 #include <session/Log.h>
 #include <session/gZVT.h>
 #include <setup/ui/frmSetup.h>
 #include <store/Database.h>
+#include <templates/TemplateKind.h>
 #include <text/CodePage.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
-
-#include <QLocale>
-
 #include <zvt/CZVT.h>
 #include <zvt/ui/TerminalWindow.h>
+
+#include <QFileInfo>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -35,6 +38,20 @@ QWidget* openKasse(const std::function<void()>& unloaded) {
     QObject::connect(kasse, &frmKasse::Unloaded, kasse, unloaded);
     kasse->Open();
     return kasse;
+}
+
+QString printerFor(TemplateKind kind) {
+    switch (kind) {
+    case TemplateKind::Bon:
+    case TemplateKind::Voucher:
+        return gBonDrucker;
+    case TemplateKind::Closing:
+        return gKassenabschlussDrucker;
+    case TemplateKind::Form:
+    case TemplateKind::Purchase:
+        return gFormularDrucker;
+    }
+    return {};
 }
 
 /// Receipts of the card terminal go where those of the till go.
@@ -95,6 +112,19 @@ Program::~Program() {
 }
 
 StartResult Program::Start() { return m_startUp->Main(); }
+
+bool Program::EditTemplate(const QString& file) {
+    bool opened = false;
+    Handle("Merivane", [&] {
+        StartUp::LoadSettings();
+        frmFormularEdit designer;
+        QString printer = printerFor(kindOfFile(file).value_or(TemplateKind::Form));
+        if (printer.isEmpty()) printer = m_printers->defaultName();
+        opened = designer.Open(QFileInfo(file).absoluteFilePath(), printer);
+        if (opened) ShowModal(designer);
+    });
+    return opened;
+}
 
 void Program::ShowSplash() {
     m_splash = std::make_unique<frmSplash>();

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int badArguments = 2;
 
-const QString demoOption = u"create-demo"_s;
+const QString demoOption = u"create-demo"_s, editOption = u"edit-template"_s;
 
 void say(FILE* stream, const QString& text) { std::fputs(qPrintable(text + u'\n'), stream); }
 
@@ -28,8 +28,9 @@ int createDemo(const QString& folder) {
     return 0;
 }
 
-/// What needs no screen, and so works on a machine without one; nothing when the till is to start.
-std::optional<int> console(int& argc, char** argv) {
+/// What needs no screen, and so works on a machine without one; nothing when the till is to start, or the
+/// designer of print templates on `editedTemplate`.
+std::optional<int> console(int& argc, char** argv, QString& editedTemplate) {
     const QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(u"merivane"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(MERIVANE_VERSION));
@@ -39,6 +40,8 @@ std::optional<int> console(int& argc, char** argv) {
         "des Ordners, den MERIVANE_HOME nennt."_s);
     const QCommandLineOption help = parser.addHelpOption(), version = parser.addVersionOption();
     parser.addOption({demoOption, u"Legt in <Ordner> einen Laden zum Ausprobieren an."_s, u"Ordner"_s});
+    parser.addOption(
+        {editOption, u"Öffnet die Druckvorlage <Datei> im Entwurf, z. B. Rechnung.pld."_s, u"Datei"_s});
     if (!parser.parse(QCoreApplication::arguments())) {
         say(stderr, parser.errorText());
         return badArguments;
@@ -52,6 +55,7 @@ std::optional<int> console(int& argc, char** argv) {
         return 0;
     }
     if (parser.isSet(demoOption)) return createDemo(parser.value(demoOption));
+    editedTemplate = parser.value(editOption);
     return std::nullopt;
 }
 
@@ -59,12 +63,14 @@ std::optional<int> console(int& argc, char** argv) {
 
 int main(int argc, char** argv) {
     // Arguments in the Qt manner such as "-platform offscreen" belong to the application with a screen.
+    QString editedTemplate;
     if (argc > 1 && QByteArrayView(argv[1]).startsWith("--")) {
-        if (const std::optional<int> result = console(argc, argv)) return *result;
+        if (const std::optional<int> result = console(argc, argv, editedTemplate)) return *result;
     }
     Application app(argc, argv);
     PaintWaiter waiter;
     Program program(waiter);
+    if (!editedTemplate.isEmpty()) return program.EditTemplate(editedTemplate) ? 0 : 1;
     if (program.Start() != StartResult::Running) return 1;
     return QCoreApplication::exec();
 }

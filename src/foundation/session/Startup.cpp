@@ -162,6 +162,12 @@ StartResult StartUp::Main() {
     return *result;
 }
 
+void StartUp::LoadSettings() {
+    gSystem = std::make_unique<CSystem>();
+    gAppPath = programFolder();
+    if (QFileInfo(KonfigIni()).isFile()) statement([] { ReadSettings(*gSystem, KonfigIni()); });
+}
+
 std::optional<StartResult> StartUp::prepare() {
     gSystem = std::make_unique<CSystem>();
     gAppPath = programFolder();

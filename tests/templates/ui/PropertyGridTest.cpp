@@ -159,5 +159,5 @@ TEST_F(PropertyGridTest, APictureIsChosenCheckedAndRemoved) {
     for (int i = 0; i < 4; ++i)
         clickOn(grid, u"cmdChoose"_s);
     EXPECT_EQ(std::get<QByteArray>(document.list().find(u"kopfzeile_logo")->value), shipped);
-    EXPECT_TRUE(control<QLabel>(grid, u"lblRemark"_s).text().startsWith(u"20,0 × 20,0 mm"_s));
+    EXPECT_TRUE(control<QLabel>(grid, u"lblRemark"_s).text().startsWith(u"16,4 × 20,0 mm"_s));
 }

@@ -37,6 +37,9 @@ class Program : private StartUpScreens {
     /// From nothing to the login; what there was to say otherwise has been said. Never raises. The
     /// application quits when the login is closed.
     StartResult Start();
+    /// Shows the designer of print templates on a file until it is closed, without a store. The settings of
+    /// the program folder are used when there are any. False when the file cannot be opened. Never raises.
+    bool EditTemplate(const QString& file);
 
   private:
     void ShowSplash() override;

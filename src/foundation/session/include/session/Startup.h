@@ -72,6 +72,9 @@ class StartUp {
     /// Fills gSystem, gAppPath, gDefaultUrl, gDBPath, gDB, the settings and the colours in a fixed order.
     /// Never raises.
     StartResult Main();
+    /// For what works without a store: the session knows the program folder and, when that has a konfig.ini,
+    /// its settings. Raises what ReadSettings raises.
+    static void LoadSettings();
 
   private:
     // Each gives the end of `Main`, or nothing when it goes on.
