@@ -5,6 +5,7 @@
 #include <printing/ui/frmFormularEdit.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
+#include <templates/Units.h>
 #include <text/RuntimeError.h>
 #include <ui/Pointer.h>
 #include <ui/Theme.h>
@@ -25,6 +26,8 @@ namespace {
 // A document takes a few milliseconds; several keystrokes within this time share one.
 constexpr auto renderDelay = 30ms;
 
+constexpr double widestRoll = 100, rollZoom = 1.4; // mm
+
 } // namespace
 
 frmFormularEdit::frmFormularEdit(QWidget* parent)
@@ -32,6 +35,9 @@ frmFormularEdit::frmFormularEdit(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmFormularEdit>()) {
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
+    setWindowState(Qt::WindowMaximized);
+    for (TouchKey* key : findChildren<TouchKey*>(QString(), Qt::FindDirectChildrenOnly))
+        key->setFixedHeight(Theme::Current().keyHeight * 5 / 4);
     m_ui->lblFault->hide();
     m_ui->splitMain->setStretchFactor(0, 2);
     m_ui->splitMain->setStretchFactor(1, 3);
@@ -81,6 +87,8 @@ bool frmFormularEdit::Open(const QString& path, const QString& printer) {
     m_render.stop();
     renderPreview();
     showState();
+    // A roll as wide as the preview would show little but its head.
+    if (paperSize(m_document.list()).width() < widestRoll) m_ui->mainPreview->setZoom(rollZoom);
     return true;
 }
 

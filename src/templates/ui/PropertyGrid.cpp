@@ -88,6 +88,7 @@ PropertyGrid::PropertyGrid(QWidget* parent)
     splitter->addWidget(m_tree);
     splitter->addWidget(pane);
     splitter->setStretchFactor(0, 1);
+    splitter->setSizes({t.keyHeight * 20, pane->minimumHeight()});
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins({});
     all->addWidget(splitter);

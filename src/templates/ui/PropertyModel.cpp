@@ -5,6 +5,8 @@
 #include <templates/ValueText.h>
 #include <ui/Theme.h>
 
+#include <QSize>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -92,6 +94,8 @@ int PropertyModel::columnCount(const QModelIndex&) const { return 2; }
 
 QVariant PropertyModel::data(const QModelIndex& index, int role) const {
     const Property* p = property(index);
+    if (role == Qt::SizeHintRole && index.column() == ValueColumn)
+        return QSize(0, Theme::Current().keyHeight * 4 / 7);
     if (p == nullptr) {
         if (role == Qt::DisplayRole && index.column() == Caption)
             return m_groups.at(static_cast<std::size_t>(index.row())).caption;
