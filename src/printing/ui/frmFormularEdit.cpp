@@ -89,6 +89,7 @@ bool frmFormularEdit::Open(const QString& path, const QString& printer) {
     showState();
     // A roll as wide as the preview would show little but its head.
     if (paperSize(m_document.list()).width() < widestRoll) m_ui->mainPreview->setZoom(rollZoom);
+    m_ui->mainPreview->showPage(0);
     return true;
 }
 

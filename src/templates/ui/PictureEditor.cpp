@@ -34,8 +34,8 @@ PictureEditor::PictureEditor(QWidget* parent)
     : PropertyEditor(parent)
     , m_preview(new QLabel(this))
     , m_remark(new QLabel(this))
-    , m_choose(new TouchKey(u"Bild wählen..."_s, this))
-    , m_export(new TouchKey(u"Speichern..."_s, this))
+    , m_choose(new TouchKey(u"Wählen"_s, this))
+    , m_export(new TouchKey(u"Sichern"_s, this))
     , m_remove(new TouchKey(u"Entfernen"_s, this)) {
     const Theme& t = Theme::Current();
     m_preview->setObjectName(u"imgPreview"_s);

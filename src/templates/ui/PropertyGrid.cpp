@@ -80,7 +80,7 @@ PropertyGrid::PropertyGrid(QWidget* parent)
     column->addWidget(m_caption);
     column->addWidget(m_description);
     column->addWidget(m_stack, 1);
-    pane->setMinimumHeight(t.keyHeight * 7 / 2);
+    pane->setMinimumHeight(t.keyHeight * 9 / 2);
 
     auto* splitter = new QSplitter(Qt::Vertical, this);
     splitter->setObjectName(u"splitGrid"_s);
