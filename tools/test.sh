@@ -21,6 +21,8 @@ if [ -n "$fuzz" ]; then
   cat build/fuzz/fuzz.log
 fi
 cd build/asan
+# ctest stops the database server of the tests itself, unless it is interrupted.
+trap 'ctest -R "^postgres\.stop$" >/dev/null 2>&1 || true' EXIT
 status=0
 ctest --output-on-failure -j"$(nproc)" "$@" || status=$?
 exit $((status != 0 ? status : fuzz_status))

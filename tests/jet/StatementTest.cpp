@@ -2,6 +2,7 @@
 #include <jet/Translator.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <support/TestStore.h>
 #include <text/RuntimeError.h>
 
 #include <QDir>
@@ -71,12 +72,13 @@ class Statements : public testing::TestWithParam<QString> {
   protected:
     void SetUp() override {
         jet::setClock(fixedNow);
-        db = Database::CreateDatabase(u":memory:"_s);
+        db = Database::CreateDatabase(TestStore::onServer() ? place.name() : u":memory:"_s);
         for (const Case& c : readCases(QStringLiteral(TEST_DATA "/statements/shop.sql")))
             db->Execute(c.statement);
     }
     void TearDown() override { jet::setClock(nullptr); }
 
+    TestStore place;
     std::unique_ptr<Database> db;
     std::vector<Case> cases = readCases(QStringLiteral(TEST_DATA "/statements/") + GetParam() + u".txt"_s);
 };
