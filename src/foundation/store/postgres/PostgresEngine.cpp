@@ -82,6 +82,9 @@ void PostgresEngine::reconnect() {
     m_link.connect(milliseconds);
     try {
         setUp();
+    } catch (const LostConnection&) {
+        m_link.close();
+        raiseLost();
     } catch (...) {
         m_link.close();
         throw;
@@ -154,7 +157,8 @@ bool PostgresEngine::tryStatement(PostgresPrepared& statement, bool mayPrepareAn
         std::ignore = m_link.roundTrip(back);
     }
     if (mayPrepareAnew && !prepares && isStalePlan(fault->get())) {
-        m_discarded.push_back(std::exchange(statement.m_name, nextName()));
+        statement.m_name =
+            nextName(); // the server may know the old one or not, so it is not told to forget it
         statement.m_epoch = 0;
         return false;
     }
@@ -179,17 +183,21 @@ void PostgresEngine::startStream(PostgresPrepared& statement) {
     m_link.beginRows({Kind::Run, {}, statement.m_name, &statement.m_values, {}});
 }
 
-PostgresResult PostgresEngine::nextRow() {
-    try {
-        PostgresResult row = m_link.nextRow();
-        if (row && PQresultStatus(row.get()) != PGRES_SINGLE_TUPLE) {
-            endRows();
-            raisePostgres(row.get());
+PostgresResult PostgresEngine::nextRow(PostgresPrepared& statement, bool first) {
+    for (bool again = first && !m_transaction;; again = false) {
+        try {
+            PostgresResult row = m_link.nextRow();
+            if (row && PQresultStatus(row.get()) != PGRES_SINGLE_TUPLE) {
+                endRows();
+                raisePostgres(row.get());
+            }
+            return row;
+        } catch (const LostConnection& how) {
+            m_streaming = nullptr;
+            if (!again) lost(how, false);
+            m_link.close();
+            start(statement);
         }
-        return row;
-    } catch (const LostConnection& how) {
-        m_streaming = nullptr;
-        lost(how, false);
     }
 }
 

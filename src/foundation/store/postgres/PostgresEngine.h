@@ -70,7 +70,7 @@ class PostgresEngine final : public Engine {
     // For prepared statements.
     [[nodiscard]] QByteArray nextName() { return 's' + QByteArray::number(++m_names); }
     void start(PostgresPrepared& statement);
-    [[nodiscard]] PostgresResult nextRow();
+    [[nodiscard]] PostgresResult nextRow(PostgresPrepared& statement, bool first);
     void endRows() noexcept;
     void forget(PostgresPrepared& statement) noexcept;
 

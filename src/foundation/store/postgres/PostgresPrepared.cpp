@@ -75,8 +75,8 @@ bool PostgresPrepared::step() {
 }
 
 bool PostgresPrepared::nextStreamed() {
+    m_result = m_engine->nextRow(*this, m_row < 0);
     m_row = 0;
-    m_result = m_engine->nextRow();
     return m_result != nullptr;
 }
 

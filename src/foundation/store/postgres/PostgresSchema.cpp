@@ -20,6 +20,26 @@ constexpr auto lockClass = "1297239601"; ///< "MVN1": our advisory locks among t
 constexpr auto channel = "merivane";
 constexpr int lacksRight = 3112;
 
+// What not every server can do, and what is well without: no compiling of short statements, one reader of a
+// table who begins at its beginning, an early end for connections and questions of tills that are gone, word of
+// changes of structure.
+constexpr auto wishes = R"(
+DO $$
+DECLARE
+  wish text;
+BEGIN
+  FOREACH wish IN ARRAY ARRAY['SET jit = off', 'SET max_parallel_workers_per_gather = 0', 'SET synchronize_seqscans = off',
+                              'SET tcp_keepalives_idle = 10', 'SET tcp_keepalives_interval = 5',
+                              'SET tcp_keepalives_count = 3', 'SET client_connection_check_interval = ''10s''',
+                              'LISTEN merivane'] LOOP
+    BEGIN
+      EXECUTE wish;
+    EXCEPTION WHEN OTHERS THEN
+      NULL;
+    END;
+  END LOOP;
+END $$)";
+
 // What extensions brought belongs to nobody.
 constexpr auto placeSql = R"(
 SELECT current_schema(), split_part(current_setting('search_path'), ',', 1), current_user,
@@ -74,12 +94,9 @@ PostgresEngine::State PostgresEngine::lookAround() {
 void PostgresEngine::setUp() {
     QByteArray sql = "SET search_path = " + quoted(QString::fromUtf8(m_schema)) +
                      "; SET standard_conforming_strings = on; SET extra_float_digits = 1;"
-                     " SET lock_timeout = '10s'; SET statement_timeout = 0;"
-                     " SET client_min_messages = error; SET default_transaction_isolation = 'read committed';"
-                     " SET jit = off; SET max_parallel_workers_per_gather = 0; SET synchronize_seqscans = off;"
-                     " SET tcp_keepalives_idle = 10; SET tcp_keepalives_interval = 5;"
-                     " SET tcp_keepalives_count = 3; LISTEN ";
-    sql += channel;
+                     " SET lock_timeout = '10s'; SET statement_timeout = 0; SET client_min_messages = error;"
+                     " SET default_transaction_isolation = 'read committed';" +
+                     QByteArray(wishes);
     if (readOnly()) sql += "; SET default_transaction_read_only = on";
     ask(sql);
     if (m_place == Place::New) return;
@@ -110,7 +127,12 @@ void PostgresEngine::furnish() {
     // made.
     run("SELECT pg_advisory_xact_lock(" + QByteArray(lockClass) + ", hashtext(" + literal("new " + m_schema) +
         "))");
-    const State state = lookAround();
+    State state{};
+    try {
+        state = lookAround();
+    } catch (const LostConnection& how) {
+        lost(how, false);
+    }
     if (state == State::Foreign) raise(3343, m_link.address().shown());
     if (state == State::Ours) raise(3204, m_link.address().shown());
     QByteArray sql;

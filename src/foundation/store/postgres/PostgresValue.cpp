@@ -1,6 +1,6 @@
 #include "PostgresValue.h"
 
-#include "../Errors.h"
+#include "PostgresErrors.h"
 
 #include <charconv>
 #include <cmath>
@@ -121,7 +121,8 @@ std::optional<QByteArray> postgresText(const Value& value) {
         std::optional<QByteArray> operator()(Currency c) const { return moneyText(c); }
         std::optional<QByteArray> operator()(DateTime t) const { return (*this)(t.days); }
         std::optional<QByteArray> operator()(const QString& s) const {
-            if (s.contains(QChar(0))) raise(3421);
+            if (s.contains(QChar(0)))
+                raiseTold(3421, u"Das Zeichen mit der Nummer 0 kann nicht gespeichert werden."_s);
             return s.toUtf8();
         }
     };
