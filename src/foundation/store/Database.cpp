@@ -140,6 +140,12 @@ std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QS
     return open(Name, !MoveSource.isEmpty(), false, Connect);
 }
 
+void Database::DeleteDatabase(const QString& Name, const QString& Connect) {
+    const auto engine = store::openEngine(Name, store::Access::Exclusive);
+    checkPassword(*engine, passwordOf(Connect));
+    engine->destroy();
+}
+
 std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, int Type) {
     if (Type != dbOpenDynaset) raise(3219);
     return std::make_unique<Recordset>(std::make_unique<Recordset::Impl>(m_impl->connection, Source));

@@ -127,6 +127,8 @@ class Engine {
     /// A German sentence for the start-up when the store stands where it is not safe, else empty.
     [[nodiscard]] virtual QString warning() const = 0;
 
+    /// Removes the store with everything in it, and ends the connection. Needs an exclusive one.
+    virtual void destroy() = 0;
     /// True for a store that came into being with the connection and has nothing in it yet.
     [[nodiscard]] virtual bool blank() const { return false; }
     /// Makes the store's own tables (settings and catalogue) and marks the place as ours.

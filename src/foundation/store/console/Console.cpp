@@ -7,6 +7,7 @@
 #include <store/StoreName.h>
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -167,6 +168,42 @@ std::unique_ptr<Database> open(const QString& store, const QCommandLineParser& p
     }
 }
 
+/// The store of this run. In an empty database of a server the console makes itself one that goes with it, as
+/// ":memory:" does.
+class Place {
+  public:
+    Place(const QString& store, const QCommandLineParser& parser) {
+        try {
+            m_db = open(store, parser);
+        } catch (const RuntimeError& error) {
+            if (error.Number != emptyDatabase) throw;
+            put(stderr,
+                "Die Datenbank ist leer. Was hier angelegt wird, vergeht mit der Konsole; --create legt "
+                "einen Laden an.\n");
+            const QString schema = u"merivane_scratch_%1"_s.arg(QCoreApplication::applicationPid());
+            m_scratch = store + (store.contains(u'?') ? u'&' : u'?') + u"options=-csearch_path%3D"_s + schema;
+            m_db = Database::CreateDatabase(m_scratch);
+        }
+    }
+    ~Place() {
+        m_db.reset();
+        if (m_scratch.isEmpty()) return;
+        try {
+            Database::DeleteDatabase(m_scratch);
+        } catch (const RuntimeError& error) {
+            complain(error);
+        }
+    }
+    Place(const Place&) = delete;
+    Place& operator=(const Place&) = delete;
+    [[nodiscard]] Database& db() const { return *m_db; }
+
+  private:
+    static constexpr int emptyDatabase = 3011;
+    std::unique_ptr<Database> m_db;
+    QString m_scratch;
+};
+
 } // namespace
 
 int run(const QStringList& arguments) {
@@ -176,7 +213,9 @@ int run(const QStringList& arguments) {
         "STORE is a store file, :memory: or the URI of a server's database. Statements come from the "
         "argument or from standard input, where "
         "each\n"
-        "ends with a semicolon or an empty line. Errors go to standard error as number, place and description."_s);
+        "ends with a semicolon or an empty line. Errors go to standard error as number, place and "
+        "description.\n"
+        "In an empty database of a server, without --create, everything goes when the console ends."_s);
     parser.addHelpOption();
     parser.addOption({u"json"_s, u"Read one JSON string a line, answer one JSON object a line."_s});
     parser.addOption(
@@ -206,15 +245,16 @@ int run(const QStringList& arguments) {
         return 2;
     }
     try {
-        const auto db = open(words.at(0), parser);
-        if (options.translate && !db->Version().startsWith(engine, Qt::CaseInsensitive)) {
+        const Place place(words.at(0), parser);
+        Database& db = place.db();
+        if (options.translate && !db.Version().startsWith(engine, Qt::CaseInsensitive)) {
             put(stderr, "--translate: STORE lies on another engine\n");
             return 2;
         }
-        if (words.size() == 2) return runOne(*db, words.at(1), options);
+        if (words.size() == 2) return runOne(db, words.at(1), options);
         QFile input;
         if (!input.open(stdin, QIODevice::ReadOnly)) return 2;
-        return options.json ? runJsonLines(*db, input, options) : runLines(*db, input, options);
+        return options.json ? runJsonLines(db, input, options) : runLines(db, input, options);
     } catch (const RuntimeError& error) {
         complain(error);
         return 3;

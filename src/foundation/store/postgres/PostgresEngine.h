@@ -55,6 +55,7 @@ class PostgresEngine final : public Engine {
     QString warning() const override;
 
     void furnish() override;
+    void destroy() override;
     void createTable(const TableDefinition& table) override;
     void rebuild(const TableDefinition& from, const TableDefinition& to,
                  const std::vector<QString>& source) override;

@@ -21,17 +21,17 @@ constexpr auto channel = "merivane";
 constexpr int lacksRight = 3112;
 
 // What not every server can do, and what is well without: no compiling of short statements, one reader of a
-// table who begins at its beginning, an early end for connections and questions of tills that are gone, word of
-// changes of structure.
+// table who begins at its beginning, an early end for connections and questions of tills that are gone, word
+// of changes of structure.
 constexpr auto wishes = R"(
 DO $$
 DECLARE
   wish text;
 BEGIN
-  FOREACH wish IN ARRAY ARRAY['SET jit = off', 'SET max_parallel_workers_per_gather = 0', 'SET synchronize_seqscans = off',
-                              'SET tcp_keepalives_idle = 10', 'SET tcp_keepalives_interval = 5',
-                              'SET tcp_keepalives_count = 3', 'SET client_connection_check_interval = ''10s''',
-                              'LISTEN merivane'] LOOP
+  FOREACH wish IN ARRAY ARRAY['SET jit = off', 'SET max_parallel_workers_per_gather = 0',
+                              'SET synchronize_seqscans = off', 'SET tcp_keepalives_idle = 10',
+                              'SET tcp_keepalives_interval = 5', 'SET tcp_keepalives_count = 3',
+                              'SET client_connection_check_interval = ''10s''', 'LISTEN merivane'] LOOP
     BEGIN
       EXECUTE wish;
     EXCEPTION WHEN OTHERS THEN
@@ -139,6 +139,11 @@ void PostgresEngine::furnish() {
     if (m_schemaMissing) sql += "CREATE SCHEMA " + quoted(QString::fromUtf8(m_schema)) + ';';
     run(sql + catalogueSql());
     install();
+}
+
+void PostgresEngine::destroy() {
+    run("DROP SCHEMA " + quoted(QString::fromUtf8(m_schema)) + " CASCADE");
+    close();
 }
 
 void PostgresEngine::noteStructureChange() {

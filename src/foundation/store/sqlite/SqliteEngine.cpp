@@ -5,6 +5,7 @@
 #include "SqlitePrepared.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <chrono>
@@ -211,6 +212,13 @@ qint64 SqliteEngine::nextAutoNumber(const QString& table) {
     while (running.step()) {
     }
     return taken;
+}
+
+void SqliteEngine::destroy() {
+    close();
+    for (const QString& ending : {u"-wal"_s, u"-shm"_s, u"-journal"_s, u"-users"_s})
+        QFile::remove(m_file + ending);
+    if (!blank() && !QFile::remove(m_file)) raise(3050, m_file);
 }
 
 bool SqliteEngine::blank() const { return m_file == u":memory:"; }

@@ -47,6 +47,7 @@ class SqliteEngine final : public Engine {
     QString warning() const override;
 
     void furnish() override;
+    void destroy() override;
     void createTable(const TableDefinition& table) override;
     void rebuild(const TableDefinition& from, const TableDefinition& to,
                  const std::vector<QString>& source) override;

@@ -85,6 +85,9 @@ class Database {
     static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {},
                                                     const QString& MoveSource = {},
                                                     const std::function<void(Database&)>& Fill = {});
+    /// Removes a store with everything in it: the file, or the schema on the server. Raises what an exclusive
+    /// OpenDatabase does.
+    static void DeleteDatabase(const QString& Name, const QString& Connect = {});
     /// As OpenDatabase, exclusively, and also when the store is the unfinished target of a move.
     static std::unique_ptr<Database> OpenMoveTarget(const QString& Name, const QString& Connect = {});
 
