@@ -13,7 +13,7 @@ if [ $# -eq 0 ]; then
   (cd build/fuzz && ctest --output-on-failure -j2 >fuzz.log 2>&1) &
   fuzz=$!
 fi
-cmake --preset asan >/dev/null
+cmake --preset asan -DMERIVANE_REQUIRE_SERVER=ON >/dev/null
 cmake --build --preset asan
 fuzz_status=0
 if [ -n "$fuzz" ]; then
