@@ -76,6 +76,10 @@ class Emitter {
     virtual void finish(QByteArray& text, std::size_t parameters) const = 0;
 };
 
+/// The function behind an arithmetic operator whose answers are not those of the engines' own signs, else
+/// nullptr.
+[[nodiscard]] const char* operatorFunction(const Expr& e);
+
 /// Writes a bound tree as the text of an engine: the parts that all engines share.
 class Writer {
   public:

@@ -141,24 +141,7 @@ class SqliteEmitter final : public Emitter {
     }
 
     void arithmetic(Writer& w, const Expr* e) const override {
-        const Expr* a = e->operands[0];
-        const Expr* b = e->operands[1];
-        switch (e->op) {
-        case Op::Divide:
-            return call(w, "jet_divide", e->operands);
-        case Op::IntDivide:
-            return call(w, "jet_intdivide", e->operands);
-        case Op::Mod:
-            return call(w, "jet_mod", e->operands);
-        case Op::Power:
-            return call(w, "jet_power", e->operands);
-        case Op::Multiply:
-            if (a->type == Type::Currency && b->type == Type::Currency)
-                return call(w, "jet_multiply", e->operands);
-            break;
-        default:
-            break;
-        }
+        if (const char* function = operatorFunction(*e)) return call(w, function, e->operands);
         if (e->op == Op::Add && isText(e->type)) return row(w, e, " || ");
         row(w, e, e->op == Op::Add ? " + " : e->op == Op::Subtract ? " - " : " * ");
     }

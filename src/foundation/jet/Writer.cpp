@@ -4,6 +4,25 @@
 
 namespace jet {
 
+const char* operatorFunction(const Expr& e) {
+    switch (e.op) {
+    case Op::Divide:
+        return "jet_divide";
+    case Op::IntDivide:
+        return "jet_intdivide";
+    case Op::Mod:
+        return "jet_mod";
+    case Op::Power:
+        return "jet_power";
+    case Op::Multiply: {
+        const bool money = e.operands[0]->type == Type::Currency && e.operands[1]->type == Type::Currency;
+        return money ? "jet_multiply" : nullptr;
+    }
+    default:
+        return nullptr;
+    }
+}
+
 void Writer::parameter(const Expr* literal, Encoding encoding) {
     if (literal->literal < 0) return m_engine.literal(out, encode(*literal->value, encoding));
     if (m_parameters.size() >= m_engine.mostParameters()) {
