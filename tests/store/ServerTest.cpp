@@ -2,15 +2,21 @@
 
 #include <support/PostgresServer.h>
 
-#include <fstream>
+#include <malloc.h>
 #include <thread>
+
+#ifdef __SANITIZE_ADDRESS__
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
 
 namespace {
 
 /// One server for all tests here, a database of its own for each.
 class ServerTest : public testing::Test {
   protected:
-    static void SetUpTestSuite() { server = std::make_unique<PostgresServer>(QStringList{u"fsync=off"_s, u"max_connections=12"_s}); }
+    static void SetUpTestSuite() {
+        server = std::make_unique<PostgresServer>(QStringList{u"fsync=off"_s, u"max_connections=12"_s});
+    }
     static void TearDownTestSuite() { server.reset(); }
     void SetUp() override {
         static int count = 0;
@@ -39,15 +45,14 @@ void makeLines(Database& db) {
     db.Execute(u"CREATE UNIQUE INDEX Nummer ON L (Nummer)"_s);
 }
 
-qint64 residentKilobytes() {
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;)
-        if (word == "VmRSS:") {
-            qint64 kilobytes = 0;
-            status >> kilobytes;
-            return kilobytes;
-        }
-    return 0;
+/// What the program holds of the heap, without what its allocator keeps in hand.
+qint64 kilobytesInUse() {
+#ifdef __SANITIZE_ADDRESS__
+    return qint64(__sanitizer_get_current_allocated_bytes() / 1024);
+#else
+    const auto heap = mallinfo2();
+    return qint64((heap.uordblks + heap.hblkhd) / 1024);
+#endif
 }
 
 } // namespace
@@ -85,7 +90,8 @@ TEST_F(ServerTest, WhoIsNotLetInIsToldWhyAndNeverThePassword) {
     QString told;
     for (int i = 0; i < 20 && told.isEmpty(); ++i)
         told = faultOf([&] { tills.push_back(Database::OpenDatabase(uri())); });
-    EXPECT_TRUE(told.startsWith(u"3151"_s) && told.contains(u"keine weiteren Verbindungen")) << told.toStdString();
+    EXPECT_TRUE(told.startsWith(u"3151"_s) && told.contains(u"keine weiteren Verbindungen"))
+        << told.toStdString();
 }
 
 TEST_F(ServerTest, AnEmptyDatabaseIsFilledAndSomebodyElsesLeftAlone) {
@@ -104,7 +110,8 @@ TEST_F(ServerTest, AnEmptyDatabaseIsFilledAndSomebodyElsesLeftAlone) {
     Database::CreateDatabase(uri(), u";PWD=x"_s, {}, schema::createTables)->Close();
     EXPECT_EQ(errorOf([&] { Database::CreateDatabase(uri()); }), 3204);
     EXPECT_EQ(errorOf([&] { Database::OpenDatabase(uri()); }), 3031);
-    EXPECT_EQ(Database::OpenDatabase(uri(), false, false, u";PWD=x"_s)->TableDefs().size(), schema::tables().size());
+    EXPECT_EQ(Database::OpenDatabase(uri(), false, false, u";PWD=x"_s)->TableDefs().size(),
+              schema::tables().size());
 
     server->createDatabase(u"fremd"_s);
     server->sql(u"fremd"_s, u"CREATE TABLE fremd (a int)"_s);
@@ -216,9 +223,15 @@ TEST_F(ServerTest, AFaultInATransactionTakesBackTheStatementAlone) {
     db->BeginTrans();
     db->Execute(u"INSERT INTO L (Nummer) VALUES ('1')"_s);
     EXPECT_EQ(errorOf([&] { db->Execute(u"INSERT INTO L (Nummer) VALUES ('1')"_s); }), 3022);
-    EXPECT_EQ(errorOf([&] { db->Execute(u"INSERT INTO L (Nummer) VALUES ('123456789012345678901')"_s); }), 3163);
-    EXPECT_EQ(errorOf([&] { db->ForEachRow(u"SELECT 1/0 FROM L"_s, [](const auto&) {}, [](const auto&) {}); }), 11);
-    db->ForEachRow(u"SELECT * FROM L"_s, [](const auto&) {}, [](const auto& row) { EXPECT_EQ(row.size(), 3); });
+    EXPECT_EQ(errorOf([&] { db->Execute(u"INSERT INTO L (Nummer) VALUES ('123456789012345678901')"_s); }),
+              3163);
+    EXPECT_EQ(errorOf([&] {
+                  db->ForEachRow(
+                      u"SELECT 1/0 FROM L"_s, [](const auto&) {}, [](const auto&) {});
+              }),
+              11);
+    db->ForEachRow(
+        u"SELECT * FROM L"_s, [](const auto&) {}, [](const auto& row) { EXPECT_EQ(row.size(), 3); });
     EXPECT_EQ(countOf(*db, u"L"_s), 1);
     db->Execute(u"INSERT INTO L (Nummer) VALUES ('2')"_s);
     db->CommitTrans();
@@ -228,26 +241,29 @@ TEST_F(ServerTest, AFaultInATransactionTakesBackTheStatementAlone) {
 TEST_F(ServerTest, AListOfManyRowsDoesNotFillTheMemory) {
     auto db = Database::CreateDatabase(uri());
     db->Execute(u"CREATE TABLE Viel (ID LONG, Name TEXT(200))"_s);
-    server->sql(m_name, u"INSERT INTO \"Viel\" SELECT n, repeat('x', 200) FROM generate_series(1, 300000) AS n"_s);
-    const qint64 before = residentKilobytes();
+    server->sql(m_name,
+                u"INSERT INTO \"Viel\" SELECT n, repeat('x', 200) FROM generate_series(1, 300000) AS n"_s);
+    const qint64 before = kilobytesInUse();
     qint64 most = 0;
     int count = 0;
     db->ForEachRow(
         u"SELECT * FROM Viel"_s, [](const auto&) {},
         [&](const auto&) {
-            if (++count % 1000 == 0) most = std::max(most, residentKilobytes());
+            if (++count % 1000 == 0) most = std::max(most, kilobytesInUse());
         });
     EXPECT_EQ(count, 300000);
     EXPECT_LT(most - before, 8000) << "of 60 MB";
     // Who stops in the middle can go on with other things.
     EXPECT_EQ(errorOf([&] {
-                  db->ForEachRow(u"SELECT * FROM Viel"_s, [](const auto&) {},
-                                 [](const auto&) { throw RuntimeError(1, u"genug"_s); });
+                  db->ForEachRow(
+                      u"SELECT * FROM Viel"_s, [](const auto&) {},
+                      [](const auto&) { throw RuntimeError(1, u"genug"_s); });
               }),
               1);
     EXPECT_EQ(errorOf([&] {
-                  db->ForEachRow(u"SELECT * FROM Viel"_s, [](const auto&) {},
-                                 [&](const auto&) { db->Execute(u"DELETE FROM Viel"_s); });
+                  db->ForEachRow(
+                      u"SELECT * FROM Viel"_s, [](const auto&) {},
+                      [&](const auto&) { db->Execute(u"DELETE FROM Viel"_s); });
               }),
               3219)
         << "the connection is busy with the rows";

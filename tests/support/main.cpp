@@ -24,3 +24,6 @@ int main(int argc, char** argv) {
     const QApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }
+
+/// Qt keeps the gesture recognizer of a scroller for good, and nobody can delete it.
+extern "C" const char* __lsan_default_suppressions() { return "leak:QScroller::grabGesture\n"; }
