@@ -22,14 +22,14 @@ class Raw {
   public:
     explicit Raw(const PostgresServer& server)
         : m_connection(PQconnectdb(server.uri(u"laden"_s).toUtf8().constData())) {
-        // The tables of the shop once more, without anything that is ours.
+        // The tables of the shop once more, with the same bounds of their texts but without keys and triggers.
         done(PQexec(m_connection, R"(
             CREATE SCHEMA roh;
             CREATE SEQUENCE roh.nummer;
             DO $$ DECLARE t text; i text; BEGIN
               FOREACH t IN ARRAY ARRAY['Artikel', 'AktionsPreise', 'VerbundArtikel', 'Bestellung', 'Rechnung',
                   'RechnungsDetail', 'ArtikelLieferanten', 'ArtikelSerienNummern'] LOOP
-                EXECUTE format('CREATE TABLE roh.%I (LIKE public.%I INCLUDING DEFAULTS)', t, t);
+                EXECUTE format('CREATE TABLE roh.%I (LIKE public.%I INCLUDING DEFAULTS INCLUDING CONSTRAINTS)', t, t);
                 EXECUTE format('INSERT INTO roh.%I SELECT * FROM public.%I', t, t);
                 EXECUTE format('ALTER TABLE roh.%I DROP COLUMN _rowid_', t);
                 FOR i IN SELECT indexdef FROM pg_indexes WHERE schemaname='public' AND tablename=t

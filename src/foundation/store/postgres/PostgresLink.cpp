@@ -70,11 +70,13 @@ bool PostgresLink::send(const PostgresOrder& order) {
 }
 
 std::vector<PostgresResult> PostgresLink::roundTrip(std::span<const PostgresOrder> orders) {
-    PQenterPipelineMode(m_connection);
+    // A single order, by far the most frequent case, costs less without a pipeline.
+    const bool pipeline = orders.size() > 1;
+    if (pipeline) PQenterPipelineMode(m_connection);
     for (const PostgresOrder& order : orders)
         if (!send(order)) throw LostConnection{true};
     ++m_roundTrips;
-    const bool sent = PQpipelineSync(m_connection) == 1;
+    const bool sent = !pipeline || PQpipelineSync(m_connection) == 1;
 
     std::vector<PostgresResult> results;
     bool finished = false;
@@ -85,6 +87,7 @@ std::vector<PostgresResult> PostgresLink::roundTrip(std::span<const PostgresOrde
         if (!result) {
             // The end of one order's answer; twice in a row only when there is no connection any more.
             if (PQstatus(m_connection) != CONNECTION_OK) break;
+            finished = !pipeline;
             continue;
         }
         if (PQresultStatus(result.get()) == PGRES_PIPELINE_SYNC) {
@@ -102,7 +105,7 @@ std::vector<PostgresResult> PostgresLink::roundTrip(std::span<const PostgresOrde
         // refused order keeps it from happening.
         throw LostConnection{refused && done < orders.size()};
     }
-    PQexitPipelineMode(m_connection);
+    if (pipeline) PQexitPipelineMode(m_connection);
     takeNotices();
     return results;
 }
