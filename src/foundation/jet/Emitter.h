@@ -112,6 +112,9 @@ class Writer {
     void pivotHeads(const Tree& tree);
     void pivot(const Tree& tree, const std::vector<QByteArray>& heads);
     void parameter(const Expr* literal, Encoding encoding);
+    /// A constant beginning of a LIKE's pattern narrows the search to a part of the index: writes "(range AND
+    /// " in front of the whole comparison, which the caller then closes. False when nothing was written.
+    [[nodiscard]] bool beginLikeRange(const Expr* like);
     void clockParameter(Encoding what);
     /// The row keys by which an aggregate sees the rows in their order, e.g. "\"a\"._rowid_", as terms of
     /// ORDER BY; empty where there is no row or none that could be told.

@@ -152,34 +152,17 @@ class PostgresEmitter final : public Emitter {
         w.out += QByteArray(" IS NOT NULL THEN 0::") + typeOf(type) + " END)";
     }
 
-    // A constant beginning narrows the search to a part of the index; what is left is compared in full. The
-    // expression made of the pattern has case and order written out and needs no collation, nor could it be
-    // used with one that takes different texts for equal.
+    // The expression made of the pattern has case and order written out and needs no collation, nor could it
+    // be used with one that takes different texts for equal.
     void like(Writer& w, const Expr* e) const override {
-        const Expr* text = e->operands[0];
         const Expr* pattern = e->operands[1];
-        while (text->target)
-            text = text->target;
         const bool ansi = e->form == CallForm::Distinct;
         if (pattern->kind != ExprKind::Literal) {
             if (e->negated) w.out += "NOT ";
             return call(w, ansi ? "jet_alike" : "jet_like", e->operands);
         }
-        const bool ranged = !e->negated && !ansi && text->kind == ExprKind::Name && text->source &&
-                            text->source->table && isText(text->type) && pattern->literal >= 0 &&
-                            pattern->literalClass == LiteralClass::PrefixedPattern;
-        if (ranged) {
-            w.out += '(';
-            w.value(text);
-            w.out += " >= ";
-            w.parameter(pattern, Encoding::LikePrefixLow);
-            w.out += " AND ";
-            w.value(text);
-            w.out += " < ";
-            w.parameter(pattern, Encoding::LikePrefixHigh);
-            w.out += " AND ";
-        }
-        w.operandAs(text, Type::Text);
+        const bool ranged = w.beginLikeRange(e);
+        w.operandAs(plain(e->operands[0]), Type::Text);
         w.out += e->negated ? " COLLATE \"C\" !~ " : " COLLATE \"C\" ~ ";
         w.parameter(pattern, ansi ? Encoding::AlikePattern : Encoding::LikePattern);
         if (ranged) w.out += ')';

@@ -114,27 +114,9 @@ class SqliteEmitter final : public Emitter {
         }
     }
 
-    // A constant beginning narrows the search to a part of the index; what is left is compared in full.
     void like(Writer& w, const Expr* e) const override {
-        const Expr* text = e->operands[0];
-        const Expr* pattern = e->operands[1];
-        while (text->target)
-            text = text->target;
         const bool ansi = e->form == CallForm::Distinct;
-        const bool ranged = !e->negated && !ansi && text->kind == ExprKind::Name && text->source &&
-                            text->source->table && isText(text->type) && pattern->kind == ExprKind::Literal &&
-                            pattern->literal >= 0 && pattern->literalClass == LiteralClass::PrefixedPattern;
-        if (ranged) {
-            w.out += '(';
-            w.value(text);
-            w.out += " >= ";
-            w.parameter(pattern, Encoding::LikePrefixLow);
-            w.out += " AND ";
-            w.value(text);
-            w.out += " < ";
-            w.parameter(pattern, Encoding::LikePrefixHigh);
-            w.out += " AND ";
-        }
+        const bool ranged = w.beginLikeRange(e);
         if (e->negated) w.out += "NOT ";
         call(w, ansi ? "jet_alike" : "jet_like", e->operands);
         if (ranged) w.out += ')';

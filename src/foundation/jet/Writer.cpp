@@ -58,6 +58,29 @@ void Writer::clockParameter(Encoding what) {
     m_engine.parameter(out, index + 1, type);
 }
 
+bool Writer::beginLikeRange(const Expr* like) {
+    const Expr* text = like->operands[0];
+    const Expr* pattern = like->operands[1];
+    while (text->target)
+        text = text->target;
+    const bool ansi = like->form == CallForm::Distinct;
+    const bool column =
+        text->kind == ExprKind::Name && text->source && text->source->table && isText(text->type);
+    if (like->negated || ansi || !column || pattern->kind != ExprKind::Literal || pattern->literal < 0 ||
+        pattern->literalClass != LiteralClass::PrefixedPattern)
+        return false;
+    out += '(';
+    value(text);
+    out += " >= ";
+    parameter(pattern, Encoding::LikePrefixLow);
+    out += " AND ";
+    value(text);
+    out += " < ";
+    parameter(pattern, Encoding::LikePrefixHigh);
+    out += " AND ";
+    return true;
+}
+
 void Writer::columnName(const Source* s, int column) {
     name(!s->alias.isEmpty() ? s->alias : s->table ? QStringView(s->table->name) : s->name);
     out += '.';

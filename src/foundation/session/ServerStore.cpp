@@ -4,6 +4,7 @@
 #include <session/Startup.h>
 #include <store/Database.h>
 #include <store/Schema.h>
+#include <store/StoreName.h>
 
 #include <QRegularExpression>
 
@@ -39,7 +40,7 @@ QString ReadServerAddress() {
 }
 
 QString ServerAddressFault(const QString& address) {
-    if (!address.startsWith(u"postgresql://"_s) && !address.startsWith(u"postgres://"_s))
+    if (!store::isServer(address))
         return u"Die Adresse des Servers beginnt mit \"postgresql://\", zum Beispiel "
                "postgresql://kasse@server/laden."_s;
     if (address.size() > longest)

@@ -6,6 +6,8 @@
 #include "sqlite/SqliteEngine.h"
 #include "sqlite/SqliteStore.h"
 
+#include <store/StoreName.h>
+
 #include <array>
 
 namespace store {
@@ -15,19 +17,19 @@ namespace {
 /// One row for each engine; the first whose `handles` agrees has the store.
 struct Kind {
     QStringView name;
-    bool (*handles)(const QString& store);
+    bool (*handles)(QStringView store);
     std::unique_ptr<Engine> (*open)(const QString& store, Access access);
     std::unique_ptr<NewStore> (*create)(const QString& store);
     QByteArray (*structure)(const TableDefinition& table);
 };
 
 const std::array kinds{
-    Kind{u"postgres", isServerName,
+    Kind{u"postgres", isServer,
          [](const QString& store, Access access) -> std::unique_ptr<Engine> {
              return std::make_unique<PostgresEngine>(PostgresAddress(store), access);
          },
          newServerStore, postgresStructure},
-    Kind{u"sqlite", [](const QString&) { return true; },
+    Kind{u"sqlite", [](QStringView) { return true; },
          [](const QString& store, Access access) -> std::unique_ptr<Engine> {
              return std::make_unique<SqliteEngine>(store, access);
          },

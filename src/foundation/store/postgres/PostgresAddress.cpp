@@ -13,10 +13,6 @@ namespace {
 constexpr int usualPatience = 5;
 }
 
-bool isServerName(const QString& name) {
-    return name.startsWith(u"postgresql://"_s) || name.startsWith(u"postgres://"_s);
-}
-
 PostgresAddress::PostgresAddress(const QString& uri)
     : m_uri(uri.toUtf8()) {
     // The library's own words may quote the URI, password and all, so they are not shown.

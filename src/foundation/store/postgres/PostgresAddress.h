@@ -8,9 +8,6 @@
 
 namespace store {
 
-/// True for a connection URI: "postgresql://..." or "postgres://...".
-[[nodiscard]] bool isServerName(const QString& name);
-
 /// Where a store on a server lies, as its connection URI tells. The URI is handed to the client library as it
 /// stands, so everything holds that the library knows: several hosts, TLS, password and service files.
 class PostgresAddress {
