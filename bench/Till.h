@@ -26,12 +26,7 @@ inline QString number(int i) { return QString::number(2'000'000 + i % articles);
 
 /// Makes the shop in an empty `store` and opens it as gDB; `folder` ends in a separator.
 inline void openShop(const QString& folder, const QString& store) {
-    ResetSession();
-    gSystem = std::make_unique<CSystem>();
-    gAppPath = gDBPath = folder;
-    gFormatPreis = u"###0.00"_s;
-    gDecimalStellen = 2;
-    gVollerSteuerSatz = 19;
+    startSession(folder);
     gShowLagerBestand = gEnabledOrderSearch = true;
     QFile(folder + u"karten.txt"_s).open(QIODevice::WriteOnly);
     Database::CreateDatabase(store, {}, {}, schema::createTables)->Close();

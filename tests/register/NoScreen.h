@@ -1,6 +1,8 @@
 #pragma once
 
 #include <register/RegisterScreen.h>
+#include <session/CSystem.h>
+#include <session/Globals.h>
 #include <session/MsgBox.h>
 
 #include <cstdio>
@@ -37,3 +39,13 @@ class NoDialogs : public DialogHost {
     std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { std::exit(1); }
     std::optional<QString> chooseFile(const FileRequest&) override { std::exit(1); }
 };
+
+/// What a till without start-up needs before its store is opened; `folder` ends in a separator.
+inline void startSession(const QString& folder) {
+    ResetSession();
+    gSystem = std::make_unique<CSystem>();
+    gAppPath = gDBPath = folder;
+    gFormatPreis = QStringLiteral("###0.00");
+    gDecimalStellen = 2;
+    gVollerSteuerSatz = 19;
+}

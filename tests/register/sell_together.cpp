@@ -78,12 +78,7 @@ int main(int argc, char** argv) {
     if (argc != 4) return 2;
     NoDialogs dialogs;
     SetDialogHost(&dialogs);
-    ResetSession();
-    gSystem = std::make_unique<CSystem>();
-    gAppPath = gDBPath = QString::fromLocal8Bit(argv[1]) + QDir::separator();
-    gFormatPreis = u"###0.00"_s;
-    gDecimalStellen = 2;
-    gVollerSteuerSatz = 19;
+    startSession(QString::fromLocal8Bit(argv[1]) + QDir::separator());
     gShowLagerBestand = true;
     try {
         gDB = Database::OpenDatabase(QString::fromLocal8Bit(argv[2]));

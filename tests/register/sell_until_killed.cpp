@@ -27,12 +27,7 @@ int main(int argc, char** argv) {
     if (argc != 3) return 2;
     NoDialogs dialogs;
     SetDialogHost(&dialogs);
-    ResetSession();
-    gSystem = std::make_unique<CSystem>();
-    gAppPath = gDBPath = QString::fromLocal8Bit(argv[1]) + QDir::separator();
-    gFormatPreis = u"###0.00"_s;
-    gDecimalStellen = 2;
-    gVollerSteuerSatz = 19;
+    startSession(QString::fromLocal8Bit(argv[1]) + QDir::separator());
     gDB = Database::OpenDatabase(gDBPath + u"Merivane.mdb"_s);
 
     NoScreen screen;
