@@ -1,10 +1,14 @@
 #include <access/Login.h>
+#include <access/PersonalRecord.h>
 #include <session/Globals.h>
 #include <session/Keys.h>
 #include <session/MsgBox.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -20,25 +24,15 @@ std::vector<LoginEntry> entries(const QString& source) {
     return list;
 }
 
-void readRights(const Recordset& rs, Rechte& r) {
-    r.R_Artikel = rs.Flag(u"R_Artikel");
-    r.R_Kunden = rs.Flag(u"R_Kunden");
-    r.R_Personal = rs.Flag(u"R_Personal");
-    r.R_Berichte = rs.Flag(u"R_Berichte");
-    r.R_Rabatt = rs.Flag(u"R_Rabatt");
-    r.R_Setup = rs.Flag(u"R_Setup");
-    r.R_KassenAbschluss = rs.Flag(u"R_KassenAbschluss");
-    r.R_RechnungEdit = rs.Flag(u"R_RechnungEdit");
-    r.R_SystemExit = rs.Flag(u"R_SystemExit");
-}
-
-/// The person's row as it is now, also when they were blocked after the list was filled; nullptr when it is
+/// The person's row as it is now, also when they were blocked after the list was filled; nothing when it is
 /// gone.
-std::unique_ptr<Recordset> find(const QString& Key) {
-    auto rs =
-        gDB->OpenRecordset(u"SELECT * FROM Personal WHERE ID="_s + QString::number(GetKeyID(Key, 2)) + u';');
-    if (rs->Eof()) rs.reset();
-    return rs;
+std::optional<PersonalRecord> find(const QString& Key) {
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT * FROM Personal WHERE ID="_s + sql::number(GetKeyID(Key, 2)) + u';');
+    if (rs->Eof()) return std::nullopt;
+    PersonalRecord person;
+    load(*rs, PersonalFields(), person);
+    return person;
 }
 
 void tellBlocked() {
@@ -59,19 +53,18 @@ LoginResult Anmelden(const QString& Key, const QString& PIN) {
             "anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
         return LoginResult::NotFound;
     }
-    const Recordset& rs = *found;
-    gUser.ID = rs.Long(u"ID");
-    gUser.Name = rs.Text(u"Name");
-    gUser.Vorname = rs.Text(u"Vorname");
-    gUser.Strasse = rs.Text(u"Strasse");
-    gUser.PLZ = rs.Text(u"PLZ");
-    gUser.Ort = rs.Text(u"Ort");
-    gUser.Telefon = rs.Text(u"Telefon");
-    gUser.Mobil = rs.Text(u"Mobil");
-    gUser.EMail = rs.Text(u"EMail");
-    gUser.PIN = rs.Text(u"PIN");
-    gUser.Gesperrt = rs.Flag(u"Gesperrt");
-    readRights(rs, gUser);
+    static_cast<Rechte&>(gUser) = *found;
+    gUser.ID = found->ID;
+    gUser.Name = found->Name;
+    gUser.Vorname = found->Vorname;
+    gUser.Strasse = found->Strasse;
+    gUser.PLZ = found->PLZ;
+    gUser.Ort = found->Ort;
+    gUser.Telefon = found->Telefon;
+    gUser.Mobil = found->Mobil;
+    gUser.EMail = found->EMail;
+    gUser.PIN = found->PIN;
+    gUser.Gesperrt = found->Gesperrt;
 
     if (gUser.Gesperrt) {
         tellBlocked();
@@ -94,23 +87,22 @@ LoginResult KassenAnmelden(const QString& Key, const QString& PIN) {
                "einen anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
         return LoginResult::NotFound;
     }
-    const Recordset& rs = *found;
-    if (rs.Flag(u"Gesperrt")) {
+    if (found->Gesperrt) {
         tellBlocked();
         gKassenUser.Result = 0;
         return LoginResult::Blocked;
     }
-    if (PIN != rs.Text(u"PIN")) {
+    if (PIN != found->PIN) {
         MsgBox(u"Sie haben eine falsche PIN eingeben."_s, MsgIcon::Critical);
         gKassenUser.Result = 0;
         return LoginResult::WrongPin;
     }
-    gKassenUser.ID = rs.Long(u"ID");
-    gKassenUser.Name = rs.Text(u"Name");
-    gKassenUser.Vorname = rs.Text(u"Vorname");
-    gKassenUser.PIN = rs.Text(u"PIN");
-    gKassenUser.Gesperrt = rs.Flag(u"Gesperrt");
-    readRights(rs, gKassenUser);
+    static_cast<Rechte&>(gKassenUser) = *found;
+    gKassenUser.ID = found->ID;
+    gKassenUser.Name = found->Name;
+    gKassenUser.Vorname = found->Vorname;
+    gKassenUser.PIN = found->PIN;
+    gKassenUser.Gesperrt = found->Gesperrt;
     gKassenUser.Result = 1;
     return LoginResult::Done;
 }

@@ -1,8 +1,8 @@
 #include <register/CustomerSearch.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
+#include <session/KundenFields.h>
 #include <session/MsgBox.h>
-#include <session/gKunde.h>
 #include <store/Database.h>
 #include <text/Convert.h>
 
@@ -75,18 +75,7 @@ bool CustomerSearch::Choose(int row) {
                    u"anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
             return false;
         }
-        kunde.KundenID = id;
-        kunde.KundenNummer = rs->Text(u"KundenNummer");
-        kunde.Anrede = rs->Text(u"Anrede");
-        kunde.Name_1 = rs->Text(u"Name_1");
-        kunde.Name_2 = rs->Text(u"Name_2");
-        kunde.Strasse = rs->Text(u"Strasse");
-        kunde.PLZ = rs->Text(u"PLZ");
-        kunde.Ort = rs->Text(u"Ort");
-        kunde.Land = rs->Text(u"Land");
-        kunde.Rabatt = CInt(Value(rs->Number(u"Rabatt")));
-        kunde.EKPreis = rs->Flag(u"EKPreis");
-        kunde.PreisGruppe = rs->Long(u"PreisGruppe");
+        load(*rs, KundenFields(), kunde);
     }
     kunde.Ergebnis = 1;
     gKunde = kunde;
