@@ -5,7 +5,6 @@
 #include <session/Handle.h>
 #include <session/gUser.h>
 #include <ui/DigitPad.h>
-#include <ui/Panels.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 

@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QMetaMethod>
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +33,8 @@ QString NumberEdit::sieve(const QString& typed) const {
 
 void NumberEdit::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        event->accept();
+        // Where nobody waits for it, Enter is the form's.
+        event->setAccepted(isSignalConnected(QMetaMethod::fromSignal(&NumberEdit::enterPressed)));
         emit enterPressed();
         return;
     }

@@ -2,9 +2,9 @@
 
 #include <session/Handle.h>
 #include <ui/NumberDialog.h>
-#include <ui/Panels.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
+#include <ui/Wizard.h>
 
 NumberDialog::NumberDialog(const QString& title, const QString& description, DigitPad::Keys keys,
                            QWidget* parent)

@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -62,38 +61,4 @@ void TitlePanel::paintEvent(QPaintEvent*) {
     }
     p.setPen(QPen(Theme::Mix(t.page, t.shadow, 0.6), 1));
     p.drawPath(shape);
-}
-
-WizardPane::WizardPane(QWidget* parent)
-    : QWidget(parent)
-    , m_title(new QLabel(this))
-    , m_description(new QLabel(this)) {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(20, 14, 20, 15);
-    layout->setSpacing(5);
-    layout->addWidget(m_title);
-    layout->addWidget(m_description);
-    for (QLabel* label : {m_title, m_description}) {
-        label->setProperty("role", u"title"_s);
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
-    }
-    m_title->setObjectName(u"lblHeaderTitle"_s);
-    m_description->setObjectName(u"lblHeaderInfo"_s);
-    m_description->setProperty("role", u"headerInfo"_s);
-    m_description->hide();
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-}
-
-QString WizardPane::headerTitle() const { return m_title->text(); }
-void WizardPane::setHeaderTitle(const QString& text) { m_title->setText(text); }
-QString WizardPane::headerDescription() const { return m_description->text(); }
-void WizardPane::setHeaderDescription(const QString& text) {
-    m_description->setText(text);
-    m_description->setVisible(!text.isEmpty());
-}
-
-void WizardPane::paintEvent(QPaintEvent*) {
-    QPainter p(this);
-    p.fillRect(rect(), Theme::Current().title);
 }

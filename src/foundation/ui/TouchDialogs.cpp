@@ -2,7 +2,6 @@
 #include "ui_MessageDialog.h"
 
 #include <ui/IconSign.h>
-#include <ui/Panels.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
 #include <ui/TouchDialogs.h>

@@ -5,7 +5,6 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
-#include <ui/Panels.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 #include <ui/TouchSpin.h>

@@ -1,8 +1,7 @@
 #include "EntryKeyboard.h"
 
-#include "WorkQueue.h"
-
 #include <register/Register.h>
+#include <ui/WorkQueue.h>
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -2,7 +2,6 @@
 #include "KasseLayout.h"
 #include "KasseNumberDialogs.h"
 #include "KassenMenus.h"
-#include "WorkQueue.h"
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
@@ -20,6 +19,7 @@
 #include <ui/Pointer.h>
 #include <ui/ShowModal.h>
 #include <ui/Sound.h>
+#include <ui/WorkQueue.h>
 
 #include <QCloseEvent>
 #include <QCoreApplication>

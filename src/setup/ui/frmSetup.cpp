@@ -9,7 +9,6 @@
 #include <setup/StorePath.h>
 #include <setup/ui/frmSetup.h>
 #include <store/Database.h>
-#include <ui/Panels.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 

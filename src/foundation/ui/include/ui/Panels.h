@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFrame>
-#include <QWidget>
 
 class QLabel;
 
@@ -30,24 +29,4 @@ class TitlePanel : public QFrame {
     [[nodiscard]] int barHeight() const;
     void place();
     QLabel* m_title;
-};
-
-/// The head of a dialog: what it is about in one line, and what to do in a second.
-class WizardPane : public QWidget {
-    Q_OBJECT
-    Q_PROPERTY(QString headerTitle READ headerTitle WRITE setHeaderTitle)
-    Q_PROPERTY(QString headerDescription READ headerDescription WRITE setHeaderDescription)
-
-  public:
-    explicit WizardPane(QWidget* parent = nullptr);
-    [[nodiscard]] QString headerTitle() const;
-    void setHeaderTitle(const QString& text);
-    [[nodiscard]] QString headerDescription() const;
-    void setHeaderDescription(const QString& text);
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-
-  private:
-    QLabel *m_title, *m_description;
 };

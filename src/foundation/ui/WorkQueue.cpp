@@ -1,4 +1,4 @@
-#include "WorkQueue.h"
+#include <ui/WorkQueue.h>
 
 #include <QScopeGuard>
 

@@ -1,7 +1,11 @@
-#include "PictureLabel.h"
+#include <ui/PictureLabel.h>
 
 void PictureLabel::showPicture(const QString& file, const QString& caption) {
-    m_picture = file.isEmpty() ? QPixmap() : QPixmap(file);
+    showPicture(file.isEmpty() ? QPixmap() : QPixmap(file), caption);
+}
+
+void PictureLabel::showPicture(const QPixmap& picture, const QString& caption) {
+    m_picture = picture;
     if (m_picture.isNull())
         setText(caption);
     else

@@ -12,6 +12,7 @@ class PictureLabel : public QLabel {
         : QLabel(parent) {}
     /// A file that cannot be read as a picture leaves only the caption.
     void showPicture(const QString& file, const QString& caption);
+    void showPicture(const QPixmap& picture, const QString& caption);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
