@@ -12,6 +12,7 @@
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 
 #include <QFileInfo>
@@ -29,8 +30,8 @@ Basket::Basket(RegisterScreen& screen, CustomerDisplay& display, QObject* parent
 Basket::~Basket() = default;
 
 void Basket::Open() {
-    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine='"_s + gMaschine +
-                              u"' ORDER BY ID ASC;"_s);
+    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) +
+                              u" ORDER BY ID ASC;"_s);
 }
 
 Recordset& Basket::rsBestellung() {
@@ -194,7 +195,7 @@ void Basket::guard(const std::function<void()>& body) {
 void Basket::follow(int row) {
     if (row != m_selected) select(row);
     Recordset& rs = rsBestellung();
-    rs.FindFirst(u"ID="_s + QString::number(m_rows[size_t(row)].ID));
+    rs.FindFirst(u"ID="_s + sql::number(m_rows[size_t(row)].ID));
     if (rs.NoMatch()) {
         MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch "
                u"einen "
@@ -224,7 +225,7 @@ void Basket::showStock(const Line& line) {
     // One question for both: it is asked at every scan, and the store may be on a server.
     const auto article = gDB->OpenRecordset(
         u"SELECT SollBestand, IstBestand, LagerAktiv, (SELECT SUM(Buchungs_Menge * Menge) FROM Bestellung "
-        "WHERE ArtikelNummer='%1') AS Anzahl FROM Artikel WHERE Nummer='%1';"_s.arg(line.Nummer));
+        "WHERE ArtikelNummer=%1) AS Anzahl FROM Artikel WHERE Nummer=%1;"_s.arg(sql::text(line.Nummer)));
     label.warning = false;
     if (article->Eof() || !article->Flag(u"LagerAktiv")) {
         label.text = u" keine Lagerhaltung..."_s;
@@ -272,7 +273,7 @@ void Basket::CancelEdit() noexcept {
 
 void Basket::DeleteRows(std::optional<int> lastID) {
     const QString behind = lastID ? u" AND ID<=%1"_s.arg(*lastID) : QString();
-    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"'"_s + behind + u";"_s);
+    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + behind + u";"_s);
 }
 
 void Basket::setText(Column column, const QString& text) {

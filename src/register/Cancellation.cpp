@@ -8,6 +8,8 @@
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
+#include <text/Convert.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,12 +26,12 @@ void regardless(Step&& step) {
     }
 }
 
-QString ofThisTill(const QString& table) { return table + u" WHERE Maschine='"_s + gMaschine + u"'"_s; }
+QString ofThisTill(const QString& table) { return table + u" WHERE Maschine="_s + sql::text(gMaschine); }
 
 } // namespace
 
 void Register::Cancellation::deleteVoucher(const QString& number) {
-    gDB->Execute(u"DELETE FROM Gutscheine WHERE GutscheinID="_s + number + u";"_s);
+    gDB->Execute(u"DELETE FROM Gutscheine WHERE GutscheinID="_s + sql::number(CLng(Value(number))) + u';');
 }
 
 void Register::Cancellation::record(Recordset& stornos, const Recordset& line) {
@@ -83,10 +85,7 @@ Register::Unload Register::Cancellation::QueryUnload() {
         regardless([&] { m_owner.m_basket.DeleteRows(); });
     }
     int parked = 0;
-    regardless([&] {
-        parked = gDB->OpenRecordset(u"SELECT COUNT(*) AS Anzahl FROM "_s + ofThisTill(u"TMPOrder"_s) + u";"_s)
-                     ->Long(u"Anzahl");
-    });
+    regardless([&] { parked = sql::count(*gDB, ofThisTill(u"TMPOrder"_s)); });
     if (parked > 0) {
         if (!AskYesNo(u"Es sind noch geparkte Bestellungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
             return Unload::CloseWithParked;

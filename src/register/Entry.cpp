@@ -7,6 +7,7 @@
 #include <session/gAngaben.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Strings.h>
 
@@ -59,8 +60,9 @@ struct Extras {
 };
 Extras extrasOf(const QString& nummer) {
     const auto rs = gDB->OpenRecordset(
-        u"SELECT (SELECT COUNT(*) FROM AktionsPreise WHERE ArtikelNummer='%1') AS Aktionen, "
-        "(SELECT COUNT(*) FROM VerbundArtikel WHERE SourceArtikelNummer='%1') AS Verbund;"_s.arg(nummer));
+        u"SELECT (SELECT COUNT(*) FROM AktionsPreise WHERE ArtikelNummer=%1) AS Aktionen, "
+        "(SELECT COUNT(*) FROM VerbundArtikel WHERE SourceArtikelNummer=%1) AS Verbund;"_s.arg(
+            sql::text(nummer)));
     return {rs->Long(u"Aktionen") > 0, rs->Long(u"Verbund") > 0};
 }
 
@@ -204,7 +206,7 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
 Register::Entry::Next Register::Entry::lookup(const QString& text, bool& orderSearchDone) {
     Recordset& rs = m_owner.rsArtikel();
     rs.Requery();
-    rs.FindFirst(u"Nummer='"_s + text + u"'"_s);
+    rs.FindFirst(u"Nummer="_s + sql::text(text));
     return rs.NoMatch() ? notFound(text, orderSearchDone) : found(vb::Trim(text));
 }
 
@@ -299,7 +301,7 @@ bool Register::Entry::priceTemplate(const QString& text, const QString& trimmed)
 
 std::optional<QString> Register::Entry::orderNumber(const QString& text, RegisterScreen& screen) {
     const auto rs = gDB->OpenRecordset(
-        u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer='"_s + text + u"';"_s);
+        u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer="_s + sql::text(text) + u';');
     if (rs->Eof()) return std::nullopt;
     const QString only = rs->Text(u"ArtikelNummer");
     rs->MoveNext();
@@ -316,8 +318,8 @@ void Register::Entry::ExpandLinks(const QString& ArtikelNummer, double Menge) {
     } reset{m_owner.IsVerbundBuchung};
     m_owner.IsVerbundBuchung = true;
     const auto rs = gDB->OpenRecordset(
-        u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer='"_s +
-        ArtikelNummer + u"';"_s);
+        u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer="_s +
+        sql::text(ArtikelNummer) + u';');
     for (; !rs->Eof(); rs->MoveNext()) {
         SetMal(NumberText(rs->Number(u"Anzahl") * Menge));
         SetInput(rs->Text(u"DestArtikelNummer"));

@@ -15,6 +15,7 @@
 #include <session/gZahlung.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 
@@ -23,8 +24,6 @@ using namespace Qt::StringLiterals;
 namespace till {
 
 namespace {
-
-QString sqlNumber(double value) { return NumberText(value).replace(u',', u'.'); }
 
 /// Adds to what an error tells what the cashier should know about the sale.
 template <typename Act, typename Advice>
@@ -247,21 +246,22 @@ void Register::Payment::writeDetail(Recordset& detail, int id) {
     detail.Set(u"VKPreisOrg", rs.Money(u"VKPreis"));
     copy({u"SteuerSatz", u"SNNummer", u"WarenGruppe", u"LangText", u"Zusatz1", u"Zusatz2", u"PreisInfo"});
     const auto supplier =
-        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer='"_s +
-                           rs.Text(u"ArtikelNummer") + u"';"_s);
+        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer="_s +
+                           sql::text(rs.Text(u"ArtikelNummer")) + u';');
     detail.Set(u"BestellNummer", supplier->Eof() ? u"nicht verfügbar"_s : supplier->Text(u"BestellNummer"));
     detail.Update();
 }
 
 void Register::Payment::moveStock(int id) {
     const Recordset& rs = m_owner.m_basket.rsBestellung();
-    const QString nummer = rs.Text(u"ArtikelNummer");
+    const QString nummer = sql::text(rs.Text(u"ArtikelNummer"));
     gDB->Execute(u"UPDATE Artikel SET IstBestand = (IstBestand - "_s +
-                 sqlNumber(rs.Number(u"Menge") * rs.Number(u"Buchungs_Menge")) +
-                 u") WHERE LagerAktiv=-1 AND Nummer='"_s + nummer + u"';"_s);
-    gDB->Execute(u"UPDATE ArtikelSerienNummern SET VKDatum='"_s + Today().toString(u"dd.MM.yyyy"_s) +
-                 u"', RechnungID="_s + QString::number(id) + u" WHERE ArtikelNummer='"_s + nummer +
-                 u"' AND SNNummer='"_s + rs.Text(u"SNNummer") + u"';"_s);
+                 sql::number(rs.Number(u"Menge") * rs.Number(u"Buchungs_Menge")) +
+                 u") WHERE LagerAktiv=-1 AND Nummer="_s + nummer + u';');
+    gDB->Execute(u"UPDATE ArtikelSerienNummern SET VKDatum="_s +
+                 sql::text(Today().toString(u"dd.MM.yyyy"_s)) + u", RechnungID="_s + sql::number(id) +
+                 u" WHERE ArtikelNummer="_s + nummer + u" AND SNNummer="_s + sql::text(rs.Text(u"SNNummer")) +
+                 u';');
 }
 
 } // namespace till

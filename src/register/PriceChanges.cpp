@@ -8,6 +8,7 @@
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 
 using namespace Qt::StringLiterals;
@@ -58,8 +59,8 @@ void Register::PriceChanges::discountLine() {
 void Register::PriceChanges::discountAll() {
     if (!askRabatt()) return;
     gDB->Execute(u"UPDATE Bestellung SET VKPreis_Rabatt = VKPreis - (VKPreis / 100 * "_s +
-                 CStr(Value(gRabattAngabe.Prozent)).replace(u',', u'.') +
-                 u") WHERE IsRabatt=-1 AND Maschine='"_s + gMaschine + u"';"_s);
+                 sql::number(gRabattAngabe.Prozent) + u") WHERE IsRabatt=-1 AND Maschine="_s +
+                 sql::text(gMaschine) + u';');
     m_owner.m_basket.LoadBestellungen();
     m_owner.m_basket.RefreshGesamt();
 }

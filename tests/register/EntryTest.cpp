@@ -134,9 +134,26 @@ TEST_F(Entry, UnknownCodesOnlySound) {
     scan(u"ABC1234567890"_s);
     EXPECT_EQ(u"ABC1234567890"_s, reg->Input());
     reg->cmdClear_Click();
+    EXPECT_TRUE(reg->basket().isEmpty());
+}
+
+TEST_F(Entry, ACodeNeverCarriesSql) {
+    shop.person(u"Lena"_s, u"Brandt"_s, u"0012"_s);
+    for (const QString& code :
+         {u"O'Neill"_s, u"x' OR '1'='1"_s, u"5'; DELETE FROM Artikel"_s, u"123456789012'"_s,
+          u"x' OR EXISTS (SELECT ID FROM Personal WHERE PIN='0012') OR '1'='2"_s}) {
+        dialogs.expectError(3075);
+        scan(code);
+        dialogs.verify();
+        EXPECT_TRUE(dialogs.lastMessage.contains(u"Das abschließende Anführungszeichen fehlt."_s));
+        EXPECT_EQ(code, reg->Input()); // to be corrected
+        reg->cmdClear_Click();
+    }
+    EXPECT_TRUE(reg->basket().isEmpty());
+    EXPECT_EQ(0, screen.sounds); // nobody was asked
+    scan(u"x'' OR ''1''=''1"_s); // stays a code, if a strange one
+    EXPECT_EQ(1, screen.sounds);
     scan(u"5"_s);
-    dialogs.expectError(3075);
-    scan(u"O'Neill"_s); // an apostrophe ends the text of the statement
     EXPECT_EQ(u"3,20"_s, reg->basket().Gesamt());
 }
 
