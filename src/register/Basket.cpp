@@ -112,7 +112,7 @@ void Basket::AddArtikelToBestellung() {
     endInsertRows();
     select(last);
     RefreshGesamt();
-    guard([&] { show(last, line); }); // nobody needs to ask whether the row is there
+    Trap([&] { show(last, line); }); // nobody needs to ask whether the row is there
 }
 
 Basket::Line Basket::currentLine() {
@@ -184,12 +184,13 @@ void Basket::ShowGesamt(const QString& text) {
 
 void Basket::ItemClick(int row) {
     if (row < 0 || row >= rowCount()) return;
-    guard([&] { follow(row); });
+    Trap([&] { follow(row); });
 }
 
-void Basket::guard(const std::function<void()>& body) {
+bool Basket::Trap(const std::function<void()>& body) {
     const bool ok = Handle("frmKasse", body, [this] { CancelEdit(); });
     if (!ok) Handle("frmKasse", [this] { RefreshGesamt(); });
+    return ok;
 }
 
 void Basket::follow(int row) {

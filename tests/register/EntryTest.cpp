@@ -93,7 +93,7 @@ TEST_F(Entry, FreeAmount) {
 
     // The first use of a fresh till asks, and from then on always; the rate is remembered.
     shop.setIni(u"SERVICE"_s, u"ShowManualArtikelDialog"_s, u""_s);
-    screen.expect("FreierArtikel", [] {
+    screen.expect(till::Dialog::FreierArtikel, [] {
         EXPECT_EQ(u"Diverser Artikel"_s, gFreierArtikel.Name);
         gFreierArtikel = {1, u"Kerze"_s, u"Deko"_s, 7.5};
     });
@@ -101,7 +101,8 @@ TEST_F(Entry, FreeAmount) {
     EXPECT_EQ(u"1"_s, shop.ini(u"SERVICE"_s, u"ShowManualArtikelDialog"_s));
     EXPECT_EQ(u"400-Diverses|Kerze|1|1 Stück|2,50|2,50"_s, line(1));
     type(u"3*"_s);
-    screen.expect("FreierArtikel", [] { EXPECT_DOUBLE_EQ(7.5, gFreierArtikel.SteuerSatz); }); // cancelled
+    screen.expect(till::Dialog::FreierArtikel,
+                  [] { EXPECT_DOUBLE_EQ(7.5, gFreierArtikel.SteuerSatz); }); // cancelled
     scan(u"2,50"_s);
     EXPECT_EQ(u""_s, reg->Mal());
     EXPECT_EQ(2, reg->basket().rowCount());
@@ -191,14 +192,14 @@ TEST_F(Entry, OrderNumbersOfSuppliers) {
     type(u"3*"_s);
     scan(u"L1"_s);
     EXPECT_EQ(u"5|Brot|3|1 Stück|3,20|9,60"_s, line(0));
-    screen.expect("ArtikelLieferanten", [] {
+    screen.expect(till::Dialog::ArtikelLieferanten, [] {
         EXPECT_EQ(u"L2"_s, gArtikelLieferant.BestellNummer);
         gArtikelLieferant.ArtikelNummer = u"4140000000000"_s;
     });
     scan(u"L2"_s);
     EXPECT_EQ(u"Tageszeitung"_s, reg->basket().cell(1, till::Basket::Artikelname));
     type(u"3*"_s);
-    screen.expect("ArtikelLieferanten", [] {});
+    screen.expect(till::Dialog::ArtikelLieferanten, [] {});
     scan(u"L2"_s);
     EXPECT_EQ(u""_s, reg->Mal());
     EXPECT_EQ(0, screen.sounds);
@@ -228,7 +229,7 @@ TEST_F(Entry, LinkedArticlesGoOneLevelDeep) {
                            u"12|Pfandkiste|3|1 Stück|1,50|4,50"_s}),
               list());
     EXPECT_EQ(1, screen.sounds);
-    EXPECT_FALSE(reg->IsVerbundBuchung);
+    EXPECT_FALSE(reg->IsVerbundBuchung());
     scan(u"12"_s);
     EXPECT_EQ(5, reg->basket().rowCount());
 }
@@ -245,7 +246,7 @@ TEST_F(Entry, InactiveArticleIsRefused) {
 TEST_F(Entry, PriceAskedAtSale) {
     shop.article(u"7"_s, u"Blumen"_s, 10,
                  {{u"PreisAngabe"_s, true}, {u"VKPreis2"_s, Currency::fromDouble(8)}});
-    screen.expect("PreisAngabe", [] {
+    screen.expect(till::Dialog::PreisAngabe, [] {
         EXPECT_EQ(Currency::fromDouble(10), gArtikel.VKPreis);
         EXPECT_EQ(0, gArtikel.Ergebnis);
     });
@@ -255,14 +256,14 @@ TEST_F(Entry, PriceAskedAtSale) {
         gArtikel.VKPreis = Currency::fromDouble(12);
         gArtikel.Ergebnis = 1;
     };
-    screen.expect("PreisAngabe", twelve);
+    screen.expect(till::Dialog::PreisAngabe, twelve);
     scan(u"7"_s);
     EXPECT_EQ(u"12,00"_s, reg->basket().Gesamt());
     gKunde.PreisGruppe = 1; // a group with a price of its own does not follow
-    screen.expect("PreisAngabe", twelve);
+    screen.expect(till::Dialog::PreisAngabe, twelve);
     scan(u"7"_s);
     EXPECT_EQ(u"20,00"_s, reg->basket().Gesamt());
-    screen.expect("PreisAngabe", [] { throw RuntimeError(5, u"kein Fenster"_s); });
+    screen.expect(till::Dialog::PreisAngabe, [] { throw RuntimeError(5, u"kein Fenster"_s); });
     scan(u"7"_s); // a dialog that cannot come up counts as cancelled
     EXPECT_EQ(2, reg->basket().rowCount());
 }

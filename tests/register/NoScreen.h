@@ -11,17 +11,7 @@
 /// A screen that nobody looks at: every dialog is left without an answer.
 class NoScreen : public till::RegisterScreen {
   public:
-    void ShowPreisAngabe() override {}
-    void ShowRabatt() override {}
-    void ShowFreierPreis() override {}
-    void ShowFreierArtikel() override {}
-    void ShowArtikelLieferanten() override {}
-    void ShowKasseTotal() override {}
-    void ShowPrintDlg() override {}
-    void ShowRechnungsVorlage() override {}
-    void ShowKundenSuche() override {}
-    void ShowDesktopLogin() override {}
-    void ShowKartenMenu() override {}
+    void Show(till::Dialog) override {}
     void UnknownArticleSound() override {}
     void MovePointerAway() override {}
     void Yield() override {}
