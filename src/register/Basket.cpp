@@ -248,7 +248,7 @@ void Basket::showPicture(const QString& nummer) {
         setPicture({{}, u"Kein Artikelbild verfügbar"_s});
 }
 
-void Basket::ChangeQuantity(int amount) {
+void Basket::ChangeQuantity(double amount) {
     Recordset& rs = rsBestellung();
     rs.Edit();
     rs.Set(u"Buchungs_Menge", rs.Number(u"Buchungs_Menge") + amount);

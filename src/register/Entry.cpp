@@ -151,21 +151,20 @@ void Entry::examine() {
 bool Entry::voucherSelected() { return m_sale.basket.rsBestellung().Text(u"ArtikelNummer") == voucherNumber; }
 
 void Entry::plus() {
-    if (!m_sale.basket.isEmpty() && !voucherSelected()) {
-        const QString number = QString(m_input).remove(u'+');
-        AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
-    }
-    SetInput({});
+    if (m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
+    const QString number = QString(m_input).remove(u'+');
+    AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
 }
 
 void Entry::AddQuantity(int amount) {
     if (!m_sale.basket.isEmpty()) m_sale.basket.ChangeQuantity(amount);
+    SetInput({});
 }
 
 void Entry::minus() {
     if (m_sale.basket.isEmpty()) return;
     if (!voucherSelected()) {
-        const int amount = CLng(Value(QString(m_input).remove(u'-')));
+        const double amount = CDbl(Value(QString(m_input).remove(u'-')));
         const double booked = m_sale.basket.rsBestellung().Number(u"Buchungs_Menge");
         if (booked <= amount)
             MsgBox(u"Die Anzahl konnte nicht veringert werden, da nur "_s + NumberText(booked) +

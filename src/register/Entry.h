@@ -27,7 +27,7 @@ class Entry : public QObject {
     void SetInput(const QString& text);
     void SetMal(const QString& text);
     void Clear();
-    /// cmdPlus and "+".
+    /// cmdPlus and "+": more of the selected line, whatever it is; the entry is empty afterwards.
     void AddQuantity(int amount);
 
     // Handlers of their own

@@ -51,14 +51,18 @@ TEST_F(Entry, MultiplierBeforeOrBehindTheStar) {
 TEST_F(Entry, QuantityKeysWorkOnTheSelectedLine) {
     type(u"+"_s); // on an empty list
     EXPECT_EQ(u""_s, reg->Input());
-    reg->cmdPlus_Click();
+    type(u"7"_s);
+    reg->cmdPlus_Click(); // adds nothing and empties the box
+    EXPECT_EQ(u""_s, reg->Input());
     type(u"2-"_s);
     EXPECT_EQ(u"2-"_s, reg->Input());
     reg->cmdClear_Click();
 
     scan(u"5"_s);
     type(u"+"_s);
-    reg->cmdPlus_Click();
+    type(u"12"_s);
+    reg->cmdPlus_Click(); // one more, whatever stands in the box
+    EXPECT_EQ(u""_s, reg->Input());
     type(u"3+"_s);
     EXPECT_EQ(u"5|Brot|6|1 Stück|3,20|19,20"_s, line(0));
     type(u"4-"_s);
@@ -69,7 +73,15 @@ TEST_F(Entry, QuantityKeysWorkOnTheSelectedLine) {
     EXPECT_EQ(u""_s, reg->Input());
     dialogs.expectError(13);
     type(u"a+"_s);
+    EXPECT_EQ(u"a+"_s, reg->Input());
     reg->cmdClear_Click();
+    type(u"1,5-"_s); // the number as it stands
+    EXPECT_EQ(u"5|Brot|0,5|1 Stück|3,20|1,60"_s, line(0));
+    dialogs.expectMsgBox(u"Die Anzahl konnte nicht veringert werden, da nur 0,5 Aritkel gebucht sind."_s);
+    type(u"0,5-"_s);
+    type(u"1,5+"_s); // a whole number, half to even
+    EXPECT_EQ(u"2,5"_s, reg->basket().cell(0, till::Basket::Anz));
+    type(u"0,5-"_s);
     EXPECT_EQ(QStringList{u"2"_s}, shop.rows(u"SELECT Buchungs_Menge FROM Bestellung"_s));
 
     shop.db().Execute(u"UPDATE Bestellung SET ArtikelNummer='401-Gutschein'"_s);

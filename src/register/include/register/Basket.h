@@ -63,7 +63,7 @@ class Basket : public QAbstractTableModel {
     void ItemClick(int row);
 
     /// Adds `amount` to the quantity of the selected line.
-    void ChangeQuantity(int amount);
+    void ChangeQuantity(double amount);
     /// Shows price and amount of the selected line anew after they were changed in the record
     /// set, and follows it.
     void ShowPrices();
