@@ -4,18 +4,17 @@
 #include <register/Prices.h>
 #include <register/RegisterScreen.h>
 #include <register/gMaschine.h>
+#include <session/Bilder.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
-#include <session/MsgBox.h>
+#include <session/RowGone.h>
 #include <session/gArtikel.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/SqlText.h>
 #include <text/Convert.h>
-
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -198,10 +197,7 @@ void Basket::follow(int row) {
     Recordset& rs = rsBestellung();
     rs.FindFirst(u"ID="_s + sql::number(m_rows[size_t(row)].ID));
     if (rs.NoMatch()) {
-        MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch "
-               u"einen "
-               u"anderen Benutzer gelöscht, oder es liegt ein Datenbankproblem vor."_s,
-               MsgIcon::Critical);
+        TellRowGone(RowGone::Zeile);
         rs.Requery();
         LoadBestellungen();
         return;
@@ -241,11 +237,8 @@ void Basket::showStock(const Line& line) {
 }
 
 void Basket::showPicture(const QString& nummer) {
-    const QString file = gDBPath + u"artimg_"_s + nummer + u".bmp"_s;
-    if (QFileInfo::exists(file))
-        setPicture({file, {}});
-    else
-        setPicture({{}, u"Kein Artikelbild verfügbar"_s});
+    const QString file = VorhandenesBild(Bild::Artikel, nummer);
+    setPicture({file, file.isEmpty() ? u"Kein Artikelbild verfügbar"_s : QString()});
 }
 
 void Basket::ChangeQuantity(double amount) {

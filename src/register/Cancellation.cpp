@@ -6,6 +6,7 @@
 #include <register/gMaschine.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
@@ -49,7 +50,7 @@ void Cancellation::record(Recordset& stornos, const Recordset& line) {
 void Cancellation::Storno() {
     if (m_sale.basket.isEmpty()) return;
     Recordset& rs = m_sale.basket.rsBestellung();
-    if (rs.Text(u"ArtikelNummer") == u"401-Gutschein"_s) {
+    if (rs.Text(u"ArtikelNummer") == SonderArtikel::Gutschein) {
         const QString number = rs.Text(u"SNNummer");
         deleteVoucher(number);
         MsgBox(u"Der Gutschein mit der Nummer "_s + number + u" wurde gelöscht."_s);
@@ -63,7 +64,7 @@ void Cancellation::Storno() {
 
 void Cancellation::deleteVouchers(const QString& table) {
     const auto rs = gDB->OpenRecordset(u"SELECT SNNummer FROM "_s + ofThisTill(table) +
-                                       u" AND ArtikelNummer='401-Gutschein';"_s);
+                                       u" AND ArtikelNummer="_s + sql::text(SonderArtikel::Gutschein) + u';');
     for (; !rs->Eof(); rs->MoveNext())
         regardless([&] { deleteVoucher(rs->Text(u"SNNummer")); });
 }

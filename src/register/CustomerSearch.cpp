@@ -2,7 +2,7 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/KundenFields.h>
-#include <session/MsgBox.h>
+#include <session/RowGone.h>
 #include <store/Database.h>
 #include <store/SqlText.h>
 #include <text/Convert.h>
@@ -68,14 +68,8 @@ bool CustomerSearch::Choose(int row) {
     const int id = m_rows.at(size_t(row)).KundenID;
     KundeRecord kunde = KundeRecord::Standard();
     if (id != 0) {
-        const auto rs =
-            gDB->OpenRecordset(u"SELECT * FROM Kunden WHERE KundenID="_s + sql::number(id) + u";"_s);
-        if (rs->Eof()) {
-            MsgBox(u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese "
-                   u"durch einen "
-                   u"anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
-            return false;
-        }
+        const auto rs = OpenRow(u"SELECT * FROM Kunden WHERE KundenID="_s + sql::number(id) + u";"_s);
+        if (!rs) return false;
         load(*rs, KundenFields(), kunde);
     }
     kunde.Ergebnis = 1;

@@ -3,9 +3,11 @@
 #include "Sale.h"
 
 #include <register/Prices.h>
+#include <session/Bilder.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
 #include <session/gAngaben.h>
 #include <session/gArtikel.h>
 #include <store/Database.h>
@@ -14,7 +16,6 @@
 #include <text/Convert.h>
 #include <text/Strings.h>
 
-#include <QFileInfo>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
@@ -23,8 +24,6 @@ using namespace Qt::StringLiterals;
 namespace till {
 
 namespace {
-
-const QString voucherNumber = u"401-Gutschein"_s;
 
 /// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of
 /// cents.
@@ -148,7 +147,9 @@ void Entry::examine() {
     }
 }
 
-bool Entry::voucherSelected() { return m_sale.basket.rsBestellung().Text(u"ArtikelNummer") == voucherNumber; }
+bool Entry::voucherSelected() {
+    return m_sale.basket.rsBestellung().Text(u"ArtikelNummer") == SonderArtikel::Gutschein;
+}
 
 void Entry::plus() {
     if (m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
@@ -218,8 +219,8 @@ Entry::Next Entry::freeAmount(const QString& trimmed) {
     }
     gSystem->WriteProfileString(service, lastRate, NumberText(gFreierArtikel.SteuerSatz), KonfigIni());
     const int menge = multiplier();
-    gArtikel = freeRecord(u"400-Diverses"_s, gFreierArtikel.Name, gFreierArtikel.WarenGruppe, amount,
-                          gFreierArtikel.SteuerSatz);
+    gArtikel = freeRecord(SonderArtikel::Diverses.toString(), gFreierArtikel.Name, gFreierArtikel.WarenGruppe,
+                          amount, gFreierArtikel.SteuerSatz);
     gArtikel.Buchungs_Menge = menge;
     return Next::Add;
 }
@@ -245,9 +246,7 @@ Entry::Next Entry::found(const QString& trimmed) {
     }
     ArtikelRecord record = readArticle(rs);
     record.Buchungs_Menge = multiplier();
-    if (const QString picture = gDBPath + u"artimg_"_s + record.Nummer + u".bmp"_s;
-        QFileInfo::exists(picture))
-        record.Bild = picture;
+    record.Bild = VorhandenesBild(Bild::Artikel, record.Nummer);
     record.EKPreis = rs.Money(u"EKPreis");
     record.GrundPreis = rs.Money(u"VKPreis");
     const Extras extras = extrasOf(record.Nummer);
@@ -308,9 +307,10 @@ void Entry::pressCode(const QString& trimmed, double steuerSatz) {
 }
 
 bool Entry::priceTemplate(const QString& text, const QString& trimmed) {
-    const auto rs = gDB->OpenRecordset(u"SELECT * FROM Artikel WHERE Nummer LIKE '@@*'"_s);
+    const auto rs = gDB->OpenRecordset(u"SELECT * FROM Artikel WHERE Nummer LIKE "_s +
+                                       sql::startingWith(SonderArtikel::PreisVorlage));
     for (; !rs->Eof(); rs->MoveNext()) {
-        if (!text.startsWith(rs->Text(u"Nummer").remove(u"@@"_s))) continue;
+        if (!text.startsWith(rs->Text(u"Nummer").remove(SonderArtikel::PreisVorlage.toString()))) continue;
         const Currency price = codePrice(trimmed, 8, 3);
         ArtikelRecord record = readArticle(*rs);
         record.Buchungs_Menge = multiplier();
@@ -328,9 +328,9 @@ std::optional<QString> Entry::orderNumber(const QString& text) {
     const QString only = rs->Text(u"ArtikelNummer");
     rs->MoveNext();
     if (rs->Eof()) return only;
-    gArtikelLieferant = {text, {}};
+    gBestellNummerWahl = {text, {}};
     ask(m_sale.screen, Dialog::ArtikelLieferanten);
-    return gArtikelLieferant.ArtikelNummer;
+    return gBestellNummerWahl.ArtikelNummer;
 }
 
 void Entry::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {

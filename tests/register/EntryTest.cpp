@@ -205,8 +205,8 @@ TEST_F(Entry, OrderNumbersOfSuppliers) {
     scan(u"L1"_s);
     EXPECT_EQ(u"5|Brot|3|1 Stück|3,20|9,60"_s, line(0));
     screen.expect(till::Dialog::ArtikelLieferanten, [] {
-        EXPECT_EQ(u"L2"_s, gArtikelLieferant.BestellNummer);
-        gArtikelLieferant.ArtikelNummer = u"4140000000000"_s;
+        EXPECT_EQ(u"L2"_s, gBestellNummerWahl.BestellNummer);
+        gBestellNummerWahl.ArtikelNummer = u"4140000000000"_s;
     });
     scan(u"L2"_s);
     EXPECT_EQ(u"Tageszeitung"_s, reg->basket().cell(1, till::Basket::Artikelname));

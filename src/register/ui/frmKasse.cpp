@@ -23,6 +23,7 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 #include <QStyle>
 
 #include <map>
@@ -272,9 +273,8 @@ void frmKasse::unload() {
 
 void frmKasse::closeEvent(QCloseEvent* event) {
     if (!m_unloaded) {
-        m_inCloseEvent = true;
+        const QScopedValueRollback inCloseEvent(m_inCloseEvent, true);
         m_queue->run([this] { unload(); });
-        m_inCloseEvent = false;
     }
     event->setAccepted(m_unloaded);
 }

@@ -10,7 +10,7 @@ enum class Dialog {
     Rabatt,             ///< gRabattAngabe
     FreierPreis,        ///< gPreisAngabe
     FreierArtikel,      ///< gFreierArtikel
-    ArtikelLieferanten, ///< gArtikelLieferant
+    ArtikelLieferanten, ///< gBestellNummerWahl
     KasseTotal,         ///< gZahlung
     PrintDlg,           ///< sets gPrintMode to 0, 1 or 2
     RechnungsVorlage,   ///< gVorlagenAuswahl
