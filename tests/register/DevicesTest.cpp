@@ -4,7 +4,10 @@
 #include <devices/SerialControl.h>
 
 #include <QElapsedTimer>
-#include <QThread>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 // What the customer's display shows and when the drawer opens, read at the other end of the line.
 
@@ -29,14 +32,12 @@ class Devices : public Till {
     /// The display stands still: it takes no byte more.
     void jam() {
         display.hold();
-        QThread::msleep(30); // it may have had a read under way
         fcntl(display.cable(), F_SETFL, O_NONBLOCK);
         const QByteArray much(4096, 'x');
-        for (int full = 0; full < 5; ++full) { // the system moves what it has taken, which makes room
-            while (write(display.cable(), much.constData(), size_t(much.size())) > 0)
-                full = 0;
-            QThread::msleep(10);
-        }
+        // The system makes room once more by moving what it has taken, as does a read that was under way.
+        for (pollfd room{display.cable(), POLLOUT, 0}; poll(&room, 1, 100) > 0;)
+            while (write(display.cable(), much.constData(), size_t(much.size())) > 0) {
+            }
     }
 
     Pty display;
