@@ -17,6 +17,7 @@
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
+#include <harness/Session.h>
 
 using namespace Qt::StringLiterals;
 
@@ -60,16 +61,7 @@ class Till : public testing::Test {
   protected:
     explicit Till(const QString& server = {})
         : shop(server) {
-        gFormatPreis = u"###0.00"_s;
-        gDecimalStellen = 2;
-        gVollerSteuerSatz = 19;
-        gHalberSteuerSatz = 7;
-        gShowWechselgeldDialog = gShowLagerBestand = gEnabledOrderSearch = true;
-        gKFMinusBuchung = gKFRabatt = gKFFreierArtikelPreis = gKFKunden = gKFBenutzerWechsel = true;
-        gKassenUser.ID = 3;
-        gKassenUser.Vorname = u"Jana"_s;
-        gKassenUser.Name = u"Koch"_s;
-        gKassenUser.R_Rabatt = gKassenUser.R_KassenAbschluss = gKassenUser.R_Kunden = true;
+        tillSession();
         writeFile(u"karten.txt"_s, "VISA\r\n\r\nGirocard\r\n");
     }
     void SetUp() override { open(); }
