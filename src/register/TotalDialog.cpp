@@ -64,6 +64,8 @@ bool TotalDialog::Bar() {
 }
 
 bool TotalDialog::AHVerkauf() {
+    // The rate goes in as it is shown. One with decimals carries a comma, with which the statement fails:
+    // nothing is changed then, and nothing is paid.
     gDB->Execute(u"UPDATE Bestellung SET SteuerSatz="_s + CStr(Value(gHalberSteuerSatz)) +
                  u" WHERE Maschine="_s + sql::text(gMaschine) + u';');
     return Bar();
