@@ -273,6 +273,36 @@ TEST_F(RecordsetTest, FindFirstSeesTheSetAsItIsNowAndMoveNextGoesOnFromThere) {
     EXPECT_EQ(sorted->Long(u"ID"), 1994) << "a fault in the criteria moves nothing";
 }
 
+TEST_F(RecordsetTest, ARowHasAPlaceAndIsReachedByIt) {
+    makeNumbers(2000);
+    for (const auto& sql : {u"SELECT * FROM N ORDER BY ID DESC"_s,
+                            u"SELECT a.ID, b.Wert FROM N AS a INNER JOIN N AS b ON a.ID=b.ID ORDER BY a.ID DESC"_s}) {
+        auto rs = m_db->OpenRecordset(sql);
+        EXPECT_EQ(rs->AbsolutePosition(), 0);
+        rs->AbsolutePosition(1500);
+        const int id = rs->Long(u"ID");
+        rs->MoveNext();
+        EXPECT_EQ(rs->Long(u"ID"), id - 1);
+        EXPECT_EQ(rs->AbsolutePosition(), 1501);
+        rs->FindFirst(u"ID="_s + QString::number(id));
+        EXPECT_EQ(rs->AbsolutePosition(), 1500) << "found, not walked to";
+        rs->AbsolutePosition(3);
+        EXPECT_EQ(errorOf([&] { rs->AbsolutePosition(2000); }), 3021);
+        EXPECT_EQ(errorOf([&] { rs->AbsolutePosition(-1); }), 3021);
+        EXPECT_EQ(rs->AbsolutePosition(), 3) << "a place outside moves nothing";
+    }
+    auto rs = m_db->OpenRecordset(u"SELECT * FROM N ORDER BY ID"_s);
+    rs->AbsolutePosition(7);
+    rs->Delete();
+    rs->AbsolutePosition(7);
+    EXPECT_EQ(rs->Long(u"ID"), 9) << "the next one stands there now";
+    EXPECT_EQ(errorOf([&] {
+                  std::ignore =
+                      m_db->OpenRecordset(u"SELECT * FROM N WHERE ID<0"_s)->AbsolutePosition();
+              }),
+              3021);
+}
+
 TEST_F(RecordsetTest, GroupsJoinsAndUnionsAreReadOnly) {
     for (const auto& sql : {u"SELECT Aktiv, COUNT(*) AS Anzahl FROM T GROUP BY Aktiv ORDER BY Aktiv"_s,
                             u"SELECT a.ID, b.Nummer AS Anzahl FROM T AS a INNER JOIN T AS b ON a.ID=b.ID"_s,

@@ -11,6 +11,8 @@ bool Recordset::Eof() const { return m_impl->eof(); }
 void Recordset::MoveNext() { m_impl->moveNext(); }
 void Recordset::MoveFirst() { m_impl->moveFirst(); }
 void Recordset::MoveLast() { m_impl->moveLast(); }
+int Recordset::AbsolutePosition() { return m_impl->place(); }
+void Recordset::AbsolutePosition(int place) { m_impl->moveTo(place); }
 int Recordset::RecordCount() const { return m_impl->recordCount(); }
 
 QStringList Recordset::FieldNames() const {

@@ -127,6 +127,23 @@ void Recordset::Impl::moveLast() {
     m_rowValid = false;
 }
 
+int Recordset::Impl::place() {
+    if (eof()) raise(3021);
+    settle();
+    return static_cast<int>(m_index);
+}
+
+void Recordset::Impl::moveTo(int place) {
+    cancelUpdate();
+    if (place < 0 || !has(static_cast<std::size_t>(place))) raise(3021);
+    const auto index = static_cast<std::size_t>(place);
+    if (index == m_index && !m_found && !m_gone) return;
+    m_index = index;
+    m_found.reset();
+    m_gone = false;
+    m_rowValid = false;
+}
+
 int Recordset::Impl::recordCount() {
     std::ignore = has(0);
     const std::size_t known = keyed() ? m_keys->known() : m_fixed.size();

@@ -17,6 +17,8 @@ class Recordset::Impl {
     void moveNext();
     void moveFirst();
     void moveLast();
+    [[nodiscard]] int place();
+    void moveTo(int place);
     [[nodiscard]] int recordCount();
     void findFirst(const QString& criteria);
     [[nodiscard]] bool noMatch() const { return m_noMatch; }
