@@ -1,9 +1,6 @@
 #pragma once
 
-#include "../tests/register/NoScreen.h"
-
 #include <register/Register.h>
-#include <session/CSystem.h>
 #include <session/Globals.h>
 #include <store/Database.h>
 #include <store/Schema.h>
@@ -12,34 +9,40 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <functional>
+#include <harness/NoScreen.h>
+#include <harness/Session.h>
 #include <vector>
 
-// What the benches of the till share: a shop with 100,000 articles, and figures.
+// What the benches of the till share: shops of many articles, and figures.
 
 using namespace Qt::StringLiterals;
 
-constexpr int articles = 100'000;
-
 /// Article numbers; steps of a large prime go all over the index.
-inline QString number(int i) { return QString::number(2'000'000 + i % articles); }
+inline QString number(int i, int articles = 100'000) { return QString::number(2'000'000 + i % articles); }
 
-/// Makes the shop in an empty `store` and opens it as gDB; `folder` ends in a separator.
-inline void openShop(const QString& folder, const QString& store) {
+/// Makes a shop of 10 to the power of `digits` articles in an empty `store` and opens it as gDB; `folder`
+/// ends in a separator.
+inline void openShop(const QString& folder, const QString& store, int digits = 5) {
     startSession(folder);
-    gShowLagerBestand = gEnabledOrderSearch = true;
     QFile(folder + u"karten.txt"_s).open(QIODevice::WriteOnly);
     Database::CreateDatabase(store, {}, {}, schema::createTables)->Close();
     gDB = Database::OpenDatabase(store);
     gDB->Execute(u"CREATE TABLE Ziffern (N LONG)"_s);
     for (int n = 0; n < 10; ++n)
         gDB->Execute(u"INSERT INTO Ziffern (N) VALUES (%1)"_s.arg(n));
+    QStringList from, number;
+    for (int i = 0; i < digits; ++i) {
+        from << u"Ziffern AS z%1"_s.arg(i);
+        number << u"z%1.N * %2"_s.arg(i).arg(qint64(std::pow(10, i)));
+    }
     gDB->Execute(
         u"INSERT INTO Artikel (Nummer, Name, WarenGruppe, Menge, Einheit, SteuerSatz, EKPreis, VKPreis, "
         u"SollBestand, IstBestand, Aktiv, LagerAktiv, Rabatt) "
-        u"SELECT CStr(2000000 + a.N * 10000 + b.N * 1000 + c.N * 100 + d.N * 10 + e.N), 'Artikel', 'Gruppe', "
-        u"1, 'Stück', 7, 1, 1.99, 2, 100, -1, -1, -1 "
-        u"FROM Ziffern AS a, Ziffern AS b, Ziffern AS c, Ziffern AS d, Ziffern AS e"_s);
+        u"SELECT CStr(2000000 + "_s +
+        number.join(u" + "_s) +
+        u"), 'Artikel', 'Gruppe', 1, 'Stück', 7, 1, 1.99, 2, 100, -1, -1, -1 FROM "_s + from.join(u", "_s));
 }
 
 inline double milliseconds(const std::function<void()>& work) {

@@ -5,6 +5,7 @@
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +14,8 @@ namespace {
 void loadKassenBestand(const WechselGeldFrage& AskWechselGeld) {
     if (!gAbfrageKassenBestand) return;
     const QString maschine = gSystem->ComputerName();
-    const auto rs = gDB->OpenRecordset(u"SELECT * FROM KassenBestand WHERE Maschine='"_s + maschine + u'\'');
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT * FROM KassenBestand WHERE Maschine="_s + sql::text(maschine));
     if (!rs->Eof()) {
         gKassenBestand = rs->Money(u"Bestand");
         return;

@@ -3,6 +3,7 @@
 #include <session/Globals.h>
 #include <session/Keys.h>
 #include <session/MsgBox.h>
+#include <session/RowGone.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
@@ -24,12 +25,12 @@ std::vector<LoginEntry> entries(const QString& source) {
     return list;
 }
 
-/// The person's row as it is now, also when they were blocked after the list was filled; nothing when it is
-/// gone.
-std::optional<PersonalRecord> find(const QString& Key) {
+/// The person's row as it is now, also when they were blocked after the list was filled; nothing, with the
+/// loss told, when it is gone.
+std::optional<PersonalRecord> find(const QString& Key, RowGone wording) {
     const auto rs =
-        gDB->OpenRecordset(u"SELECT * FROM Personal WHERE ID="_s + sql::number(GetKeyID(Key, 2)) + u';');
-    if (rs->Eof()) return std::nullopt;
+        OpenRow(u"SELECT * FROM Personal WHERE ID="_s + sql::number(GetKeyID(Key, 2)) + u';', wording);
+    if (!rs) return std::nullopt;
     PersonalRecord person;
     load(*rs, PersonalFields(), person);
     return person;
@@ -46,13 +47,8 @@ void tellBlocked() {
 std::vector<LoginEntry> LoadActiveUsers() { return entries(u"SELECT * FROM Personal WHERE Gesperrt=0;"_s); }
 
 LoginResult Anmelden(const QString& Key, const QString& PIN) {
-    const auto found = find(Key);
-    if (!found) {
-        MsgBox(
-            u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese durch einen "
-            "anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
-        return LoginResult::NotFound;
-    }
+    const auto found = find(Key, RowGone::Daten);
+    if (!found) return LoginResult::NotFound;
     static_cast<Rechte&>(gUser) = *found;
     gUser.ID = found->ID;
     gUser.Name = found->Name;
@@ -80,13 +76,8 @@ LoginResult Anmelden(const QString& Key, const QString& PIN) {
 std::vector<LoginEntry> LoadAllUsers() { return entries(u"Personal"_s); }
 
 LoginResult KassenAnmelden(const QString& Key, const QString& PIN) {
-    const auto found = find(Key);
-    if (!found) {
-        MsgBox(u"Die von Ihnen angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden "
-               u"diese durch "
-               "einen anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
-        return LoginResult::NotFound;
-    }
+    const auto found = find(Key, RowGone::IhreDaten);
+    if (!found) return LoginResult::NotFound;
     if (found->Gesperrt) {
         tellBlocked();
         gKassenUser.Result = 0;

@@ -2,21 +2,11 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 
+#include <QScopedValueRollback>
+
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Puts the route back that the dialog changed for one receipt.
-class KeepPrintMode {
-  public:
-    KeepPrintMode() = default;
-    ~KeepPrintMode() { gPrintMode = m_mode; }
-    KeepPrintMode(const KeepPrintMode&) = delete;
-    KeepPrintMode& operator=(const KeepPrintMode&) = delete;
-
-  private:
-    int m_mode = gPrintMode;
-};
 
 constexpr int asForm = 2, asReceipt = 1, ask = 3;
 
@@ -28,7 +18,7 @@ void printForm(int RechnungID, const BelegDialoge& dialoge) {
 
 void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
     if (gPrintMode == ask) {
-        const KeepPrintMode keep;
+        const QScopedValueRollback oneReceipt(gPrintMode);
         if (!Handle("frmKassePrintDlg", dialoge.ShowPrintDlg)) return;
         if (gPrintMode == asForm) printForm(RechnungID, dialoge);
         if (gPrintMode == asReceipt) {

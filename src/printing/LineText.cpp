@@ -1,6 +1,7 @@
 #include "LineText.h"
 
 #include <session/Globals.h>
+#include <session/SonderArtikel.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 
@@ -23,7 +24,7 @@ QString bonName(const BelegZeile& zeile) {
 }
 
 QString additions(const BelegZeile& zeile, const QString& sellerLabel, bool printLangText) {
-    const bool voucher = zeile.ArtikelNummer == u"401-Gutschein"_s;
+    const bool voucher = zeile.ArtikelNummer == SonderArtikel::Gutschein;
     QString text;
     if (!zeile.PreisInfo.trimmed().isEmpty()) text += u'\n' + zeile.PreisInfo.trimmed();
     if (gPrintSpecialBon) text += u' ' + zeile.Zusatz1 + u"\nArtNr. "_s + zeile.ArtikelNummer;

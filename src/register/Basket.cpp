@@ -4,17 +4,17 @@
 #include <register/Prices.h>
 #include <register/RegisterScreen.h>
 #include <register/gMaschine.h>
+#include <session/Bilder.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
-#include <session/MsgBox.h>
+#include <session/RowGone.h>
 #include <session/gArtikel.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
-
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -29,8 +29,8 @@ Basket::Basket(RegisterScreen& screen, CustomerDisplay& display, QObject* parent
 Basket::~Basket() = default;
 
 void Basket::Open() {
-    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine='"_s + gMaschine +
-                              u"' ORDER BY ID ASC;"_s);
+    m_rs = gDB->OpenRecordset(u"SELECT * FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) +
+                              u" ORDER BY ID ASC;"_s);
 }
 
 Recordset& Basket::rsBestellung() {
@@ -111,7 +111,7 @@ void Basket::AddArtikelToBestellung() {
     endInsertRows();
     select(last);
     RefreshGesamt();
-    guard([&] { show(last, line); }); // nobody needs to ask whether the row is there
+    Trap([&] { show(last, line); }); // nobody needs to ask whether the row is there
 }
 
 Basket::Line Basket::currentLine() {
@@ -183,23 +183,21 @@ void Basket::ShowGesamt(const QString& text) {
 
 void Basket::ItemClick(int row) {
     if (row < 0 || row >= rowCount()) return;
-    guard([&] { follow(row); });
+    Trap([&] { follow(row); });
 }
 
-void Basket::guard(const std::function<void()>& body) {
+bool Basket::Trap(const std::function<void()>& body) {
     const bool ok = Handle("frmKasse", body, [this] { CancelEdit(); });
     if (!ok) Handle("frmKasse", [this] { RefreshGesamt(); });
+    return ok;
 }
 
 void Basket::follow(int row) {
     if (row != m_selected) select(row);
     Recordset& rs = rsBestellung();
-    rs.FindFirst(u"ID="_s + QString::number(m_rows[size_t(row)].ID));
+    rs.FindFirst(u"ID="_s + sql::number(m_rows[size_t(row)].ID));
     if (rs.NoMatch()) {
-        MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch "
-               u"einen "
-               u"anderen Benutzer gelöscht, oder es liegt ein Datenbankproblem vor."_s,
-               MsgIcon::Critical);
+        TellRowGone(RowGone::Zeile);
         rs.Requery();
         LoadBestellungen();
         return;
@@ -224,7 +222,7 @@ void Basket::showStock(const Line& line) {
     // One question for both: it is asked at every scan, and the store may be on a server.
     const auto article = gDB->OpenRecordset(
         u"SELECT SollBestand, IstBestand, LagerAktiv, (SELECT SUM(Buchungs_Menge * Menge) FROM Bestellung "
-        "WHERE ArtikelNummer='%1') AS Anzahl FROM Artikel WHERE Nummer='%1';"_s.arg(line.Nummer));
+        "WHERE ArtikelNummer=%1) AS Anzahl FROM Artikel WHERE Nummer=%1;"_s.arg(sql::text(line.Nummer)));
     label.warning = false;
     if (article->Eof() || !article->Flag(u"LagerAktiv")) {
         label.text = u" keine Lagerhaltung..."_s;
@@ -239,14 +237,11 @@ void Basket::showStock(const Line& line) {
 }
 
 void Basket::showPicture(const QString& nummer) {
-    const QString file = gDBPath + u"artimg_"_s + nummer + u".bmp"_s;
-    if (QFileInfo::exists(file))
-        setPicture({file, {}});
-    else
-        setPicture({{}, u"Kein Artikelbild verfügbar"_s});
+    const QString file = VorhandenesBild(Bild::Artikel, nummer);
+    setPicture({file, file.isEmpty() ? u"Kein Artikelbild verfügbar"_s : QString()});
 }
 
-void Basket::ChangeQuantity(int amount) {
+void Basket::ChangeQuantity(double amount) {
     Recordset& rs = rsBestellung();
     rs.Edit();
     rs.Set(u"Buchungs_Menge", rs.Number(u"Buchungs_Menge") + amount);
@@ -272,7 +267,7 @@ void Basket::CancelEdit() noexcept {
 
 void Basket::DeleteRows(std::optional<int> lastID) {
     const QString behind = lastID ? u" AND ID<=%1"_s.arg(*lastID) : QString();
-    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine='"_s + gMaschine + u"'"_s + behind + u";"_s);
+    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + behind + u";"_s);
 }
 
 void Basket::setText(Column column, const QString& text) {

@@ -1,13 +1,17 @@
 #include "Cancellation.h"
 
-#include "CustomerDisplay.h"
+#include "Sale.h"
 
+#include <register/Register.h>
 #include <register/gMaschine.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
+#include <text/Convert.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,15 +28,15 @@ void regardless(Step&& step) {
     }
 }
 
-QString ofThisTill(const QString& table) { return table + u" WHERE Maschine='"_s + gMaschine + u"'"_s; }
+QString ofThisTill(const QString& table) { return table + u" WHERE Maschine="_s + sql::text(gMaschine); }
 
 } // namespace
 
-void Register::Cancellation::deleteVoucher(const QString& number) {
-    gDB->Execute(u"DELETE FROM Gutscheine WHERE GutscheinID="_s + number + u";"_s);
+void Cancellation::deleteVoucher(const QString& number) {
+    gDB->Execute(u"DELETE FROM Gutscheine WHERE GutscheinID="_s + sql::number(CLng(Value(number))) + u';');
 }
 
-void Register::Cancellation::record(Recordset& stornos, const Recordset& line) {
+void Cancellation::record(Recordset& stornos, const Recordset& line) {
     stornos.AddNew();
     stornos.Set(u"Maschine", line.Field(u"Maschine"));
     stornos.Set(u"PersonalNummer", gKassenUser.ID);
@@ -43,10 +47,10 @@ void Register::Cancellation::record(Recordset& stornos, const Recordset& line) {
     stornos.Update();
 }
 
-void Register::Cancellation::Storno() {
-    if (m_owner.m_basket.isEmpty()) return;
-    Recordset& rs = m_owner.m_basket.rsBestellung();
-    if (rs.Text(u"ArtikelNummer") == u"401-Gutschein"_s) {
+void Cancellation::Storno() {
+    if (m_sale.basket.isEmpty()) return;
+    Recordset& rs = m_sale.basket.rsBestellung();
+    if (rs.Text(u"ArtikelNummer") == SonderArtikel::Gutschein) {
         const QString number = rs.Text(u"SNNummer");
         deleteVoucher(number);
         MsgBox(u"Der Gutschein mit der Nummer "_s + number + u" wurde gelöscht."_s);
@@ -54,18 +58,18 @@ void Register::Cancellation::Storno() {
     record(*gDB->OpenRecordset(u"Stornos"_s), rs);
     rs.Delete();
     rs.Requery();
-    m_owner.m_screen.Yield();
-    m_owner.m_basket.LoadBestellungen();
+    m_sale.screen.Yield();
+    m_sale.basket.LoadBestellungen();
 }
 
-void Register::Cancellation::deleteVouchers(const QString& table) {
+void Cancellation::deleteVouchers(const QString& table) {
     const auto rs = gDB->OpenRecordset(u"SELECT SNNummer FROM "_s + ofThisTill(table) +
-                                       u" AND ArtikelNummer='401-Gutschein';"_s);
+                                       u" AND ArtikelNummer="_s + sql::text(SonderArtikel::Gutschein) + u';');
     for (; !rs->Eof(); rs->MoveNext())
         regardless([&] { deleteVoucher(rs->Text(u"SNNummer")); });
 }
 
-void Register::Cancellation::recordAll() {
+void Cancellation::recordAll() {
     const auto stornos = gDB->OpenRecordset(u"Stornos"_s);
     const auto lines =
         gDB->OpenRecordset(u"SELECT * FROM "_s + ofThisTill(u"Bestellung"_s) + u" ORDER BY ID ASC;"_s);
@@ -73,28 +77,25 @@ void Register::Cancellation::recordAll() {
         regardless([&] { record(*stornos, *lines); });
 }
 
-Register::Unload Register::Cancellation::QueryUnload() {
-    if (!m_owner.m_basket.isEmpty()) {
+Unload Cancellation::QueryUnload() {
+    if (!m_sale.basket.isEmpty()) {
         if (!AskYesNo(
                 u"Es sind noch nicht abgerechnete Buchungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
             return Unload::Stay;
         regardless([] { deleteVouchers(u"Bestellung"_s); });
         regardless([] { recordAll(); });
-        regardless([&] { m_owner.m_basket.DeleteRows(); });
+        regardless([&] { m_sale.basket.DeleteRows(); });
     }
     int parked = 0;
-    regardless([&] {
-        parked = gDB->OpenRecordset(u"SELECT COUNT(*) AS Anzahl FROM "_s + ofThisTill(u"TMPOrder"_s) + u";"_s)
-                     ->Long(u"Anzahl");
-    });
+    regardless([&] { parked = sql::count(*gDB, ofThisTill(u"TMPOrder"_s)); });
     if (parked > 0) {
         if (!AskYesNo(u"Es sind noch geparkte Bestellungen vorhanden. Möchten Sie diese jetzt stornieren?"_s))
             return Unload::CloseWithParked;
         regardless([] { deleteVouchers(u"TMPOrder"_s); });
         regardless([] { gDB->Execute(u"DELETE FROM "_s + ofThisTill(u"TMPOrder"_s) + u";"_s); });
     }
-    regardless([&] { m_owner.m_display->ShowDefault(); });
-    regardless([&] { m_owner.m_display->Close(); });
+    regardless([&] { m_sale.display.ShowDefault(); });
+    regardless([&] { m_sale.display.Close(); });
     return Unload::Close;
 }
 

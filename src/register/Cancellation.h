@@ -1,16 +1,18 @@
 #pragma once
 
-#include <register/Register.h>
-
+class QString;
 class Recordset;
 
 namespace till {
 
+class Sale;
+enum class Unload;
+
 /// Removal of lines from the open sale. Each removed line leaves a row in Stornos.
-class Register::Cancellation {
+class Cancellation {
   public:
-    explicit Cancellation(Register& owner)
-        : m_owner(owner) {}
+    explicit Cancellation(Sale& sale)
+        : m_sale(sale) {}
 
     void Storno(); ///< cmdStorno: the selected line
     /// The questions at closing. Each step goes its way whatever became of the one before.
@@ -24,7 +26,7 @@ class Register::Cancellation {
     static void deleteVoucher(const QString& number);
     static void recordAll();
 
-    Register& m_owner;
+    Sale& m_sale;
 };
 
 } // namespace till

@@ -2,8 +2,9 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/KundenFields.h>
-#include <session/MsgBox.h>
+#include <session/RowGone.h>
 #include <store/Database.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 
 #include <array>
@@ -42,10 +43,10 @@ void CustomerSearch::Search(By by, const QString& text) {
         sql += u"ORDER BY KundenNummer ASC;"_s;
         break;
     case Name:
-        sql += u"AND Name_1 LIKE '*"_s + text + u"*' ORDER BY Name_1 ASC;"_s;
+        sql += u"AND Name_1 LIKE "_s + sql::containing(text) + u" ORDER BY Name_1 ASC;"_s;
         break;
     case Town:
-        sql += u"AND Ort LIKE '*"_s + text + u"*' ORDER BY Name_1 ASC;"_s;
+        sql += u"AND Ort LIKE "_s + sql::containing(text) + u" ORDER BY Name_1 ASC;"_s;
         break;
     }
     auto rs = gDB->OpenRecordset(sql);
@@ -67,14 +68,8 @@ bool CustomerSearch::Choose(int row) {
     const int id = m_rows.at(size_t(row)).KundenID;
     KundeRecord kunde = KundeRecord::Standard();
     if (id != 0) {
-        const auto rs =
-            gDB->OpenRecordset(u"SELECT * FROM Kunden WHERE KundenID="_s + QString::number(id) + u";"_s);
-        if (rs->Eof()) {
-            MsgBox(u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich wurden diese "
-                   u"durch einen "
-                   u"anderen Benutzer gelöscht.\n\nDas System aktualisiert jetzt Ihre Ansicht."_s);
-            return false;
-        }
+        const auto rs = OpenRow(u"SELECT * FROM Kunden WHERE KundenID="_s + sql::number(id) + u";"_s);
+        if (!rs) return false;
         load(*rs, KundenFields(), kunde);
     }
     kunde.Ergebnis = 1;
@@ -93,7 +88,7 @@ std::vector<QStringList> CustomerSearch::Vehicles(int row) const {
     std::vector<QStringList> vehicles;
     const int id = m_rows.at(size_t(row)).KundenID;
     const auto rs =
-        gDB->OpenRecordset(u"SELECT * FROM KundenKFZInfo WHERE KundenID="_s + QString::number(id) + u";"_s);
+        gDB->OpenRecordset(u"SELECT * FROM KundenKFZInfo WHERE KundenID="_s + sql::number(id) + u";"_s);
     for (; !rs->Eof(); rs->MoveNext()) {
         QStringList texts;
         for (const auto& column : vehicleColumns) {

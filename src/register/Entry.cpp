@@ -1,24 +1,29 @@
 #include "Entry.h"
 
+#include "Sale.h"
+
 #include <register/Prices.h>
+#include <session/Bilder.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
 #include <session/gAngaben.h>
+#include <session/gArtikel.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Strings.h>
 
-#include <QFileInfo>
+#include <QScopeGuard>
+#include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
-
-const QString voucherNumber = u"401-Gutschein"_s;
 
 /// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of
 /// cents.
@@ -28,10 +33,9 @@ Currency codePrice(const QString& code, int position, int euros) {
 Currency pressPrice(const QString& code) { return codePrice(code, 9, 2); }
 
 /// Shows a dialog. A dialog that cannot be shown (error 5) counts as one that was left without an answer.
-template <typename Show>
-void ask(RegisterScreen& screen, Show&& show) {
+void ask(RegisterScreen& screen, Dialog which) {
     try {
-        show();
+        screen.Show(which);
     } catch (const RuntimeError& error) {
         if (error.Number != 5) throw;
     }
@@ -59,8 +63,9 @@ struct Extras {
 };
 Extras extrasOf(const QString& nummer) {
     const auto rs = gDB->OpenRecordset(
-        u"SELECT (SELECT COUNT(*) FROM AktionsPreise WHERE ArtikelNummer='%1') AS Aktionen, "
-        "(SELECT COUNT(*) FROM VerbundArtikel WHERE SourceArtikelNummer='%1') AS Verbund;"_s.arg(nummer));
+        u"SELECT (SELECT COUNT(*) FROM AktionsPreise WHERE ArtikelNummer=%1) AS Aktionen, "
+        "(SELECT COUNT(*) FROM VerbundArtikel WHERE SourceArtikelNummer=%1) AS Verbund;"_s.arg(
+            sql::text(nummer)));
     return {rs->Long(u"Aktionen") > 0, rs->Long(u"Verbund") > 0};
 }
 
@@ -89,25 +94,46 @@ ArtikelRecord readArticle(const Recordset& rs) {
 
 } // namespace
 
-void Register::Entry::SetInput(const QString& text) {
+void Entry::Open() { m_rsArtikel = gDB->OpenRecordset(u"Artikel"_s); }
+
+Recordset& Entry::rsArtikel() {
+    if (!m_rsArtikel) throw RuntimeError(91, u"Die Artikel sind nicht geladen"_s, u"frmKasse"_s);
+    return *m_rsArtikel;
+}
+
+void Entry::Enter() {
+    m_sale.Trap([this] {
+        m_sale.ClearPaid();
+        decide();
+    });
+}
+
+bool Entry::AddArtikelToBestellung() {
+    return m_sale.Trap([this] {
+        Clear();
+        m_sale.basket.AddArtikelToBestellung();
+    });
+}
+
+void Entry::SetInput(const QString& text) {
     if (text == m_input) return;
     m_input = text;
-    emit m_owner.InputChanged(m_input);
+    emit InputChanged(m_input);
     examine();
 }
 
-void Register::Entry::SetMal(const QString& text) {
+void Entry::SetMal(const QString& text) {
     if (text == m_mal) return;
     m_mal = text;
-    emit m_owner.MalChanged(m_mal);
+    emit MalChanged(m_mal);
 }
 
-void Register::Entry::Clear() {
+void Entry::Clear() {
     SetInput({});
     SetMal({});
 }
 
-void Register::Entry::examine() {
+void Entry::examine() {
     if (m_input.contains(u'*')) {
         QString factor = m_input;
         factor.remove(u'*');
@@ -121,39 +147,38 @@ void Register::Entry::examine() {
     }
 }
 
-bool Register::Entry::voucherSelected() {
-    return m_owner.m_basket.rsBestellung().Text(u"ArtikelNummer") == voucherNumber;
+bool Entry::voucherSelected() {
+    return m_sale.basket.rsBestellung().Text(u"ArtikelNummer") == SonderArtikel::Gutschein;
 }
 
-void Register::Entry::plus() {
-    if (!m_owner.m_basket.isEmpty() && !voucherSelected()) {
-        const QString number = QString(m_input).remove(u'+');
-        AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
-    }
+void Entry::plus() {
+    if (m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
+    const QString number = QString(m_input).remove(u'+');
+    AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
+}
+
+void Entry::AddQuantity(int amount) {
+    if (!m_sale.basket.isEmpty()) m_sale.basket.ChangeQuantity(amount);
     SetInput({});
 }
 
-void Register::Entry::AddQuantity(int amount) {
-    if (!m_owner.m_basket.isEmpty()) m_owner.m_basket.ChangeQuantity(amount);
-}
-
-void Register::Entry::minus() {
-    if (m_owner.m_basket.isEmpty()) return;
+void Entry::minus() {
+    if (m_sale.basket.isEmpty()) return;
     if (!voucherSelected()) {
-        const int amount = CLng(Value(QString(m_input).remove(u'-')));
-        const double booked = m_owner.m_basket.rsBestellung().Number(u"Buchungs_Menge");
+        const double amount = CDbl(Value(QString(m_input).remove(u'-')));
+        const double booked = m_sale.basket.rsBestellung().Number(u"Buchungs_Menge");
         if (booked <= amount)
             MsgBox(u"Die Anzahl konnte nicht veringert werden, da nur "_s + NumberText(booked) +
                    u" Aritkel gebucht sind."_s);
         else
-            m_owner.m_basket.ChangeQuantity(-amount);
+            m_sale.basket.ChangeQuantity(-amount);
     }
     SetInput({});
 }
 
-int Register::Entry::multiplier() const { return m_mal.isEmpty() ? 1 : CLng(Value(m_mal)); }
+int Entry::multiplier() const { return m_mal.isEmpty() ? 1 : CLng(Value(m_mal)); }
 
-void Register::Entry::Decide() {
+void Entry::decide() {
     bool orderSearchDone = false;
     for (Next next = Next::Again; next == Next::Again;) {
         const QString text = m_input;
@@ -165,13 +190,12 @@ void Register::Entry::Decide() {
         else
             next = lookup(text, orderSearchDone);
         if (next != Next::Add) continue;
-        const bool expand = m_mayHaveLinks && !m_owner.IsVerbundBuchung;
-        if (m_owner.AddArtikelToBestellung() && expand)
-            m_owner.BookVerbundArtikel(gArtikel.Nummer, gArtikel.Buchungs_Menge);
+        const bool expand = m_mayHaveLinks && !IsVerbundBuchung;
+        if (AddArtikelToBestellung() && expand) BookVerbundArtikel(gArtikel.Nummer, gArtikel.Buchungs_Menge);
     }
 }
 
-Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
+Entry::Next Entry::freeAmount(const QString& trimmed) {
     const Currency amount = ReadMoney(trimmed);
     if (!gKFMinusBuchung && amount < Currency{}) {
         MsgBox(u"Sie können keine Minusbuchungen vornehmen. Bitte wenden Sie sich an Ihren Administrator."_s);
@@ -186,7 +210,7 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
     const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
     if (show.isEmpty()) gSystem->WriteProfileString(service, showDialog, u"1"_s, KonfigIni());
     if (show.isEmpty() || show == u"1"_s)
-        ask(m_owner.m_screen, [&] { m_owner.m_screen.ShowFreierArtikel(); });
+        ask(m_sale.screen, Dialog::FreierArtikel);
     else
         gFreierArtikel.Ergebnis = 1;
     if (gFreierArtikel.Ergebnis == 0) {
@@ -195,25 +219,26 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
     }
     gSystem->WriteProfileString(service, lastRate, NumberText(gFreierArtikel.SteuerSatz), KonfigIni());
     const int menge = multiplier();
-    gArtikel = freeRecord(u"400-Diverses"_s, gFreierArtikel.Name, gFreierArtikel.WarenGruppe, amount,
-                          gFreierArtikel.SteuerSatz);
+    gArtikel = freeRecord(SonderArtikel::Diverses.toString(), gFreierArtikel.Name, gFreierArtikel.WarenGruppe,
+                          amount, gFreierArtikel.SteuerSatz);
     gArtikel.Buchungs_Menge = menge;
     return Next::Add;
 }
 
-Register::Entry::Next Register::Entry::lookup(const QString& text, bool& orderSearchDone) {
-    Recordset& rs = m_owner.rsArtikel();
+Entry::Next Entry::lookup(const QString& text, bool& orderSearchDone) {
+    Recordset& rs = rsArtikel();
     rs.Requery();
-    rs.FindFirst(u"Nummer='"_s + text + u"'"_s);
+    rs.FindFirst(u"Nummer="_s + sql::text(text));
     return rs.NoMatch() ? notFound(text, orderSearchDone) : found(vb::Trim(text));
 }
 
-Register::Entry::Next Register::Entry::found(const QString& trimmed) {
-    Recordset& rs = m_owner.rsArtikel();
+Entry::Next Entry::found(const QString& trimmed) {
+    Recordset& rs = rsArtikel();
     if (gAutoPresseUpdate && trimmed.size() == 13 &&
         (trimmed.startsWith(u"414") || trimmed.startsWith(u"419"))) {
         const Currency price = pressPrice(trimmed);
         if (price != rs.Money(u"VKPreis")) {
+            const auto drop = qScopeGuard([&] { rs.CancelUpdate(); });
             rs.Edit();
             rs.Set(u"VKPreis", price);
             rs.Update();
@@ -221,9 +246,7 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
     }
     ArtikelRecord record = readArticle(rs);
     record.Buchungs_Menge = multiplier();
-    if (const QString picture = gDBPath + u"artimg_"_s + record.Nummer + u".bmp"_s;
-        QFileInfo::exists(picture))
-        record.Bild = picture;
+    record.Bild = VorhandenesBild(Bild::Artikel, record.Nummer);
     record.EKPreis = rs.Money(u"EKPreis");
     record.GrundPreis = rs.Money(u"VKPreis");
     const Extras extras = extrasOf(record.Nummer);
@@ -242,7 +265,7 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
         return Next::End;
     }
     if (gArtikel.PreisAngabe) {
-        ask(m_owner.m_screen, [&] { m_owner.m_screen.ShowPreisAngabe(); });
+        ask(m_sale.screen, Dialog::PreisAngabe);
         if (gArtikel.Ergebnis == 0) {
             Clear();
             return Next::End;
@@ -252,7 +275,7 @@ Register::Entry::Next Register::Entry::found(const QString& trimmed) {
     return Next::Add;
 }
 
-Register::Entry::Next Register::Entry::notFound(const QString& text, bool& orderSearchDone) {
+Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
     const QString trimmed = vb::Trim(text);
     if (trimmed.size() == 13) {
         const int country = CLng(Value(trimmed.left(3)));
@@ -264,29 +287,30 @@ Register::Entry::Next Register::Entry::notFound(const QString& text, bool& order
     }
     if (gEnabledOrderSearch && !orderSearchDone) {
         orderSearchDone = true;
-        if (const auto nummer = orderNumber(text, m_owner.m_screen)) {
+        if (const auto nummer = orderNumber(text)) {
             SetInput(*nummer);
             if (!nummer->isEmpty()) return Next::Again;
             SetMal({});
             return Next::End;
         }
     }
-    m_owner.m_screen.UnknownArticleSound();
+    m_sale.screen.UnknownArticleSound();
     Clear();
     return Next::End;
 }
 
-void Register::Entry::pressCode(const QString& trimmed, double steuerSatz) {
+void Entry::pressCode(const QString& trimmed, double steuerSatz) {
     const int menge = multiplier();
     gArtikel = freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, pressPrice(trimmed),
                           steuerSatz);
     gArtikel.Buchungs_Menge = menge;
 }
 
-bool Register::Entry::priceTemplate(const QString& text, const QString& trimmed) {
-    const auto rs = gDB->OpenRecordset(u"SELECT * FROM Artikel WHERE Nummer LIKE '@@*'"_s);
+bool Entry::priceTemplate(const QString& text, const QString& trimmed) {
+    const auto rs = gDB->OpenRecordset(u"SELECT * FROM Artikel WHERE Nummer LIKE "_s +
+                                       sql::startingWith(SonderArtikel::PreisVorlage));
     for (; !rs->Eof(); rs->MoveNext()) {
-        if (!text.startsWith(rs->Text(u"Nummer").remove(u"@@"_s))) continue;
+        if (!text.startsWith(rs->Text(u"Nummer").remove(SonderArtikel::PreisVorlage.toString()))) continue;
         const Currency price = codePrice(trimmed, 8, 3);
         ArtikelRecord record = readArticle(*rs);
         record.Buchungs_Menge = multiplier();
@@ -297,33 +321,31 @@ bool Register::Entry::priceTemplate(const QString& text, const QString& trimmed)
     return false;
 }
 
-std::optional<QString> Register::Entry::orderNumber(const QString& text, RegisterScreen& screen) {
+std::optional<QString> Entry::orderNumber(const QString& text) {
     const auto rs = gDB->OpenRecordset(
-        u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer='"_s + text + u"';"_s);
+        u"SELECT ArtikelNummer FROM ArtikelLieferanten WHERE BestellNummer="_s + sql::text(text) + u';');
     if (rs->Eof()) return std::nullopt;
     const QString only = rs->Text(u"ArtikelNummer");
     rs->MoveNext();
     if (rs->Eof()) return only;
-    gArtikelLieferant = {text, {}};
-    ask(screen, [&] { screen.ShowArtikelLieferanten(); });
-    return gArtikelLieferant.ArtikelNummer;
+    gBestellNummerWahl = {text, {}};
+    ask(m_sale.screen, Dialog::ArtikelLieferanten);
+    return gBestellNummerWahl.ArtikelNummer;
 }
 
-void Register::Entry::ExpandLinks(const QString& ArtikelNummer, double Menge) {
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{m_owner.IsVerbundBuchung};
-    m_owner.IsVerbundBuchung = true;
-    const auto rs = gDB->OpenRecordset(
-        u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer='"_s +
-        ArtikelNummer + u"';"_s);
-    for (; !rs->Eof(); rs->MoveNext()) {
-        SetMal(NumberText(rs->Number(u"Anzahl") * Menge));
-        SetInput(rs->Text(u"DestArtikelNummer"));
-        m_owner.cmdEnter_Click();
-        m_owner.m_screen.Yield();
-    }
+void Entry::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {
+    m_sale.Trap([&] {
+        const QScopedValueRollback linked(IsVerbundBuchung, true);
+        const auto rs = gDB->OpenRecordset(
+            u"SELECT DestArtikelNummer, Anzahl FROM VerbundArtikel WHERE SourceArtikelNummer="_s +
+            sql::text(ArtikelNummer) + u';');
+        for (; !rs->Eof(); rs->MoveNext()) {
+            SetMal(NumberText(rs->Number(u"Anzahl") * Menge));
+            SetInput(rs->Text(u"DestArtikelNummer"));
+            Enter();
+            m_sale.screen.Yield();
+        }
+    });
 }
 
 } // namespace till

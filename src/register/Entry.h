@@ -1,17 +1,25 @@
 #pragma once
 
-#include <register/Register.h>
-#include <session/gArtikel.h>
+#include <store/Recordset.h>
 
+#include <QObject>
+#include <QString>
+
+#include <memory>
 #include <optional>
 
 namespace till {
 
+class Sale;
+
 /// What the cashier types and what becomes of it: the rules of the entry text and the one decision routine.
-class Register::Entry {
+class Entry : public QObject {
+    Q_OBJECT
   public:
-    explicit Entry(Register& owner)
-        : m_owner(owner) {}
+    explicit Entry(Sale& sale, QObject* parent = nullptr)
+        : QObject(parent)
+        , m_sale(sale) {}
+    void Open(); ///< the articles
 
     [[nodiscard]] const QString& input() const { return m_input; }
     [[nodiscard]] const QString& mal() const { return m_mal; }
@@ -19,14 +27,25 @@ class Register::Entry {
     void SetInput(const QString& text);
     void SetMal(const QString& text);
     void Clear();
-    /// cmdPlus and "+".
+    /// cmdPlus and "+": more of the selected line, whatever it is; the entry is empty afterwards.
     void AddQuantity(int amount);
-    /// cmdEnter.
-    void Decide();
-    void ExpandLinks(const QString& ArtikelNummer, double Menge);
+
+    // Handlers of their own
+    void Enter(); ///< cmdEnter
+    /// Adds a line from gArtikel and empties the entry; false when it failed and nothing was added.
+    bool AddArtikelToBestellung();
+    void BookVerbundArtikel(const QString& ArtikelNummer, double Menge);
+
+    bool IsVerbundBuchung = false; ///< linked articles are being entered and expand no further
+
+  signals:
+    void InputChanged(const QString& text);
+    void MalChanged(const QString& text);
 
   private:
     enum class Next { Add, Again, End };
+
+    void decide();
 
     void examine();
     void plus();
@@ -41,9 +60,11 @@ class Register::Entry {
     [[nodiscard]] bool priceTemplate(const QString& text, const QString& trimmed);
     void pressCode(const QString& trimmed, double steuerSatz);
     /// nullopt when no supplier knows the number; an empty text when the choice was cancelled.
-    [[nodiscard]] static std::optional<QString> orderNumber(const QString& text, RegisterScreen& screen);
+    [[nodiscard]] std::optional<QString> orderNumber(const QString& text);
+    [[nodiscard]] Recordset& rsArtikel(); ///< raises 91 before Open
 
-    Register& m_owner;
+    Sale& m_sale;
+    std::unique_ptr<Recordset> m_rsArtikel;
     QString m_input, m_mal;
     bool m_mayHaveLinks = true; ///< false for an article that is known to have none
 };

@@ -4,7 +4,7 @@
 #include <session/gAngaben.h>
 #include <session/gArtikel.h>
 #include <store/Database.h>
-#include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 
@@ -71,14 +71,8 @@ QStringList SteuerSaetze() {
 QString SteuerSatz() { return Format(Value(gFreierArtikel.SteuerSatz), u"0.0"); }
 
 QStringList WarenGruppen() {
-    QStringList groups;
-    const auto rs = gDB->OpenRecordset(
-        u"SELECT WarenGruppe FROM RechnungsDetail GROUP BY WarenGruppe ORDER BY WarenGruppe ASC;"_s);
-    for (; !rs->Eof(); rs->MoveNext()) {
-        const QString group = rs->Text(u"WarenGruppe");
-        if (!group.isEmpty()) groups.append(group);
-    }
-    return groups;
+    return sql::firstTexts(
+        *gDB, u"SELECT WarenGruppe FROM RechnungsDetail GROUP BY WarenGruppe ORDER BY WarenGruppe ASC;"_s);
 }
 
 bool Confirm(const QString& name, const QString& steuerSatz, const QString& warenGruppe) {

@@ -1,7 +1,8 @@
 #include "Payment.h"
 
-#include "CustomerDisplay.h"
+#include "Sale.h"
 
+#include <devices/CashDrawer.h>
 #include <printing/Beleg.h>
 #include <register/Prices.h>
 #include <register/gMaschine.h>
@@ -15,16 +16,17 @@
 #include <session/gZahlung.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
+
+#include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
-
-QString sqlNumber(double value) { return NumberText(value).replace(u',', u'.'); }
 
 /// Adds to what an error tells what the cashier should know about the sale.
 template <typename Act, typename Advice>
@@ -38,35 +40,23 @@ void withAdvice(Act&& act, Advice&& advice) {
     }
 }
 
-/// Holds a flag while a payment runs.
-struct Running {
-    explicit Running(bool& flag_)
-        : flag(flag_) {
-        flag = true;
-    }
-    ~Running() { flag = false; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-    bool& flag;
-};
-
 } // namespace
 
-void Register::Payment::Total() {
-    Basket& basket = m_owner.m_basket;
-    if (m_owner.m_paying) return;
-    m_owner.ClearPaid();
+void Payment::Total() {
+    Basket& basket = m_sale.basket;
+    if (m_paying) return;
+    m_sale.ClearPaid();
     if (basket.isEmpty()) return;
-    const Running running(m_owner.m_paying);
-    m_owner.m_screen.MovePointerAway();
+    const QScopedValueRollback paying(m_paying, true);
+    m_sale.screen.MovePointerAway();
     Currency total = ReadMoney(basket.Gesamt());
     if (gRoundDecimal) total = ReadMoney(Format(Value(total), u"###0.00"));
     gZahlung = {};
     gZahlung.Betrag_Gesamt = total;
     showTotal(gRoundDecimal);
-    m_owner.OpenKassenLade();
+    OpenKassenLade(DrawerOwner::Kasse);
     if (!gShowWechselgeldDialog) {
-        m_owner.m_screen.Yield();
+        m_sale.screen.Yield();
         gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
         gZahlung.ZahlArt = u"BAR"_s;
     } else if (!askAmount()) {
@@ -78,15 +68,15 @@ void Register::Payment::Total() {
     finish(gEnabledAutoClose ? MoneyText(total) : QString());
 }
 
-void Register::Payment::showTotal(bool rounded) {
+void Payment::showTotal(bool rounded) {
     // Told when it fails, but a display does not keep a customer from paying.
-    Handle("frmKasse", [&] { m_owner.m_display->ShowTotal(m_owner.m_basket.Gesamt(), rounded); });
+    Handle("frmKasse", [&] { m_sale.display.ShowTotal(m_sale.basket.Gesamt(), rounded); });
 }
 
-bool Register::Payment::askAmount() {
-    m_owner.m_screen.ShowKasseTotal();
+bool Payment::askAmount() {
+    m_sale.screen.Show(Dialog::KasseTotal);
     if (gZahlung.Ergebnis != 0) return true;
-    Basket& basket = m_owner.m_basket;
+    Basket& basket = m_sale.basket;
     if (basket.isEmpty())
         basket.SetLCDDefault();
     else
@@ -94,12 +84,12 @@ bool Register::Payment::askAmount() {
     return false;
 }
 
-void Register::Payment::ByKarte(const QString& KartenName) {
-    Basket& basket = m_owner.m_basket;
-    if (m_owner.m_paying) return;
-    m_owner.ClearPaid();
+void Payment::ByKarte(const QString& KartenName) {
+    Basket& basket = m_sale.basket;
+    if (m_paying) return;
+    m_sale.ClearPaid();
     if (basket.isEmpty()) return;
-    const Running running(m_owner.m_paying);
+    const QScopedValueRollback paying(m_paying, true);
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
     gZahlung.ZahlArt = u"KARTE"_s;
@@ -111,12 +101,12 @@ void Register::Payment::ByKarte(const QString& KartenName) {
     finish({});
 }
 
-bool Register::Payment::confirmKarte(const QString& KartenName) {
+bool Payment::confirmKarte(const QString& KartenName) {
     if (gZVTEnabled && gZVT) {
-        m_owner.m_screen.MovePointerAway();
+        m_sale.screen.MovePointerAway();
         const double due = RoundHalfEven(gZahlung.Betrag_Gesamt.toDouble(), 2);
         if (!gZVT->Bezahlen(Currency::fromDouble(due))) {
-            m_owner.m_basket.LoadBestellungen();
+            m_sale.basket.LoadBestellungen();
             return false;
         }
         gZahlung.KartenTyp = gZVT->KartenName();
@@ -132,49 +122,49 @@ bool Register::Payment::confirmKarte(const QString& KartenName) {
     return true;
 }
 
-int Register::Payment::book() {
+int Payment::book() {
     int id = 0;
     CreateRechnung(id);
-    m_owner.m_screen.Yield();
+    m_sale.screen.Yield();
     if (id == 0) {
         MsgBox(u"Beim Erstellen der Rechnung ist ein Fehler aufgetreten."_s);
-        m_owner.m_basket.LoadBestellungen();
+        m_sale.basket.LoadBestellungen();
     } else {
-        m_owner.m_paid = {id, m_owner.m_basket.lastID()};
+        m_sale.Booked(id);
     }
     return id;
 }
 
-void Register::Payment::print(int id, BelegArt art) {
+void Payment::print(int id, BelegArt art) {
     PrintBeleg(id, art,
                {[this] {
-                    m_owner.m_screen.ShowPrintDlg();
-                    m_owner.m_screen.MovePointerAway();
+                    m_sale.screen.Show(Dialog::PrintDlg);
+                    m_sale.screen.MovePointerAway();
                 },
-                [this] { m_owner.m_screen.ShowRechnungsVorlage(); }});
+                [this] { m_sale.screen.Show(Dialog::RechnungsVorlage); }});
 }
 
-void Register::Payment::finish(const QString& lastTotal) {
+void Payment::finish(const QString& lastTotal) {
     withAdvice(
-        [this] { m_owner.m_basket.DeleteRows(); },
+        [this] { m_sale.basket.DeleteRows(); },
         [this] {
             return u"Der Verkauf ist unter der Belegnummer %1 gebucht. Seine Zeilen verschwinden mit der "
                    "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
-                       .arg(m_owner.m_paid->Rechnung);
+                       .arg(m_sale.Rechnung());
         });
-    m_owner.m_paid.reset();
-    m_owner.m_basket.rsBestellung().Requery();
-    m_owner.ResetKunde();
-    m_owner.m_screen.MovePointerAway();
-    m_owner.m_screen.Yield();
-    m_owner.m_basket.LoadBestellungen();
-    if (gAbfrageLoginProOrder) m_owner.ChangeUser();
-    if (!lastTotal.isEmpty()) m_owner.m_basket.ShowGesamt(lastTotal);
-    m_owner.m_screen.Yield();
-    m_owner.m_screen.FocusInput();
+    m_sale.Emptied();
+    m_sale.basket.rsBestellung().Requery();
+    m_sale.ResetKunde();
+    m_sale.screen.MovePointerAway();
+    m_sale.screen.Yield();
+    m_sale.basket.LoadBestellungen();
+    if (gAbfrageLoginProOrder) m_sale.ChangeUser();
+    if (!lastTotal.isEmpty()) m_sale.basket.ShowGesamt(lastTotal);
+    m_sale.screen.Yield();
+    m_sale.screen.FocusInput();
 }
 
-void Register::Payment::CreateRechnung(int& RechnungID) {
+void Payment::CreateRechnung(int& RechnungID) {
     RechnungID = 0;
     std::unique_ptr<Recordset> rechnung, detail;
     int begun = 0, booked = 0; // the receipt whose head is written, and how many lines of it
@@ -199,14 +189,14 @@ void Register::Payment::CreateRechnung(int& RechnungID) {
         rechnung->Update();
         begun = id;
 
-        Recordset& rs = m_owner.m_basket.rsBestellung();
+        Recordset& rs = m_sale.basket.rsBestellung();
         for (rs.Requery(); !rs.Eof(); rs.MoveNext()) {
             writeDetail(*detail, id);
-            if (!m_owner.m_basket.IsLieferscheinBon) moveStock(id);
+            if (!m_sale.basket.IsLieferscheinBon) moveStock(id);
             ++booked;
         }
-        // The literal 1 is what closings of delivery notes have always relied on.
-        if (m_owner.m_basket.IsLieferscheinBon)
+        // The number is fixed: this way marks delivery note 1 and no other.
+        if (m_sale.basket.IsLieferscheinBon)
             gDB->Execute(u"UPDATE Lieferung SET InRechnung=-1 WHERE LieferungID=1;"_s);
         RechnungID = id;
     };
@@ -218,7 +208,7 @@ void Register::Payment::CreateRechnung(int& RechnungID) {
                "viel und "
                "muss geprüft werden."_s.arg(begun)
                    .arg(booked)
-                   .arg(m_owner.m_basket.rowCount());
+                   .arg(m_sale.basket.rowCount());
     };
     Handle(
         "frmKasse", [&] { withAdvice(write, advice); },
@@ -228,8 +218,8 @@ void Register::Payment::CreateRechnung(int& RechnungID) {
         });
 }
 
-void Register::Payment::writeDetail(Recordset& detail, int id) {
-    const Recordset& rs = m_owner.m_basket.rsBestellung();
+void Payment::writeDetail(Recordset& detail, int id) {
+    const Recordset& rs = m_sale.basket.rsBestellung();
     const auto copy = [&](std::initializer_list<const char16_t*> columns) {
         for (const char16_t* column : columns)
             detail.Set(column, rs.Field(QStringView(column)));
@@ -247,21 +237,22 @@ void Register::Payment::writeDetail(Recordset& detail, int id) {
     detail.Set(u"VKPreisOrg", rs.Money(u"VKPreis"));
     copy({u"SteuerSatz", u"SNNummer", u"WarenGruppe", u"LangText", u"Zusatz1", u"Zusatz2", u"PreisInfo"});
     const auto supplier =
-        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer='"_s +
-                           rs.Text(u"ArtikelNummer") + u"';"_s);
+        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer="_s +
+                           sql::text(rs.Text(u"ArtikelNummer")) + u';');
     detail.Set(u"BestellNummer", supplier->Eof() ? u"nicht verfügbar"_s : supplier->Text(u"BestellNummer"));
     detail.Update();
 }
 
-void Register::Payment::moveStock(int id) {
-    const Recordset& rs = m_owner.m_basket.rsBestellung();
-    const QString nummer = rs.Text(u"ArtikelNummer");
+void Payment::moveStock(int id) {
+    const Recordset& rs = m_sale.basket.rsBestellung();
+    const QString nummer = sql::text(rs.Text(u"ArtikelNummer"));
     gDB->Execute(u"UPDATE Artikel SET IstBestand = (IstBestand - "_s +
-                 sqlNumber(rs.Number(u"Menge") * rs.Number(u"Buchungs_Menge")) +
-                 u") WHERE LagerAktiv=-1 AND Nummer='"_s + nummer + u"';"_s);
-    gDB->Execute(u"UPDATE ArtikelSerienNummern SET VKDatum='"_s + Today().toString(u"dd.MM.yyyy"_s) +
-                 u"', RechnungID="_s + QString::number(id) + u" WHERE ArtikelNummer='"_s + nummer +
-                 u"' AND SNNummer='"_s + rs.Text(u"SNNummer") + u"';"_s);
+                 sql::number(rs.Number(u"Menge") * rs.Number(u"Buchungs_Menge")) +
+                 u") WHERE LagerAktiv=-1 AND Nummer="_s + nummer + u';');
+    gDB->Execute(u"UPDATE ArtikelSerienNummern SET VKDatum="_s +
+                 sql::text(Today().toString(u"dd.MM.yyyy"_s)) + u", RechnungID="_s + sql::number(id) +
+                 u" WHERE ArtikelNummer="_s + nummer + u" AND SNNummer="_s + sql::text(rs.Text(u"SNNummer")) +
+                 u';');
 }
 
 } // namespace till

@@ -1,18 +1,19 @@
 #pragma once
 
-#include <register/Register.h>
-#include <text/Currency.h>
+#include <QString>
 
 class Recordset;
 enum class BelegArt;
 
 namespace till {
 
+class Sale;
+
 /// From the open lines to a booked and printed document.
-class Register::Payment {
+class Payment {
   public:
-    explicit Payment(Register& owner)
-        : m_owner(owner) {}
+    explicit Payment(Sale& sale)
+        : m_sale(sale) {}
 
     void Total();                            ///< cmdTotal
     void ByKarte(const QString& KartenName); ///< PayByKarte
@@ -34,7 +35,8 @@ class Register::Payment {
     /// Empties the sale for the next customer.
     void finish(const QString& lastTotal);
 
-    Register& m_owner;
+    Sale& m_sale;
+    bool m_paying = false; ///< a second total key must not book the same lines again
 };
 
 } // namespace till

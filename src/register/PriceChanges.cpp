@@ -1,5 +1,7 @@
 #include "PriceChanges.h"
 
+#include "Sale.h"
+
 #include <register/Prices.h>
 #include <register/gMaschine.h>
 #include <session/Globals.h>
@@ -8,33 +10,34 @@
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 
 using namespace Qt::StringLiterals;
 
 namespace till {
 
-bool Register::PriceChanges::mayChange() const {
+bool PriceChanges::mayChange() const {
     if (gKassenUser.R_Rabatt) return true;
     MsgBox(u"Sie besitzen nicht die nötigen Rechte um diese Aktion auszuführen."_s);
     return false;
 }
 
-bool Register::PriceChanges::lineMayBeDiscounted() const {
-    if (m_owner.m_basket.rsBestellung().Flag(u"IsRabatt")) return true;
+bool PriceChanges::lineMayBeDiscounted() const {
+    if (m_sale.basket.rsBestellung().Flag(u"IsRabatt")) return true;
     MsgBox(u"Dieser Artikel kann nicht rabattiert werden."_s);
     return false;
 }
 
-bool Register::PriceChanges::askRabatt() const {
+bool PriceChanges::askRabatt() const {
     gRabattAngabe = {};
-    m_owner.m_screen.MovePointerAway();
-    m_owner.m_screen.ShowRabatt();
+    m_sale.screen.MovePointerAway();
+    m_sale.screen.Show(Dialog::Rabatt);
     return gRabattAngabe.Ergebnis != 0;
 }
 
-void Register::PriceChanges::Rabatt() {
-    if (!gKFRabatt || m_owner.m_basket.isEmpty() || !mayChange()) return;
+void PriceChanges::Rabatt() {
+    if (!gKFRabatt || m_sale.basket.isEmpty() || !mayChange()) return;
     if (gKunde.Rabatt >= 1) {
         MsgBox(u"Diese Aktion ist nicht möglich, da der ausgewählte Kunde bereits rabattiert wurde."_s);
         return;
@@ -45,40 +48,39 @@ void Register::PriceChanges::Rabatt() {
         discountLine();
 }
 
-void Register::PriceChanges::discountLine() {
+void PriceChanges::discountLine() {
     if (!lineMayBeDiscounted() || !askRabatt()) return;
-    Recordset& rs = m_owner.m_basket.rsBestellung();
+    Recordset& rs = m_sale.basket.rsBestellung();
     rs.Edit();
     rs.Set(u"VKPreis_Rabatt", Discounted(rs.Money(u"VKPreis"), gRabattAngabe.Prozent));
     rs.Update();
-    m_owner.m_basket.ShowPrices();
-    m_owner.m_basket.RefreshGesamt();
+    m_sale.basket.ShowPrices();
+    m_sale.basket.RefreshGesamt();
 }
 
-void Register::PriceChanges::discountAll() {
+void PriceChanges::discountAll() {
     if (!askRabatt()) return;
     gDB->Execute(u"UPDATE Bestellung SET VKPreis_Rabatt = VKPreis - (VKPreis / 100 * "_s +
-                 CStr(Value(gRabattAngabe.Prozent)).replace(u',', u'.') +
-                 u") WHERE IsRabatt=-1 AND Maschine='"_s + gMaschine + u"';"_s);
-    m_owner.m_basket.LoadBestellungen();
-    m_owner.m_basket.RefreshGesamt();
+                 sql::number(gRabattAngabe.Prozent) + u") WHERE IsRabatt=-1 AND Maschine="_s +
+                 sql::text(gMaschine) + u';');
+    m_sale.basket.LoadBestellungen();
+    m_sale.basket.RefreshGesamt();
 }
 
-void Register::PriceChanges::ArtikelPreis() {
-    if (!gKFFreierArtikelPreis || m_owner.m_basket.isEmpty() || !mayChange() || !lineMayBeDiscounted())
-        return;
-    Recordset& rs = m_owner.m_basket.rsBestellung();
+void PriceChanges::ArtikelPreis() {
+    if (!gKFFreierArtikelPreis || m_sale.basket.isEmpty() || !mayChange() || !lineMayBeDiscounted()) return;
+    Recordset& rs = m_sale.basket.rsBestellung();
     gPreisAngabe = {0, rs.Money(u"VKPreis")};
-    m_owner.m_screen.ShowFreierPreis();
-    m_owner.m_screen.MovePointerAway();
+    m_sale.screen.Show(Dialog::FreierPreis);
+    m_sale.screen.MovePointerAway();
     if (gPreisAngabe.Ergebnis == 0) return;
     gPreisAngabe.Ergebnis = 0;
     rs.Edit();
     rs.Set(u"VKPreis", gPreisAngabe.Preis);
     rs.Set(u"VKPreis_Rabatt", gPreisAngabe.Preis);
     rs.Update();
-    m_owner.m_basket.ShowPrices();
-    m_owner.m_basket.RefreshGesamt();
+    m_sale.basket.ShowPrices();
+    m_sale.basket.RefreshGesamt();
 }
 
 } // namespace till

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <register/Register.h>
-
 namespace till {
+
+class Sale;
 
 /// Prices changed by hand after a line was entered. A discount always starts from `VKPreis`, so a second one
 /// replaces the first; a free price overwrites both columns and becomes the base of a later discount.
-class Register::PriceChanges {
+class PriceChanges {
   public:
-    explicit PriceChanges(Register& owner)
-        : m_owner(owner) {}
+    explicit PriceChanges(Sale& sale)
+        : m_sale(sale) {}
 
     void Rabatt();       ///< cmdRabatt
     void ArtikelPreis(); ///< cmdArtikelPreis
@@ -21,7 +21,7 @@ class Register::PriceChanges {
     void discountLine();
     void discountAll();
 
-    Register& m_owner;
+    Sale& m_sale;
 };
 
 } // namespace till

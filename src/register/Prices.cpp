@@ -3,6 +3,7 @@
 #include <session/Globals.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 #include <text/RuntimeError.h>
@@ -34,8 +35,8 @@ Currency Discounted(Currency price, Currency percent) {
 
 Currency ActionPrice(const QString& artikelNummer, Currency vkPreis) {
     const auto rs =
-        gDB->OpenRecordset(u"SELECT AktionsPreis, Von, Bis FROM AktionsPreise WHERE ArtikelNummer='"_s +
-                           artikelNummer + u"';"_s);
+        gDB->OpenRecordset(u"SELECT AktionsPreis, Von, Bis FROM AktionsPreise WHERE ArtikelNummer="_s +
+                           sql::text(artikelNummer) + u';');
     if (rs->Eof()) return vkPreis;
     const DateTime now = DateTime::fromQDateTime(Now());
     const auto from = rs->Date(u"Von"), until = rs->Date(u"Bis");

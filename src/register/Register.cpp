@@ -1,8 +1,8 @@
 #include "Cancellation.h"
-#include "CustomerDisplay.h"
 #include "Entry.h"
 #include "Payment.h"
 #include "PriceChanges.h"
+#include "Sale.h"
 
 #include <devices/CashDrawer.h>
 #include <register/Register.h>
@@ -22,26 +22,24 @@ namespace till {
 
 Register::Register(RegisterScreen& screen, QObject* parent)
     : QObject(parent)
-    , m_screen(screen)
-    , m_display(std::make_unique<CustomerDisplay>())
-    , m_basket(screen, *m_display)
-    , m_entry(std::make_unique<Entry>(*this)) {}
+    , m_sale(std::make_unique<Sale>(screen))
+    , m_entry(std::make_unique<Entry>(*m_sale))
+    , m_payment(std::make_unique<Payment>(*m_sale)) {
+    connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
+    connect(m_entry.get(), &Entry::MalChanged, this, &Register::MalChanged);
+    connect(m_sale.get(), &Sale::TitleChanged, this, &Register::TitleChanged);
+    connect(m_sale.get(), &Sale::UserChanged, this, &Register::UserChanged);
+}
 
 Register::~Register() = default;
 
-bool Register::Trap(const std::function<void()>& body) {
-    const bool ok = Handle("frmKasse", body, [this] {
-        m_basket.CancelEdit();
-        if (m_rsArtikel) m_rsArtikel->CancelUpdate();
-    });
-    if (!ok) Handle("frmKasse", [this] { m_basket.RefreshGesamt(); });
-    return ok;
+template <typename Body>
+bool Register::Trap(Body&& body) {
+    return m_sale->Trap(std::forward<Body>(body));
 }
 
-Recordset& Register::rsArtikel() {
-    if (!m_rsArtikel) throw RuntimeError(91, u"Die Artikel sind nicht geladen"_s, u"frmKasse"_s);
-    return *m_rsArtikel;
-}
+Basket& Register::basket() { return m_sale->basket; }
+const QString& Register::Title() const { return m_sale->Title(); }
 
 void Register::Load() {
     gPrintMode = gDruckerDefault;
@@ -49,20 +47,20 @@ void Register::Load() {
     Trap([this] { m_karten = ArticleKeys::ReadKarten(); });
     gMaschine = gSystem->ComputerName();
     Trap([this] {
-        m_rsArtikel = gDB->OpenRecordset(u"Artikel"_s);
-        m_basket.Open();
+        m_entry->Open();
+        m_sale->basket.Open();
     });
     Trap([this] { m_keys.LoadGroups(); });
     cmdGruppe_Click(0);
-    ResetKunde();
+    m_sale->ResetKunde();
     emit UserChanged(UserDisplay());
     LoadBestellungen();
 }
 
-Register::Unload Register::QueryUnload() {
+Unload Register::QueryUnload() {
     Unload answer = Unload::Close;
-    Trap([this] { ClearPaid(); });
-    Trap([&] { answer = Cancellation(*this).QueryUnload(); });
+    Trap([this] { m_sale->ClearPaid(); });
+    Trap([&] { answer = Cancellation(*m_sale).QueryUnload(); });
     return answer;
 }
 
@@ -87,59 +85,50 @@ void Register::cmdClear_Click() {
 void Register::cmdPlus_Click() {
     Trap([this] { m_entry->AddQuantity(1); });
 }
-void Register::cmdEnter_Click() {
-    Trap([this] {
-        ClearPaid();
-        m_entry->Decide();
-    });
-}
+void Register::cmdEnter_Click() { m_entry->Enter(); }
 void Register::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {
-    Trap([&] { m_entry->ExpandLinks(ArtikelNummer, Menge); });
+    m_entry->BookVerbundArtikel(ArtikelNummer, Menge);
 }
+bool Register::IsVerbundBuchung() const { return m_entry->IsVerbundBuchung; }
 
 void Register::MoveSelection(int rows) {
-    const int row = m_basket.selected() + rows;
-    if (!m_basket.isEmpty() && row >= 0 && row < m_basket.rowCount()) ItemClick(row);
+    const int row = m_sale->basket.selected() + rows;
+    if (!m_sale->basket.isEmpty() && row >= 0 && row < m_sale->basket.rowCount()) ItemClick(row);
 }
 
 void Register::ItemClick(int row) {
-    Trap([&] { m_basket.ItemClick(row); });
+    Trap([&] { m_sale->basket.ItemClick(row); });
 }
 
-bool Register::AddArtikelToBestellung() {
-    return Trap([this] {
-        m_entry->Clear();
-        m_basket.AddArtikelToBestellung();
-    });
-}
+bool Register::AddArtikelToBestellung() { return m_entry->AddArtikelToBestellung(); }
 
 void Register::LoadBestellungen() {
-    Trap([this] { m_basket.LoadBestellungen(); });
+    Trap([this] { m_sale->basket.LoadBestellungen(); });
 }
 void Register::RefreshGesamt() {
-    Trap([this] { m_basket.RefreshGesamt(); });
+    Trap([this] { m_sale->basket.RefreshGesamt(); });
 }
 void Register::cmdStorno_Click() {
     Trap([this] {
-        ClearPaid();
-        Cancellation(*this).Storno();
+        m_sale->ClearPaid();
+        Cancellation(*m_sale).Storno();
     });
 }
 void Register::cmdRabatt_Click() {
-    Trap([this] { PriceChanges(*this).Rabatt(); });
+    Trap([this] { PriceChanges(*m_sale).Rabatt(); });
 }
 void Register::cmdArtikelPreis_Click() {
-    Trap([this] { PriceChanges(*this).ArtikelPreis(); });
+    Trap([this] { PriceChanges(*m_sale).ArtikelPreis(); });
 }
 void Register::cmdTotal_Click() {
-    Trap([this] { Payment(*this).Total(); });
+    Trap([this] { m_payment->Total(); });
 }
 void Register::cmdKarte_Click() {
     if (gZVTEnabled) return PayByKarte({});
-    Trap([this] { m_screen.ShowKartenMenu(); });
+    Trap([this] { m_sale->screen.Show(Dialog::KartenMenu); });
 }
 void Register::PayByKarte(const QString& KartenName) {
-    Trap([&] { Payment(*this).ByKarte(KartenName); });
+    Trap([&] { m_payment->ByKarte(KartenName); });
 }
 
 void Register::OpenKassenLade() { ::OpenKassenLade(DrawerOwner::Kasse); }
@@ -149,7 +138,7 @@ void Register::OpenLade_Click() {
 
 void Register::TerminalFunction(TerminalAct act) {
     Trap([&] {
-        m_screen.MovePointerAway();
+        m_sale->screen.MovePointerAway();
         if (!gZVTEnabled || !gZVT) return;
         switch (act) {
         case TerminalAct::Storno:
@@ -170,52 +159,18 @@ void Register::cmdKunde_Click() {
             return;
         }
         gKunde.Ergebnis = 0;
-        m_screen.ShowKundenSuche();
-        m_screen.MovePointerAway();
+        m_sale->screen.Show(Dialog::KundenSuche);
+        m_sale->screen.MovePointerAway();
         if (gKunde.Ergebnis == 0) return;
         gKunde.Ergebnis = 0;
-        RebuildTitle(true);
-        m_basket.LoadBestellungen();
+        m_sale->RebuildTitle(true);
+        m_sale->basket.LoadBestellungen();
     });
 }
 
-void Register::ChangeUser() {
-    Trap([this] {
-        if (!gKFBenutzerWechsel) return;
-        struct Forced {
-            Forced() { gLoginPflicht = true; }
-            ~Forced() { gLoginPflicht = false; }
-        };
-        {
-            const Forced forced;
-            m_screen.ShowDesktopLogin();
-        }
-        emit UserChanged(UserDisplay());
-    });
-}
-
-QString Register::UserDisplay() const { return gKassenUser.Vorname + u' ' + gKassenUser.Name; }
-
-// A booked sale must not be booked again because the store was away when its lines should go.
-void Register::ClearPaid() {
-    if (!m_paid) return;
-    m_basket.DeleteRows(m_paid->lastID);
-    m_paid.reset();
-    ResetKunde();
-    m_basket.LoadBestellungen();
-}
-
-void Register::ResetKunde() {
-    gKunde = KundeRecord::Standard();
-    RebuildTitle(false);
-}
-
-void Register::RebuildTitle(bool doubleAmpersand) {
-    QString name = gKunde.Name_1;
-    if (doubleAmpersand) name.replace(u"&"_s, u"&&"_s);
-    m_title = gKunde.Anrede + u' ' + name + u"  -  Rabatt: "_s + QString::number(gKunde.Rabatt) + u"/100"_s;
-    emit TitleChanged(m_title);
-}
+void Register::ChangeUser() { m_sale->ChangeUser(); }
+QString Register::UserDisplay() const { return Sale::UserDisplay(); }
+void Register::SetLCDDefault() { m_sale->basket.SetLCDDefault(); }
 
 void Register::cmdGruppe_Click(int Index) {
     Trap([&] { m_keys.PressGroup(Index); });
@@ -225,7 +180,7 @@ void Register::cmdGruppe_Click(int Index) {
 void Register::cmdArtikel_Click(int Index) {
     if (Index < 0 || Index >= ArticleKeys::Keys) return;
     SetInput(m_keys.key(Index).artikelNummer);
-    m_screen.FocusInput();
+    m_sale->screen.FocusInput();
     cmdEnter_Click();
 }
 
@@ -235,7 +190,7 @@ void Register::txtInput_GotFocus() {
 }
 
 void Register::txtInput_LostFocus() {
-    if (!IsShortCutFocus) m_screen.FocusInput();
+    if (!IsShortCutFocus) m_sale->screen.FocusInput();
 }
 
 void Register::cmdGruppe_GotFocus() {
@@ -244,10 +199,10 @@ void Register::cmdGruppe_GotFocus() {
 
 void Register::ToggleShortCutFocus() {
     if (IsShortCutFocus) {
-        m_screen.FocusInput();
+        m_sale->screen.FocusInput();
     } else {
         IsShortCutFocus = true;
-        m_screen.FocusGruppe();
+        m_sale->screen.FocusGruppe();
     }
 }
 

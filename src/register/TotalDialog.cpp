@@ -6,6 +6,7 @@
 #include <session/gUser.h>
 #include <session/gZahlung.h>
 #include <store/Database.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 
@@ -63,8 +64,10 @@ bool TotalDialog::Bar() {
 }
 
 bool TotalDialog::AHVerkauf() {
+    // The rate goes in as it is shown. One with decimals carries a comma, with which the statement fails:
+    // nothing is changed then, and nothing is paid.
     gDB->Execute(u"UPDATE Bestellung SET SteuerSatz="_s + CStr(Value(gHalberSteuerSatz)) +
-                 u" WHERE Maschine='"_s + gMaschine + u"';"_s);
+                 u" WHERE Maschine="_s + sql::text(gMaschine) + u';');
     return Bar();
 }
 

@@ -5,10 +5,12 @@
 #include <text/Convert.h>
 #include <text/Format.h>
 #include <text/RuntimeError.h>
-
-#include <optional>
 #include <zvt/CZVT.h>
 #include <zvt/protocol/Fields.h>
+
+#include <QScopedValueRollback>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using zvt::TerminalSession;
@@ -67,16 +69,7 @@ class CZVT::Cashier {
             tell(u"Das Kartenterminal ist noch beschäftigt."_s);
             return decltype(act())();
         }
-        struct Busy {
-            explicit Busy(bool& flag_)
-                : flag(flag_) {
-                flag = true;
-            }
-            ~Busy() { flag = false; }
-            Busy(const Busy&) = delete;
-            Busy& operator=(const Busy&) = delete;
-            bool& flag;
-        } const busy(m_busy);
+        const QScopedValueRollback busy(m_busy, true);
         return act();
     }
 

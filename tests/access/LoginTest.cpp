@@ -42,7 +42,7 @@ TEST_F(LoginTest, ListsActivePeopleOnlyAndTheRegisterListsAll) {
 }
 
 TEST_F(LoginTest, ThePinIsTextWithItsZeros) {
-    for (const QString& wrong : {u"12"_s, QString(), u"0012 "_s}) {
+    for (const QString& wrong : {u"12"_s, QString(), u"0012 "_s, u"x' OR '1'='1"_s}) {
         dialogs.expectMsgBox(u"Sie haben eine ungültige PIN eingegeben."_s, MsgIcon::Critical);
         EXPECT_EQ(LoginResult::WrongPin, Anmelden(key(m_lena), wrong));
     }

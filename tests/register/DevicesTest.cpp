@@ -4,7 +4,10 @@
 #include <devices/SerialControl.h>
 
 #include <QElapsedTimer>
-#include <QThread>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 // What the customer's display shows and when the drawer opens, read at the other end of the line.
 
@@ -29,14 +32,12 @@ class Devices : public Till {
     /// The display stands still: it takes no byte more.
     void jam() {
         display.hold();
-        QThread::msleep(30); // it may have had a read under way
         fcntl(display.cable(), F_SETFL, O_NONBLOCK);
         const QByteArray much(4096, 'x');
-        for (int full = 0; full < 5; ++full) { // the system moves what it has taken, which makes room
-            while (write(display.cable(), much.constData(), size_t(much.size())) > 0)
-                full = 0;
-            QThread::msleep(10);
-        }
+        // The system makes room once more by moving what it has taken, as does a read that was under way.
+        for (pollfd room{display.cable(), POLLOUT, 0}; poll(&room, 1, 100) > 0;)
+            while (write(display.cable(), much.constData(), size_t(much.size())) > 0) {
+            }
     }
 
     Pty display;
@@ -60,17 +61,18 @@ TEST_F(Devices, TheCustomerFollowsTheSale) {
     type(u"2+"_s);
     const QByteArray three = message("Fruechtebroetchen gr    3x 1 Stueck 1,50");
     expectShown(three, "more of it");
-    screen.expect("FreierPreis", [] { gPreisAngabe = {1, Currency::fromDouble(0.5)}; });
+    screen.expect(till::Dialog::FreierPreis, [] { gPreisAngabe = {1, Currency::fromDouble(0.5)}; });
     reg->cmdArtikelPreis_Click();
     expectShown(message("Fruechtebroetchen gr    3x 1 Stueck 0,50"), "another price");
     dialogs.expectMsgBox(u"Möchten Sie alle...*"_s, MsgIcon::Question, MsgAnswer::No);
-    screen.expect("Rabatt", [] { gRabattAngabe = {Currency::fromInteger(50), 1}; });
+    screen.expect(till::Dialog::Rabatt, [] { gRabattAngabe = {Currency::fromInteger(50), 1}; });
     reg->cmdRabatt_Click();
     expectShown(message("Fruechtebroetchen gr    3x 1 Stueck 0,25"), "a discount");
-    screen.expect("FreierPreis", [] { gPreisAngabe = {1, Currency::fromDouble(1.5)}; });
+    screen.expect(till::Dialog::FreierPreis, [] { gPreisAngabe = {1, Currency::fromDouble(1.5)}; });
     reg->cmdArtikelPreis_Click();
     expectShown(three, "the old price");
-    screen.expect("KasseTotal", [&] { expectShown(toPay("                8,70"), "before the dialog"); });
+    screen.expect(till::Dialog::KasseTotal,
+                  [&] { expectShown(toPay("                8,70"), "before the dialog"); });
     reg->cmdTotal_Click();
     expectShown(three, "payment cancelled");
     gRoundDecimal = true;
@@ -111,7 +113,7 @@ TEST_F(Devices, RoundedAmountsKeepThePlaceOfTheLongerText) {
     const QByteArray plain = toPay("              12,345"), rounded = toPay("              12,35 ");
     for (const bool round : {false, true}) {
         gRoundDecimal = round;
-        screen.expect("KasseTotal", [&] { expectShown(round ? rounded : plain, "cash"); });
+        screen.expect(till::Dialog::KasseTotal, [&] { expectShown(round ? rounded : plain, "cash"); });
         reg->cmdTotal_Click();
         (void)display.received(42);
     }
@@ -130,7 +132,7 @@ TEST_F(Devices, DrawerAndDisplayShareAPort) {
     scan(u"1"_s);
     expectShown(select + rolls + deselect, "line");
     const QByteArray amount = select + toPay("                1,50") + deselect;
-    screen.expect("KasseTotal", [&] {
+    screen.expect(till::Dialog::KasseTotal, [&] {
         expectShown(amount + drawer, "the drawer is open while the cashier counts");
         gZahlung.Ergebnis = 1;
     });

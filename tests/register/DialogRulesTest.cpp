@@ -14,6 +14,15 @@ Currency money(double value) { return Currency::fromDouble(value); }
 
 class DialogRules : public Till {};
 
+int errorOf(const std::function<void()>& act) {
+    try {
+        act();
+    } catch (const RuntimeError& error) {
+        return error.Number;
+    }
+    return 0;
+}
+
 TEST_F(DialogRules, PaymentDialog) {
     gZahlung.Betrag_Gesamt = money(12.5);
     till::TotalDialog dialog;
@@ -152,6 +161,7 @@ TEST_F(DialogRules, ArticlesOfAnOrderNumber) {
     EXPECT_EQ(u"1 Tee Nordhof"_s, hits[0].ArtikelNummer + u' ' + hits[0].Name + u' ' + hits[0].Lieferant);
     EXPECT_EQ(u"weg  Nordhof"_s, hits[1].ArtikelNummer + u' ' + hits[1].Name + u' ' + hits[1].Lieferant);
     EXPECT_TRUE(till::FindOrderNumber(u"C"_s).empty());
+    EXPECT_EQ(3075, errorOf([] { (void)till::FindOrderNumber(u"x' OR '1'='1"_s); }));
 }
 
 TEST_F(DialogRules, CustomerSearch) {
@@ -184,7 +194,10 @@ TEST_F(DialogRules, CustomerSearch) {
     search.Search(till::CustomerSearch::Town, u"ümlaut"_s);
     EXPECT_EQ(u"Standardkunde"_s, names());
     EXPECT_EQ(u"ID0"_s, search.key(0));
-    EXPECT_THROW(search.Search(till::CustomerSearch::Town, u"O'"_s), RuntimeError);
+    for (const auto by : {till::CustomerSearch::Name, till::CustomerSearch::Town})
+        for (const QString& text : {u"O'"_s, u"x' OR '1'='1"_s, u"*' OR Gesperrt=-1 OR 'x' LIKE '"_s})
+            EXPECT_EQ(3075, errorOf([&] { search.Search(by, text); }));
+    EXPECT_EQ(u"Standardkunde"_s, names()); // the list before stays
 
     search.Search(till::CustomerSearch::Town, u"kiel"_s);
     names();

@@ -51,14 +51,18 @@ TEST_F(Entry, MultiplierBeforeOrBehindTheStar) {
 TEST_F(Entry, QuantityKeysWorkOnTheSelectedLine) {
     type(u"+"_s); // on an empty list
     EXPECT_EQ(u""_s, reg->Input());
-    reg->cmdPlus_Click();
+    type(u"7"_s);
+    reg->cmdPlus_Click(); // adds nothing and empties the box
+    EXPECT_EQ(u""_s, reg->Input());
     type(u"2-"_s);
     EXPECT_EQ(u"2-"_s, reg->Input());
     reg->cmdClear_Click();
 
     scan(u"5"_s);
     type(u"+"_s);
-    reg->cmdPlus_Click();
+    type(u"12"_s);
+    reg->cmdPlus_Click(); // one more, whatever stands in the box
+    EXPECT_EQ(u""_s, reg->Input());
     type(u"3+"_s);
     EXPECT_EQ(u"5|Brot|6|1 Stück|3,20|19,20"_s, line(0));
     type(u"4-"_s);
@@ -69,7 +73,15 @@ TEST_F(Entry, QuantityKeysWorkOnTheSelectedLine) {
     EXPECT_EQ(u""_s, reg->Input());
     dialogs.expectError(13);
     type(u"a+"_s);
+    EXPECT_EQ(u"a+"_s, reg->Input());
     reg->cmdClear_Click();
+    type(u"1,5-"_s); // the number as it stands
+    EXPECT_EQ(u"5|Brot|0,5|1 Stück|3,20|1,60"_s, line(0));
+    dialogs.expectMsgBox(u"Die Anzahl konnte nicht veringert werden, da nur 0,5 Aritkel gebucht sind."_s);
+    type(u"0,5-"_s);
+    type(u"1,5+"_s); // a whole number, half to even
+    EXPECT_EQ(u"2,5"_s, reg->basket().cell(0, till::Basket::Anz));
+    type(u"0,5-"_s);
     EXPECT_EQ(QStringList{u"2"_s}, shop.rows(u"SELECT Buchungs_Menge FROM Bestellung"_s));
 
     shop.db().Execute(u"UPDATE Bestellung SET ArtikelNummer='401-Gutschein'"_s);
@@ -93,7 +105,7 @@ TEST_F(Entry, FreeAmount) {
 
     // The first use of a fresh till asks, and from then on always; the rate is remembered.
     shop.setIni(u"SERVICE"_s, u"ShowManualArtikelDialog"_s, u""_s);
-    screen.expect("FreierArtikel", [] {
+    screen.expect(till::Dialog::FreierArtikel, [] {
         EXPECT_EQ(u"Diverser Artikel"_s, gFreierArtikel.Name);
         gFreierArtikel = {1, u"Kerze"_s, u"Deko"_s, 7.5};
     });
@@ -101,7 +113,8 @@ TEST_F(Entry, FreeAmount) {
     EXPECT_EQ(u"1"_s, shop.ini(u"SERVICE"_s, u"ShowManualArtikelDialog"_s));
     EXPECT_EQ(u"400-Diverses|Kerze|1|1 Stück|2,50|2,50"_s, line(1));
     type(u"3*"_s);
-    screen.expect("FreierArtikel", [] { EXPECT_DOUBLE_EQ(7.5, gFreierArtikel.SteuerSatz); }); // cancelled
+    screen.expect(till::Dialog::FreierArtikel,
+                  [] { EXPECT_DOUBLE_EQ(7.5, gFreierArtikel.SteuerSatz); }); // cancelled
     scan(u"2,50"_s);
     EXPECT_EQ(u""_s, reg->Mal());
     EXPECT_EQ(2, reg->basket().rowCount());
@@ -134,9 +147,26 @@ TEST_F(Entry, UnknownCodesOnlySound) {
     scan(u"ABC1234567890"_s);
     EXPECT_EQ(u"ABC1234567890"_s, reg->Input());
     reg->cmdClear_Click();
+    EXPECT_TRUE(reg->basket().isEmpty());
+}
+
+TEST_F(Entry, ACodeNeverCarriesSql) {
+    shop.person(u"Lena"_s, u"Brandt"_s, u"0012"_s);
+    for (const QString& code :
+         {u"O'Neill"_s, u"x' OR '1'='1"_s, u"5'; DELETE FROM Artikel"_s, u"123456789012'"_s,
+          u"x' OR EXISTS (SELECT ID FROM Personal WHERE PIN='0012') OR '1'='2"_s}) {
+        dialogs.expectError(3075);
+        scan(code);
+        dialogs.verify();
+        EXPECT_TRUE(dialogs.lastMessage.contains(u"Das abschließende Anführungszeichen fehlt."_s));
+        EXPECT_EQ(code, reg->Input()); // to be corrected
+        reg->cmdClear_Click();
+    }
+    EXPECT_TRUE(reg->basket().isEmpty());
+    EXPECT_EQ(0, screen.sounds); // nobody was asked
+    scan(u"x'' OR ''1''=''1"_s); // stays a code, if a strange one
+    EXPECT_EQ(1, screen.sounds);
     scan(u"5"_s);
-    dialogs.expectError(3075);
-    scan(u"O'Neill"_s); // an apostrophe ends the text of the statement
     EXPECT_EQ(u"3,20"_s, reg->basket().Gesamt());
 }
 
@@ -174,14 +204,14 @@ TEST_F(Entry, OrderNumbersOfSuppliers) {
     type(u"3*"_s);
     scan(u"L1"_s);
     EXPECT_EQ(u"5|Brot|3|1 Stück|3,20|9,60"_s, line(0));
-    screen.expect("ArtikelLieferanten", [] {
-        EXPECT_EQ(u"L2"_s, gArtikelLieferant.BestellNummer);
-        gArtikelLieferant.ArtikelNummer = u"4140000000000"_s;
+    screen.expect(till::Dialog::ArtikelLieferanten, [] {
+        EXPECT_EQ(u"L2"_s, gBestellNummerWahl.BestellNummer);
+        gBestellNummerWahl.ArtikelNummer = u"4140000000000"_s;
     });
     scan(u"L2"_s);
     EXPECT_EQ(u"Tageszeitung"_s, reg->basket().cell(1, till::Basket::Artikelname));
     type(u"3*"_s);
-    screen.expect("ArtikelLieferanten", [] {});
+    screen.expect(till::Dialog::ArtikelLieferanten, [] {});
     scan(u"L2"_s);
     EXPECT_EQ(u""_s, reg->Mal());
     EXPECT_EQ(0, screen.sounds);
@@ -211,7 +241,7 @@ TEST_F(Entry, LinkedArticlesGoOneLevelDeep) {
                            u"12|Pfandkiste|3|1 Stück|1,50|4,50"_s}),
               list());
     EXPECT_EQ(1, screen.sounds);
-    EXPECT_FALSE(reg->IsVerbundBuchung);
+    EXPECT_FALSE(reg->IsVerbundBuchung());
     scan(u"12"_s);
     EXPECT_EQ(5, reg->basket().rowCount());
 }
@@ -228,7 +258,7 @@ TEST_F(Entry, InactiveArticleIsRefused) {
 TEST_F(Entry, PriceAskedAtSale) {
     shop.article(u"7"_s, u"Blumen"_s, 10,
                  {{u"PreisAngabe"_s, true}, {u"VKPreis2"_s, Currency::fromDouble(8)}});
-    screen.expect("PreisAngabe", [] {
+    screen.expect(till::Dialog::PreisAngabe, [] {
         EXPECT_EQ(Currency::fromDouble(10), gArtikel.VKPreis);
         EXPECT_EQ(0, gArtikel.Ergebnis);
     });
@@ -238,14 +268,14 @@ TEST_F(Entry, PriceAskedAtSale) {
         gArtikel.VKPreis = Currency::fromDouble(12);
         gArtikel.Ergebnis = 1;
     };
-    screen.expect("PreisAngabe", twelve);
+    screen.expect(till::Dialog::PreisAngabe, twelve);
     scan(u"7"_s);
     EXPECT_EQ(u"12,00"_s, reg->basket().Gesamt());
     gKunde.PreisGruppe = 1; // a group with a price of its own does not follow
-    screen.expect("PreisAngabe", twelve);
+    screen.expect(till::Dialog::PreisAngabe, twelve);
     scan(u"7"_s);
     EXPECT_EQ(u"20,00"_s, reg->basket().Gesamt());
-    screen.expect("PreisAngabe", [] { throw RuntimeError(5, u"kein Fenster"_s); });
+    screen.expect(till::Dialog::PreisAngabe, [] { throw RuntimeError(5, u"kein Fenster"_s); });
     scan(u"7"_s); // a dialog that cannot come up counts as cancelled
     EXPECT_EQ(2, reg->basket().rowCount());
 }

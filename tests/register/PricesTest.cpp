@@ -71,7 +71,7 @@ class Prices : public Till {
     }
     void discount(MsgAnswer all, double percent) {
         dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, all);
-        screen.expect("Rabatt", [percent] { gRabattAngabe = {money(percent), 1}; });
+        screen.expect(till::Dialog::Rabatt, [percent] { gRabattAngabe = {money(percent), 1}; });
         reg->cmdRabatt_Click();
     }
 };
@@ -117,7 +117,7 @@ TEST_F(Prices, DiscountOnAllSparesWhatMayNotBeDiscounted) {
     EXPECT_EQ((QStringList{u"10|7,5"_s, u"20|20"_s, u"10|7,5"_s, u"4|4"_s}), prices());
     EXPECT_EQ(u"50,00"_s, reg->basket().Gesamt());
     dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, MsgAnswer::Yes);
-    screen.expect("Rabatt", [] {}); // cancelled
+    screen.expect(till::Dialog::Rabatt, [] {}); // cancelled
     reg->cmdRabatt_Click();
     EXPECT_EQ(u"50,00"_s, reg->basket().Gesamt());
 }
@@ -125,7 +125,7 @@ TEST_F(Prices, DiscountOnAllSparesWhatMayNotBeDiscounted) {
 TEST_F(Prices, FreePriceIsTheBaseOfALaterDiscount) {
     type(u"2*"_s);
     scan(u"1"_s);
-    screen.expect("FreierPreis", [] {
+    screen.expect(till::Dialog::FreierPreis, [] {
         EXPECT_EQ(money(10), gPreisAngabe.Preis);
         gPreisAngabe = {1, money(8)};
     });
@@ -134,7 +134,7 @@ TEST_F(Prices, FreePriceIsTheBaseOfALaterDiscount) {
     discount(MsgAnswer::No, 10);
     EXPECT_EQ(QStringList{u"8|7,2"_s}, prices());
     EXPECT_EQ(u"14,40"_s, reg->basket().Gesamt());
-    screen.expect("FreierPreis", [] { gPreisAngabe.Preis = money(1); }); // cancelled
+    screen.expect(till::Dialog::FreierPreis, [] { gPreisAngabe.Preis = money(1); }); // cancelled
     reg->cmdArtikelPreis_Click();
     EXPECT_EQ(QStringList{u"8|7,2"_s}, prices());
 }
@@ -164,7 +164,7 @@ TEST_F(Prices, WhoMayChangePrices) {
 
 TEST_F(Prices, NewCustomerDoesNotRepriceOldLines) {
     scan(u"1"_s);
-    screen.expect("KundenSuche", [] {
+    screen.expect(till::Dialog::KundenSuche, [] {
         gKunde = KundeRecord::Standard();
         gKunde.Anrede = u"Firma"_s;
         gKunde.Name_1 = u"Müller & Sohn"_s;

@@ -44,7 +44,7 @@ TEST_F(Sale, StandsWhenThePrinterIsGoneAndPrintsLater) {
     for (const int mode : {1, 2}) {
         gPrintMode = mode;
         scan(u"2000000000017"_s);
-        screen.expect("KasseTotal", [] {
+        screen.expect(till::Dialog::KasseTotal, [] {
             gZahlung.Ergebnis = 1;
             gZahlung.ZahlArt = u"BAR"_s;
         });
@@ -84,7 +84,7 @@ TEST_F(Sale, FromScanToBookedDocument) {
     EXPECT_EQ(u""_s, reg->Input());
     dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, MsgAnswer::No,
                          u"Rabatt auf alles..."_s);
-    screen.expect("Rabatt", [] { gRabattAngabe = {Currency::fromInteger(10), 1}; });
+    screen.expect(till::Dialog::Rabatt, [] { gRabattAngabe = {Currency::fromInteger(10), 1}; });
     reg->cmdRabatt_Click();
     EXPECT_EQ(u"2000000000017|Äpfel Elstar|3|1 Stück|1,79|5,37"_s, line(0));
     EXPECT_EQ(u"25,47"_s, reg->basket().Gesamt());
@@ -127,7 +127,7 @@ TEST_F(Sale, SerialNumbersOfTheLineAreMarkedSold) {
 TEST_F(Sale, CancelledPaymentLeavesTheSaleOpen) {
     reg->cmdTotal_Click(); // nothing to pay: no dialog
     scan(u"2000000000017"_s);
-    screen.expect("KasseTotal", [] {
+    screen.expect(till::Dialog::KasseTotal, [] {
         EXPECT_EQ(Currency::fromDouble(1.99), gZahlung.Betrag_Gesamt);
         EXPECT_EQ(0, gZahlung.Ergebnis);
     });
@@ -163,7 +163,8 @@ TEST_F(Sale, RoundingOfTheAmountToPay) {
     gRoundDecimal = true;
     shop.article(u"5"_s, u"Schrauben"_s, 12.345);
     scan(u"5"_s);
-    screen.expect("KasseTotal", [] { EXPECT_EQ(Currency::fromDouble(12.35), gZahlung.Betrag_Gesamt); });
+    screen.expect(till::Dialog::KasseTotal,
+                  [] { EXPECT_EQ(Currency::fromDouble(12.35), gZahlung.Betrag_Gesamt); });
     reg->cmdTotal_Click();
     gShowWechselgeldDialog = false; // without the dialog the amount is what the screen shows
     reg->cmdTotal_Click();
@@ -178,8 +179,8 @@ TEST_F(Sale, AfterTheSaleLoginAndLastTotal) {
     QString user;
     QObject::connect(reg.get(), &till::Register::UserChanged, [&](const QString& text) { user = text; });
     scan(u"2000000000017"_s);
-    screen.expect("KasseTotal", [] { gZahlung.Ergebnis = 1; });
-    screen.expect("DesktopLogin", [] {
+    screen.expect(till::Dialog::KasseTotal, [] { gZahlung.Ergebnis = 1; });
+    screen.expect(till::Dialog::DesktopLogin, [] {
         EXPECT_TRUE(gLoginPflicht);
         gKassenUser.ID = 4;
         gKassenUser.Vorname = u"Uwe"_s;

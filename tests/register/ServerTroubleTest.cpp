@@ -1,5 +1,6 @@
 #include "ServerTill.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QThread>
 
@@ -210,16 +211,20 @@ TEST_F(ServerTrouble, AFullServerIsToldAndNothingIsHalfThere) {
 
 TEST_F(ServerTrouble, ALockOfMoreThanTenSecondsIsToldAndThenForgotten) {
     scan(u"1"_s);
-    std::thread other([this] {
-        server->sql(u"laden"_s,
-                    u"BEGIN; LOCK TABLE \"Bestellung\" IN EXCLUSIVE MODE; SELECT pg_sleep(12); COMMIT"_s);
+    std::thread other([this] { // holds the lock until it is sent home
+        EXPECT_THROW(server->sql(u"laden"_s, u"BEGIN; LOCK TABLE \"Bestellung\" IN EXCLUSIVE MODE; "
+                                             "SELECT pg_sleep(600)"_s),
+                     RuntimeError);
     });
-    while (onServer(u"SELECT count(*) FROM pg_locks WHERE mode='ExclusiveLock' AND locktype='relation'"_s) ==
-           u"0"_s)
+    const QString holder =
+        u" FROM pg_locks WHERE mode='ExclusiveLock' AND relation='\"Bestellung\"'::regclass"_s;
+    QDeadlineTimer deadline(30'000);
+    while (onServer(u"SELECT count(*)"_s + holder) == u"0"_s && !deadline.hasExpired())
         QThread::msleep(20);
     dialogs.expectError(3260);
     scan(u"2"_s);
     EXPECT_EQ(reg->basket().rowCount(), 1);
+    server->sql(u"laden"_s, u"SELECT pg_terminate_backend(pid)"_s + holder);
     other.join();
     scan(u"2"_s);
     expectSale({u"1"_s, u"2"_s});

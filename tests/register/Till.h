@@ -17,7 +17,7 @@
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
-#include <string>
+#include <harness/Session.h>
 
 using namespace Qt::StringLiterals;
 
@@ -25,24 +25,22 @@ using namespace Qt::StringLiterals;
 class ScriptedScreen : public till::RegisterScreen {
   public:
     ~ScriptedScreen() override {
-        for (const auto& [name, answer] : m_expected)
-            ADD_FAILURE() << "never shown: " << name;
+        for (const auto& [which, answer] : m_expected)
+            ADD_FAILURE() << "never shown: dialog " << int(which);
     }
-    void expect(std::string name, std::function<void()> answer) {
-        m_expected.emplace_back(std::move(name), std::move(answer));
+    void expect(till::Dialog which, std::function<void()> answer) {
+        m_expected.emplace_back(which, std::move(answer));
     }
 
-    void ShowPreisAngabe() override { show("PreisAngabe"); }
-    void ShowRabatt() override { show("Rabatt"); }
-    void ShowFreierPreis() override { show("FreierPreis"); }
-    void ShowFreierArtikel() override { show("FreierArtikel"); }
-    void ShowArtikelLieferanten() override { show("ArtikelLieferanten"); }
-    void ShowKasseTotal() override { show("KasseTotal"); }
-    void ShowPrintDlg() override { show("PrintDlg"); }
-    void ShowRechnungsVorlage() override { show("RechnungsVorlage"); }
-    void ShowKundenSuche() override { show("KundenSuche"); }
-    void ShowDesktopLogin() override { show("DesktopLogin"); }
-    void ShowKartenMenu() override { show("KartenMenu"); }
+    void Show(till::Dialog which) override {
+        if (m_expected.empty() || m_expected.front().first != which) {
+            ADD_FAILURE() << "nobody expected dialog " << int(which);
+            return;
+        }
+        const auto answer = m_expected.front().second;
+        m_expected.pop_front();
+        answer();
+    }
     void UnknownArticleSound() override { ++sounds; }
     void MovePointerAway() override {}
     void Yield() override {
@@ -55,16 +53,7 @@ class ScriptedScreen : public till::RegisterScreen {
     std::function<void()> onYield;
 
   private:
-    void show(const std::string& name) {
-        if (m_expected.empty() || m_expected.front().first != name) {
-            ADD_FAILURE() << "nobody expected " << name;
-            return;
-        }
-        const auto answer = m_expected.front().second;
-        m_expected.pop_front();
-        answer();
-    }
-    std::deque<std::pair<std::string, std::function<void()>>> m_expected;
+    std::deque<std::pair<till::Dialog, std::function<void()>>> m_expected;
 };
 
 /// A till in a small shop: what is typed and scanned here goes through the real core into a real store.
@@ -72,16 +61,7 @@ class Till : public testing::Test {
   protected:
     explicit Till(const QString& server = {})
         : shop(server) {
-        gFormatPreis = u"###0.00"_s;
-        gDecimalStellen = 2;
-        gVollerSteuerSatz = 19;
-        gHalberSteuerSatz = 7;
-        gShowWechselgeldDialog = gShowLagerBestand = gEnabledOrderSearch = true;
-        gKFMinusBuchung = gKFRabatt = gKFFreierArtikelPreis = gKFKunden = gKFBenutzerWechsel = true;
-        gKassenUser.ID = 3;
-        gKassenUser.Vorname = u"Jana"_s;
-        gKassenUser.Name = u"Koch"_s;
-        gKassenUser.R_Rabatt = gKassenUser.R_KassenAbschluss = gKassenUser.R_Kunden = true;
+        tillSession();
         writeFile(u"karten.txt"_s, "VISA\r\n\r\nGirocard\r\n");
     }
     void SetUp() override { open(); }
@@ -119,7 +99,7 @@ class Till : public testing::Test {
         return lines;
     }
     void payCash(double given) {
-        screen.expect("KasseTotal", [given] {
+        screen.expect(till::Dialog::KasseTotal, [given] {
             gZahlung.Ergebnis = 1;
             gZahlung.ZahlArt = u"BAR"_s;
             gZahlung.Betrag_Gegeben = Currency::fromDouble(given);

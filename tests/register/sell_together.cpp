@@ -1,17 +1,17 @@
-#include "NoScreen.h"
-
 #include <register/Register.h>
 #include <register/gMaschine.h>
-#include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QThread>
 
+#include <harness/NoScreen.h>
+#include <harness/Session.h>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -65,8 +65,8 @@ int sell(double seconds) {
         reg.cmdTotal_Click();
         if (!basket.isEmpty()) giveUp("the paid sale is still there");
         lines = 0;
-        const auto last = gDB->OpenRecordset(
-            u"SELECT MAX(RechnungID) AS ID FROM Rechnung WHERE Maschine='"_s + gMaschine + u"'"_s);
+        const auto last = gDB->OpenRecordset(u"SELECT MAX(RechnungID) AS ID FROM Rechnung WHERE Maschine="_s +
+                                             sql::text(gMaschine));
         tell(u"= %1 %2"_s.arg(last->Long(u"ID")).arg(total));
     }
     return 0;
@@ -79,7 +79,6 @@ int main(int argc, char** argv) {
     NoDialogs dialogs;
     SetDialogHost(&dialogs);
     startSession(QString::fromLocal8Bit(argv[1]) + QDir::separator());
-    gShowLagerBestand = true;
     try {
         gDB = Database::OpenDatabase(QString::fromLocal8Bit(argv[2]));
         tell(u"ready"_s);

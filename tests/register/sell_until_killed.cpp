@@ -1,12 +1,12 @@
-#include "NoScreen.h"
-
 #include <register/Register.h>
-#include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 
 #include <QDir>
+
+#include <harness/NoScreen.h>
+#include <harness/Session.h>
 
 using namespace Qt::StringLiterals;
 

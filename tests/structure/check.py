@@ -129,7 +129,7 @@ def cores_without_widgets(files: dict[str, str], widgets: set[str]) -> list[str]
 
 
 def check(root: pathlib.Path, widgets: set[str]) -> list[str]:
-    files = sources(root, "src", "tests", "bench")
+    files = sources(root, "src", "harness", "tests", "bench")
     if not files:
         return [f"no sources below {root}"]
     stale = [f"{name}: no longer needs its exception" for name in LONG_FILES

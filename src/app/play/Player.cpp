@@ -9,6 +9,7 @@
 #include <session/Globals.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 #include <text/RuntimeError.h>
@@ -184,11 +185,8 @@ Player::Result Player::answerBox(const QString& answer, const QString& text) {
 }
 
 Player::Result Player::checkLines(const QString& count) {
-    const auto rows = gDB->OpenRecordset(
-        u"SELECT COUNT(*) AS Anzahl FROM Bestellung WHERE Maschine='%1';"_s.arg(gSystem->ComputerName()));
-    if (rows->Long(u"Anzahl") != CLng(count)) {
-        throw Failure{u"%1 Zeilen statt %2."_s.arg(rows->Long(u"Anzahl")).arg(count)};
-    }
+    const int open = sql::count(*gDB, u"Bestellung WHERE Maschine="_s + sql::text(gSystem->ComputerName()));
+    if (open != CLng(count)) throw Failure{u"%1 Zeilen statt %2."_s.arg(open).arg(count)};
     return Result::Done;
 }
 
@@ -250,7 +248,8 @@ Player::Result Player::checkPage(const QString& name) {
 }
 
 void Player::checkStock(const QString& number, const QString& amount) {
-    const auto rows = gDB->OpenRecordset(u"SELECT IstBestand FROM Artikel WHERE Nummer='%1';"_s.arg(number));
+    const auto rows =
+        gDB->OpenRecordset(u"SELECT IstBestand FROM Artikel WHERE Nummer=%1;"_s.arg(sql::text(number)));
     if (rows->Eof()) throw RuntimeError(5, u"den Artikel %1 gibt es nicht."_s.arg(number));
     const QString stock = NumberText(rows->Number(u"IstBestand"));
     note(u"Bestand von %1: %2"_s.arg(number, stock));

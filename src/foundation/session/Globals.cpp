@@ -55,7 +55,7 @@ Currency gKassenBestand;
 RabattAngabe gRabattAngabe;
 PreisAngabe gPreisAngabe;
 FreierArtikel gFreierArtikel;
-ArtikelLieferant gArtikelLieferant;
+BestellNummerWahl gBestellNummerWahl;
 VorlagenAuswahl gVorlagenAuswahl;
 ArtikelRecord gArtikel;
 KundeRecord gKunde = KundeRecord::Standard();
@@ -116,8 +116,8 @@ void ResetSession() {
           gKFFreierArtikelPreis, gKFKunden, gKFRabatt, gKFAuftrag, gKFMinusBuchung);
     clear(gColorBack1, gColorBack2, gColorBack3, gColorBack4);
     clear(gKassenBestand);
-    clear(gRabattAngabe, gPreisAngabe, gFreierArtikel, gArtikelLieferant, gVorlagenAuswahl, gArtikel, gUser, gKassenUser,
-          gLoginPflicht, gZahlung);
+    clear(gRabattAngabe, gPreisAngabe, gFreierArtikel, gBestellNummerWahl, gVorlagenAuswahl, gArtikel, gUser,
+          gKassenUser, gLoginPflicht, gZahlung);
     gKunde = KundeRecord::Standard();
 }
 

@@ -8,7 +8,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QScopeGuard>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include <memory>
@@ -131,8 +131,7 @@ bool EntryKeyboard::toShortCutKey(const QKeyEvent& key) {
 
 void EntryKeyboard::sendTo(QWidget* target, const QKeyEvent& key) {
     const std::unique_ptr<QKeyEvent> copy(key.clone());
-    const QEvent* outer = std::exchange(m_sent, copy.get());
-    const auto done = qScopeGuard([this, outer] { m_sent = outer; });
+    const QScopedValueRollback<const QEvent*> sent(m_sent, copy.get());
     QApplication::sendEvent(target, copy.get());
 }
 

@@ -23,11 +23,23 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 #include <QStyle>
 
+#include <map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+template <typename Form>
+void modal(frmKasse& kasse) {
+    Form dialog(&kasse);
+    ShowModal(dialog);
+}
+
+} // namespace
 
 frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     : QWidget(parent)
@@ -261,9 +273,8 @@ void frmKasse::unload() {
 
 void frmKasse::closeEvent(QCloseEvent* event) {
     if (!m_unloaded) {
-        m_inCloseEvent = true;
+        const QScopedValueRollback inCloseEvent(m_inCloseEvent, true);
         m_queue->run([this] { unload(); });
-        m_inCloseEvent = false;
     }
     event->setAccepted(m_unloaded);
 }
@@ -283,46 +294,27 @@ bool frmKasse::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-void frmKasse::ShowPreisAngabe() {
-    frmKassePreisAngabe dialog(this);
-    ShowModal(dialog);
+void frmKasse::Show(till::Dialog which) {
+    using till::Dialog;
+    static const std::map<Dialog, void (*)(frmKasse&)> table{
+        {Dialog::PreisAngabe, modal<frmKassePreisAngabe>},
+        {Dialog::Rabatt, modal<frmKasseRabatt>},
+        {Dialog::FreierPreis, modal<frmKasseFreierPreis>},
+        {Dialog::FreierArtikel, modal<frmKasseFreierArtikel>},
+        {Dialog::ArtikelLieferanten, modal<frmKasseArtikelLieferanten>},
+        {Dialog::KasseTotal, modal<frmKasseTotal>},
+        {Dialog::PrintDlg, modal<frmKassePrintDlg>},
+        {Dialog::RechnungsVorlage, modal<frmRechnungsVorlage>},
+        {Dialog::KundenSuche, modal<frmKasseKundenSuche>},
+        {Dialog::DesktopLogin,
+         [](frmKasse& kasse) {
+             if (kasse.m_showDesktopLogin) kasse.m_showDesktopLogin();
+         }},
+        {Dialog::KartenMenu, [](frmKasse& kasse) { kasse.m_menus->showKarte(kasse.m_ui->cmdKarte); }},
+    };
+    table.at(which)(*this);
 }
-void frmKasse::ShowRabatt() {
-    frmKasseRabatt dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowFreierPreis() {
-    frmKasseFreierPreis dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowFreierArtikel() {
-    frmKasseFreierArtikel dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowArtikelLieferanten() {
-    frmKasseArtikelLieferanten dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowKasseTotal() {
-    frmKasseTotal dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowPrintDlg() {
-    frmKassePrintDlg dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowRechnungsVorlage() {
-    frmRechnungsVorlage dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowKundenSuche() {
-    frmKasseKundenSuche dialog(this);
-    ShowModal(dialog);
-}
-void frmKasse::ShowDesktopLogin() {
-    if (m_showDesktopLogin) m_showDesktopLogin();
-}
-void frmKasse::ShowKartenMenu() { m_menus->showKarte(m_ui->cmdKarte); }
+
 void frmKasse::UnknownArticleSound() { SoundUnknownArticle(); }
 void frmKasse::MovePointerAway() { ::MovePointerAway(); }
 void frmKasse::Yield() { QCoreApplication::processEvents(); }

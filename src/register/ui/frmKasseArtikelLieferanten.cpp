@@ -16,7 +16,7 @@ frmKasseArtikelLieferanten::frmKasseArtikelLieferanten(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmKasseArtikelLieferanten>()) {
     m_ui->setupUi(this);
     Handle("frmKasseArtikelLieferanten",
-           [this] { m_hits = till::FindOrderNumber(gArtikelLieferant.BestellNummer); });
+           [this] { m_hits = till::FindOrderNumber(gBestellNummerWahl.BestellNummer); });
     const auto column = [this](QString till::OrderNumberHit::*field) {
         return [this, field](int row) { return m_hits.at(static_cast<std::size_t>(row)).*field; };
     };
@@ -37,7 +37,7 @@ frmKasseArtikelLieferanten::frmKasseArtikelLieferanten(QWidget* parent)
 
     m_ui->wizPane->setHeaderDescription(
         u"Die Bestellnummer %1 passt zu mehreren Artikeln. Bitte wählen Sie den richtigen aus."_s.arg(
-            gArtikelLieferant.BestellNummer));
+            gBestellNummerWahl.BestellNummer));
     connect(list, &QTableView::doubleClicked, this, &frmKasseArtikelLieferanten::ok);
     connect(m_ui->cmdOK, &TouchKey::clicked, this, &frmKasseArtikelLieferanten::ok);
     connect(m_ui->cmdCancel, &TouchKey::clicked, this, &frmKasseArtikelLieferanten::reject);
@@ -48,12 +48,12 @@ frmKasseArtikelLieferanten::~frmKasseArtikelLieferanten() = default;
 void frmKasseArtikelLieferanten::ok() {
     const int row = m_ui->lvwArtikel->currentIndex().row();
     if (row < 0) return;
-    gArtikelLieferant.ArtikelNummer = m_hits.at(static_cast<std::size_t>(row)).ArtikelNummer;
+    gBestellNummerWahl.ArtikelNummer = m_hits.at(static_cast<std::size_t>(row)).ArtikelNummer;
     accept();
 }
 
 void frmKasseArtikelLieferanten::reject() {
-    gArtikelLieferant.ArtikelNummer.clear();
+    gBestellNummerWahl.ArtikelNummer.clear();
     QDialog::reject();
 }
 

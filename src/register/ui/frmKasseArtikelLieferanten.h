@@ -11,7 +11,7 @@ namespace Ui {
 class frmKasseArtikelLieferanten;
 }
 
-/// The choice between articles that suppliers deliver under the same order number: gArtikelLieferant.
+/// The choice between articles that suppliers deliver under the same order number: gBestellNummerWahl.
 class frmKasseArtikelLieferanten : public QDialog {
     Q_OBJECT
 

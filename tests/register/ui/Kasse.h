@@ -25,6 +25,7 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <harness/Session.h>
 
 using namespace Qt::StringLiterals;
 
@@ -38,22 +39,12 @@ inline void keep(QWidget& form, const QString& name) {
 class Kasse : public testing::Test {
   protected:
     Kasse() {
-        gFormatPreis = u"###0.00"_s;
-        gWaehrungsSymbol = u"€"_s;
-        gDecimalStellen = 2;
-        gVollerSteuerSatz = 19;
-        gHalberSteuerSatz = 7;
+        tillSession();
         gColorBack1 = 13813442;
         gColorBack2 = 16777215;
         gColorBack3 = 16118256;
         gColorBack4 = 9533303;
         Theme::Apply();
-        gShowWechselgeldDialog = gShowLagerBestand = gEnabledOrderSearch = gDisabledAskForNewArtikel = true;
-        gKFMinusBuchung = gKFRabatt = gKFFreierArtikelPreis = gKFKunden = gKFBenutzerWechsel = true;
-        gKassenUser.ID = 3;
-        gKassenUser.Vorname = u"Jana"_s;
-        gKassenUser.Name = u"Koch"_s;
-        gKassenUser.R_Rabatt = gKassenUser.R_KassenAbschluss = gKassenUser.R_Kunden = true;
         shop.article(bread, u"Dinkelbrot 750 g"_s, 4.50);
         shop.article(milk, u"Hafermilch 1 l"_s, 1.79, {{u"Einheit"_s, u"l"_s}});
         shop.article(u"77"_s, u"Blumenstrauß"_s, 0, {{u"PreisAngabe"_s, true}});

@@ -47,6 +47,10 @@ class Basket : public QAbstractTableModel {
     /// Opens the rows of gMaschine; nothing is shown before LoadBestellungen.
     void Open();
 
+    /// The guard of every handler of the register: a failure drops what is pending in the record set, is
+    /// reported, and the total is summed anew. True when the body went through.
+    bool Trap(const std::function<void()>& body);
+
     /// Adds a line from gArtikel, gKunde, gKassenUser and gMaschine and selects it.
     void AddArtikelToBestellung();
     /// Rebuilds the list from the store, selects the last row and refreshes the total.
@@ -59,7 +63,7 @@ class Basket : public QAbstractTableModel {
     void ItemClick(int row);
 
     /// Adds `amount` to the quantity of the selected line.
-    void ChangeQuantity(int amount);
+    void ChangeQuantity(double amount);
     /// Shows price and amount of the selected line anew after they were changed in the record
     /// set, and follows it.
     void ShowPrices();
@@ -120,7 +124,6 @@ class Basket : public QAbstractTableModel {
     void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);
     [[nodiscard]] Line currentLine(); ///< of rsBestellung
-    void guard(const std::function<void()>& body);
     void follow(int row);
     void show(int row, const Line& line); ///< stock, picture, customer's display
     void showStock(const Line& line);

@@ -11,7 +11,7 @@ struct OrderNumberHit {
     QString ArtikelNummer, Name, Lieferant;
 };
 
-/// The articles of gArtikelLieferant.BestellNummer, for frmKasseArtikelLieferanten. `Name` and `Lieferant`
+/// The articles of gBestellNummerWahl.BestellNummer, for frmKasseArtikelLieferanten. `Name` and `Lieferant`
 /// are empty where the article or the supplier is gone.
 [[nodiscard]] std::vector<OrderNumberHit> FindOrderNumber(const QString& BestellNummer);
 

@@ -8,11 +8,20 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <memory>
-#include <optional>
 
 namespace till {
+
+class Entry;
+class Payment;
+class Sale;
+
+/// What became of the wish to leave the register.
+enum class Unload {
+    Stay, ///< the user keeps the open sale and the register
+    Close,
+    CloseWithParked ///< parked sales were kept
+};
 
 /// The register (frmKasse) without its widgets. Every routine here is an event handler of its own: it traps
 /// its failures, drops what was pending in the record sets, reports and refreshes the total. So none of them
@@ -34,11 +43,7 @@ class Register : public QObject {
 
     /// Print mode, cards, customer, gMaschine, record sets, keys, title and the rows of an interrupted sale.
     void Load();
-    enum class Unload {
-        Stay, ///< the user keeps the open sale and the register
-        Close,
-        CloseWithParked ///< parked sales were kept
-    };
+    using Unload = till::Unload;
     /// Asks about open and parked sales and cancels them.
     [[nodiscard]] Unload QueryUnload();
 
@@ -56,6 +61,7 @@ class Register : public QObject {
     void cmdEnter_Click();
     /// Adds the articles that are sold together with an article.
     void BookVerbundArtikel(const QString& ArtikelNummer, double Menge);
+    [[nodiscard]] bool IsVerbundBuchung() const; ///< linked articles are being entered
     /// Up (-1) and down (+1) in txtInput; stops at the ends.
     void MoveSelection(int rows);
     void txtInput_GotFocus();
@@ -64,7 +70,7 @@ class Register : public QObject {
     void ToggleShortCutFocus(); ///< Shift+S
 
     // Basket
-    [[nodiscard]] Basket& basket() { return m_basket; }
+    [[nodiscard]] Basket& basket();
     void lvwBestellung_ItemClick(int row) { ItemClick(row); }
     void ItemClick(int row);
     /// Adds a line from gArtikel and empties the entry; false when it failed and nothing was added.
@@ -86,14 +92,12 @@ class Register : public QObject {
     // Drawer and display
     void OpenKassenLade();
     void OpenLade_Click(); ///< the same from key and menu, if gKFKassenlade
-    void SetLCDDefault() { m_basket.SetLCDDefault(); }
+    void SetLCDDefault();
 
     // Customer and user
     void cmdKunde_Click();
     void ChangeUser();
-    [[nodiscard]] const QString& Title() const {
-        return m_title;
-    } ///< Title_Bestellung; "&&" stands for one "&"
+    [[nodiscard]] const QString& Title() const; ///< Title_Bestellung; "&&" stands for one "&"
     [[nodiscard]] QString UserDisplay() const;
 
     // Keys
@@ -102,8 +106,7 @@ class Register : public QObject {
     void cmdArtikel_Click(int Index);
     [[nodiscard]] const QStringList& Karten() const { return m_karten; } ///< of karten.txt
 
-    bool IsVerbundBuchung = false; ///< linked articles are being entered and expand no further
-    bool IsShortCutFocus = false;  ///< the focus is wanted on the group keys
+    bool IsShortCutFocus = false; ///< the focus is wanted on the group keys
 
   signals:
     void InputChanged(const QString& text);
@@ -113,33 +116,15 @@ class Register : public QObject {
     void KeysChanged(); ///< group or article keys
 
   private:
-    class Entry;
-    class Payment;
-    class PriceChanges;
-    class Cancellation;
+    /// Runs a handler's body under its trap.
+    template <typename Body>
+    bool Trap(Body&& body);
 
-    /// Runs a handler's body under its trap; true when it went through.
-    bool Trap(const std::function<void()>& body);
-    [[nodiscard]] Recordset& rsArtikel(); ///< raises 91 before Load
-    void ClearPaid();                     ///< takes the lines away that m_paid left
-    void ResetKunde();                    ///< to the standard customer
-    /// A title that shows an ampersand of the customer's name has it doubled.
-    void RebuildTitle(bool doubleAmpersand);
-
-    RegisterScreen& m_screen;
-    std::unique_ptr<CustomerDisplay> m_display;
-    Basket m_basket;
-    ArticleKeys m_keys;
-    std::unique_ptr<Recordset> m_rsArtikel;
-    QString m_title;
-    QStringList m_karten;
+    std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
-    /// A sale that is booked and whose lines could not be taken away yet.
-    struct Paid {
-        int Rechnung, lastID;
-    };
-    std::optional<Paid> m_paid;
-    bool m_paying = false; ///< a second total key must not book the same lines again
+    std::unique_ptr<Payment> m_payment;
+    ArticleKeys m_keys;
+    QStringList m_karten;
 };
 
 } // namespace till

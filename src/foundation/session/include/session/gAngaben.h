@@ -28,10 +28,10 @@ extern FreierArtikel gFreierArtikel;
 
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
-struct ArtikelLieferant {
+struct BestellNummerWahl {
     QString BestellNummer, ArtikelNummer;
 };
-extern ArtikelLieferant gArtikelLieferant;
+extern BestellNummerWahl gBestellNummerWahl;
 
 /// The closing text of an invoice: `Ergebnis` 0 cancelled, 1 the one of the template, 2 `Text`.
 struct VorlagenAuswahl {

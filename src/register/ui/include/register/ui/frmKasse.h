@@ -67,17 +67,7 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     void showClock();
 
     // What the register asks for
-    void ShowPreisAngabe() override;
-    void ShowRabatt() override;
-    void ShowFreierPreis() override;
-    void ShowFreierArtikel() override;
-    void ShowArtikelLieferanten() override;
-    void ShowKasseTotal() override;
-    void ShowPrintDlg() override;
-    void ShowRechnungsVorlage() override;
-    void ShowKundenSuche() override;
-    void ShowDesktopLogin() override;
-    void ShowKartenMenu() override;
+    void Show(till::Dialog which) override;
     void UnknownArticleSound() override;
     void MovePointerAway() override;
     void Yield() override;

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <register/RegisterScreen.h>
-#include <session/CSystem.h>
-#include <session/Globals.h>
 #include <session/MsgBox.h>
 
 #include <cstdio>
@@ -11,17 +9,7 @@
 /// A screen that nobody looks at: every dialog is left without an answer.
 class NoScreen : public till::RegisterScreen {
   public:
-    void ShowPreisAngabe() override {}
-    void ShowRabatt() override {}
-    void ShowFreierPreis() override {}
-    void ShowFreierArtikel() override {}
-    void ShowArtikelLieferanten() override {}
-    void ShowKasseTotal() override {}
-    void ShowPrintDlg() override {}
-    void ShowRechnungsVorlage() override {}
-    void ShowKundenSuche() override {}
-    void ShowDesktopLogin() override {}
-    void ShowKartenMenu() override {}
+    void Show(till::Dialog) override {}
     void UnknownArticleSound() override {}
     void MovePointerAway() override {}
     void Yield() override {}
@@ -39,13 +27,3 @@ class NoDialogs : public DialogHost {
     std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { std::exit(1); }
     std::optional<QString> chooseFile(const FileRequest&) override { std::exit(1); }
 };
-
-/// What a till without start-up needs before its store is opened; `folder` ends in a separator.
-inline void startSession(const QString& folder) {
-    ResetSession();
-    gSystem = std::make_unique<CSystem>();
-    gAppPath = gDBPath = folder;
-    gFormatPreis = QStringLiteral("###0.00");
-    gDecimalStellen = 2;
-    gVollerSteuerSatz = 19;
-}
