@@ -146,12 +146,12 @@ TerminalSession::Outcome TerminalSession::judge(const Dialogue::Result& result,
         return failed(result.failure.text);
     case End::Aborted:
         // A booking that ends in an abort may have been taken back.
-        return result.isBooked() ? Outcome::Unknown : failed(result.failure.text);
+        if (result.isBooked()) return Outcome::Unknown;
+        return failed(withOwnWords(result.failure.text, result.status ? result.status->text : QString()));
     case End::Completed:
         if (result.isBooked()) return booked(*result.status);
         if (result.status && result.status->result)
-            return failed(result.status->text.isEmpty() ? resultText(*result.status->result)
-                                                        : result.status->text);
+            return failed(withOwnWords(resultText(*result.status->result), result.status->text));
         if (!amount) return booked({}); // an end of day need not tell more
         return Outcome::Unknown;
     case End::Lost:
@@ -220,7 +220,8 @@ TerminalSession::Outcome TerminalSession::compare(const StatusInfo& last) {
     const QString none = u"Das Terminal hat sie nicht ausgeführt."_s;
     if (last.isSameAct(*before)) return failed(none);
     m_last = last;
-    if (!last.isBooked()) return failed(none + u' ' + resultText(*last.result));
+    if (!last.isBooked())
+        return failed(none + u' ' + withOwnWords(resultText(*last.result), last.text));
     if (m_unsettled->amount && last.amount != m_unsettled->amount) return Outcome::Unknown;
     return booked(last);
 }

@@ -142,6 +142,17 @@ TEST_P(CardTerminalTest, FindsAndPays) {
     EXPECT_EQ(terminal->journal(), QStringList());
 }
 
+TEST_P(CardTerminalTest, TheCashierReadsWhatTheTerminalSaysOfARefusal) {
+    plug({u"abort-words"_s, u"end-words"_s});
+    for (int end = 0; end < 2; ++end) {
+        dialogs.expectMsgBox(u"Die Kartenzahlung wurde nicht ausgeführt.\n\nAbbruch oder Zeitüberschreitung am "
+                             "Terminal: Karte abgelehnt"_s,
+                             MsgIcon::Exclamation);
+        EXPECT_FALSE(pay(12.34));
+    }
+    EXPECT_TRUE(pay(12.34));
+}
+
 TEST_P(CardTerminalTest, AnotherAmountIsNotPaid) {
     plug({u"wrong"_s, u"unreadable"_s});
     expectTold(u"Die Kartenzahlung gilt nicht: Das Kartenterminal meldet 13,34 € statt 12,34 €."_s,
