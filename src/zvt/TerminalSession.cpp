@@ -1,7 +1,8 @@
 #include "TerminalSession.h"
 
-#include <algorithm>
 #include <zvt/protocol/Fields.h>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -220,8 +221,7 @@ TerminalSession::Outcome TerminalSession::compare(const StatusInfo& last) {
     const QString none = u"Das Terminal hat sie nicht ausgeführt."_s;
     if (last.isSameAct(*before)) return failed(none);
     m_last = last;
-    if (!last.isBooked())
-        return failed(none + u' ' + withOwnWords(resultText(*last.result), last.text));
+    if (!last.isBooked()) return failed(none + u' ' + withOwnWords(resultText(*last.result), last.text));
     if (m_unsettled->amount && last.amount != m_unsettled->amount) return Outcome::Unknown;
     return booked(last);
 }

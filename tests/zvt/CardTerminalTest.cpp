@@ -3,6 +3,7 @@
 #include <session/Log.h>
 #include <support/ScriptedDialogs.h>
 #include <text/RuntimeError.h>
+#include <zvt/CZVT.h>
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -11,7 +12,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-#include <zvt/CZVT.h>
 
 using namespace Qt::StringLiterals;
 
@@ -145,9 +145,10 @@ TEST_P(CardTerminalTest, FindsAndPays) {
 TEST_P(CardTerminalTest, TheCashierReadsWhatTheTerminalSaysOfARefusal) {
     plug({u"abort-words"_s, u"end-words"_s});
     for (int end = 0; end < 2; ++end) {
-        dialogs.expectMsgBox(u"Die Kartenzahlung wurde nicht ausgeführt.\n\nAbbruch oder Zeitüberschreitung am "
-                             "Terminal: Karte abgelehnt"_s,
-                             MsgIcon::Exclamation);
+        dialogs.expectMsgBox(
+            u"Die Kartenzahlung wurde nicht ausgeführt.\n\nAbbruch oder Zeitüberschreitung am "
+            "Terminal: Karte abgelehnt"_s,
+            MsgIcon::Exclamation);
         EXPECT_FALSE(pay(12.34));
     }
     EXPECT_TRUE(pay(12.34));

@@ -1,8 +1,9 @@
-#include <gtest/gtest.h>
 #include <zvt/protocol/Describe.h>
 #include <zvt/protocol/Fields.h>
 #include <zvt/protocol/Messages.h>
 #include <zvt/protocol/SerialFrame.h>
+
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace zvt;

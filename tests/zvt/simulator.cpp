@@ -6,9 +6,10 @@
 // containers in a registration).
 #include "SimulatorLine.h"
 
+#include <zvt/protocol/Fields.h>
+
 #include <csignal>
 #include <deque>
-#include <zvt/protocol/Fields.h>
 
 using namespace zvt;
 

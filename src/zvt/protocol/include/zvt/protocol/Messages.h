@@ -1,11 +1,12 @@
 #pragma once
 
+#include <zvt/protocol/Apdu.h>
+#include <zvt/protocol/Texts.h>
+
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-#include <zvt/protocol/Apdu.h>
-#include <zvt/protocol/Texts.h>
 
 namespace zvt {
 
