@@ -4,6 +4,7 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/Settings.h>
 #include <session/gAngaben.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
@@ -184,7 +185,7 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
     const QString rate = gSystem->ReadProfileString(service, lastRate, KonfigIni());
     if (IsNumeric(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
     const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
-    if (show.isEmpty()) gSystem->WriteProfileString(service, showDialog, u"1"_s, KonfigIni());
+    if (show.isEmpty()) KeepSetting(service, showDialog, u"1"_s);
     if (show.isEmpty() || show == u"1"_s)
         ask(m_owner.m_screen, [&] { m_owner.m_screen.ShowFreierArtikel(); });
     else
@@ -193,7 +194,7 @@ Register::Entry::Next Register::Entry::freeAmount(const QString& trimmed) {
         Clear();
         return Next::End;
     }
-    gSystem->WriteProfileString(service, lastRate, NumberText(gFreierArtikel.SteuerSatz), KonfigIni());
+    KeepSetting(service, lastRate, NumberText(gFreierArtikel.SteuerSatz));
     const int menge = multiplier();
     gArtikel = freeRecord(u"400-Diverses"_s, gFreierArtikel.Name, gFreierArtikel.WarenGruppe, amount,
                           gFreierArtikel.SteuerSatz);
