@@ -1,7 +1,7 @@
 #include "BookedData.h"
 #include "Kunde.h"
 
-#include <devices/Port.h>
+#include <devices/ReceiptLine.h>
 #include <printing/Beleg.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
@@ -121,9 +121,9 @@ void print(int RechnungID) {
     const int copies = gDruckerKopies;
     for (int copy = 1; copy <= copies; ++copy) {
         // Opened and closed for each copy, so that the drawer on the same line can be opened in between.
-        Port port(u"COM"_s + QString::number(gPrintDirectIOPort));
-        port.write(bonBytes(RechnungID, *rechnung));
-        port.close();
+        if (SendToReceiptPrinter(bonBytes(RechnungID, *rechnung))) continue;
+        MsgBox(u"Der Druck wurde abgebrochen. Die Buchung bleibt davon unberührt."_s);
+        break;
     }
     gKunde = KundeRecord::Standard();
 }

@@ -47,7 +47,7 @@ Dialogue::Result TerminalSession::runRegistration(Dialogue& dialogue, bool keepS
     return dialogue.run(command(registration, data), {.amount = {}, .keepStray = keepStray});
 }
 
-bool TerminalSession::connectAndRegister(TerminalScreen* screen, bool keepStray) {
+bool TerminalSession::connectAndRegister(WaitScreen* screen, bool keepStray) {
     m_reason.clear();
     m_transport->close();
     const auto stop = [&] { return screen && givesUp(*screen); };
@@ -85,7 +85,7 @@ Dialogue::Result TerminalSession::repeatReceipt(Dialogue& dialogue) {
                         {.amount = {}, .keepStray = true});
 }
 
-bool TerminalSession::givesUp(TerminalScreen& screen) {
+bool TerminalSession::givesUp(WaitScreen& screen) {
     m_givenUp = m_givenUp || screen.TakeCancel();
     return m_givenUp;
 }
@@ -111,7 +111,7 @@ void TerminalSession::learnLastAct() {
 }
 
 TerminalSession::Outcome TerminalSession::act(const Apdu& command, std::optional<qint64> amount,
-                                              TerminalScreen& screen) {
+                                              WaitScreen& screen) {
     m_cancelled = false;
     m_lines.clear();
     Dialogue::Result result;
@@ -167,7 +167,7 @@ void TerminalSession::forgetUnsettled() {
     m_askedLast = false;
 }
 
-TerminalSession::Outcome TerminalSession::settle(TerminalScreen& screen) {
+TerminalSession::Outcome TerminalSession::settle(WaitScreen& screen) {
     m_log.note(u"asking how it ended"_s);
     screen.Show(u"Die Verbindung ist unterbrochen.\nDas Terminal wird nach dem Ausgang gefragt..."_s);
     m_givenUp = false;

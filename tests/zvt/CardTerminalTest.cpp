@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Notes what the cashier reads; presses the key to cancel when a text comes that is waited for.
-class Screen : public zvt::TerminalScreen {
+class Screen : public WaitScreen {
   public:
     void Begin(const QString& title, const QString& text) override {
         EXPECT_FALSE(open);

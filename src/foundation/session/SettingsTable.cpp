@@ -54,6 +54,11 @@ std::vector<Setting> table() {
          .target = &gPrintBruttoToFormular,
          .back = u"0",
          .backSection = global},
+        {.section = drucker,
+         .key = u"BonWartezeit",
+         .kind = Number,
+         .target = &gBonWartezeit,
+         .fallback = u"30"},
         {.section = drucker, .key = u"PdfOrdner", .kind = Folder, .reader = Elsewhere},
 
         {.section = global, .key = u"DBPath", .kind = Folder, .target = &gDBPath, .reader = Elsewhere},
