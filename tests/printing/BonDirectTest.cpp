@@ -199,7 +199,8 @@ TEST_F(BonDirect, CancellingTheWaitForThePrinterEndsAllCopies) {
     WaitScreen* before = SetWaitScreen(&cashier);
     gBonWartezeit = 30;
     gDruckerKopies = 3;
-    m_printer.jam();
+    gKopf1 = QString(200'000, u'x'); // more than a line holds
+    m_printer.hold();
     m_dialogs.expectMsgBox(u"Der Druck wurde abgebrochen. Die Buchung bleibt davon unberührt."_s);
     Print_BON_Direct(receipt(1, 1, 0));
     EXPECT_EQ(cashier.waits, 1);

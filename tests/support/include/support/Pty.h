@@ -56,7 +56,7 @@ class Pty {
     void jam() {
         hold();
         const QByteArray much(4096, 'x');
-        constexpr int settledMs = 50; // the system moves what it has taken, which makes room
+        constexpr int settledMs = 200; // the system moves what it has taken, which makes room
         for (pollfd room{m_cable, POLLOUT, 0}; poll(&room, 1, settledMs) > 0;)
             while (write(m_cable, much.constData(), size_t(much.size())) > 0) {
             }
