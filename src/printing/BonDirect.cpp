@@ -50,7 +50,7 @@ class BonBytes {
 
 constexpr QByteArrayView reset("\x1B\x40", 2), centred("\x1B\x61\x01", 3), leftAligned("\x1B\x61\x00", 3),
     narrowFont("\x1B\x21\x01", 3), feed("\x1B\x64\x0D", 3);
-// The cut starts with ESC, as the printers in the shops want it.
+// The cut starts with ESC, not with GS.
 constexpr QByteArrayView cut("\x1B\x56\x42\x00", 4);
 
 void addHead(BonBytes& bon, int RechnungID, const Recordset& rechnung) {

@@ -205,7 +205,7 @@ void Register::Payment::CreateRechnung(int& RechnungID) {
             if (!m_owner.m_basket.IsLieferscheinBon) moveStock(id);
             ++booked;
         }
-        // The literal 1 is what closings of delivery notes have always relied on.
+        // Always note 1: which notes a sale came from is not known here.
         if (m_owner.m_basket.IsLieferscheinBon)
             gDB->Execute(u"UPDATE Lieferung SET InRechnung=-1 WHERE LieferungID=1;"_s);
         RechnungID = id;

@@ -57,7 +57,7 @@ int raised(const std::function<void()>& act) {
 
 } // namespace
 
-TEST_F(Ini, ReadsAsTheClassicProfileReaderDoes) {
+TEST_F(Ini, ReadsSectionsKeysAndQuotes) {
     put("; Kasse 1\r\n"
         "lost=1\r\n"
         "[GLOBAL]\r\n"

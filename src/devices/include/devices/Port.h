@@ -22,7 +22,7 @@ struct LineSettings {
 [[nodiscard]] LineSettings ParseLineSettings(QStringView text);
 
 /// The device text of a port number of the settings: "COM1:9600,n,8,1" for 1, and so on; "lpt1:" and "lpt2:"
-/// for 10 and 11; "" for any other. 9 reaches the port 8: shops have wired their drawers to that.
+/// for 10 and 11; "" for any other. 9 reaches the port 8, as docs/settings.md tells.
 [[nodiscard]] QString GetPortText(int Port);
 
 /// What a port asks while its device takes nothing.
