@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -41,7 +42,7 @@ class PrinterPatience : public PortPatience {
     void tell(int leftMs) {
         const QString text =
             u"Der Bondrucker an %1 nimmt nichts an.\nBitte prüfen Sie Papier, Abdeckung und Kabel.\n\n"
-            "Die Kasse wartet noch %2 Sekunden."_s.arg(m_port)
+            "Die Kasse wartet noch %2 s."_s.arg(m_port)
                 .arg(std::max(0, leftMs) / 1000 + 1);
         if (!std::exchange(m_isShown, true))
             m_screen->Begin(u"Bondruck"_s, text);

@@ -62,9 +62,9 @@ bool TotalDialog::Bar() {
     return true;
 }
 
-// The rate stands in the statement as the till writes it. One with decimals has a comma there, which is no number in
-// SQL: the statement fails before a line has changed, and nothing is booked. No reduced rate has decimals; a setting
-// that has is told in this way instead of being booked.
+// The rate stands in the statement as the till writes it. One with decimals has a comma there, which is no
+// number in SQL: the statement fails before a line has changed, and nothing is booked. No reduced rate has
+// decimals; a setting that has is told in this way instead of being booked.
 bool TotalDialog::AHVerkauf() {
     gDB->Execute(u"UPDATE Bestellung SET SteuerSatz="_s + CStr(Value(gHalberSteuerSatz)) +
                  u" WHERE Maschine='"_s + gMaschine + u"';"_s);

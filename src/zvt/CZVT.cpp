@@ -5,10 +5,10 @@
 #include <text/Convert.h>
 #include <text/Format.h>
 #include <text/RuntimeError.h>
-
-#include <optional>
 #include <zvt/CZVT.h>
 #include <zvt/protocol/Fields.h>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using zvt::TerminalSession;

@@ -3,10 +3,11 @@
 #include "ProtocolLog.h"
 #include "Transport.h"
 
-#include <optional>
-#include <zvt/TerminalConfig.h>
 #include <session/WaitScreen.h>
+#include <zvt/TerminalConfig.h>
 #include <zvt/protocol/Messages.h>
+
+#include <optional>
 
 namespace zvt {
 

@@ -2,9 +2,10 @@
 
 #include "Dialogue.h"
 
+#include <zvt/protocol/Messages.h>
+
 #include <memory>
 #include <optional>
-#include <zvt/protocol/Messages.h>
 
 namespace zvt {
 

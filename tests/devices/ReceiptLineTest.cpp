@@ -75,7 +75,7 @@ TEST_F(ReceiptLine, APausingPrinterIsToldAndGetsTheRest) {
 
     printer.hold();
     screen.onShow = [this] {
-        EXPECT_TRUE(screen.told.contains(u"Bondrucker an COM3"_s) && screen.told.contains(u"noch 28 Sek"_s))
+        EXPECT_TRUE(screen.told.contains(u"Bondrucker an COM3"_s) && screen.told.contains(u"noch 28 s"_s))
             << qPrintable(screen.told);
         EXPECT_GE(elapsed(), 2000);
         printer.goOn();

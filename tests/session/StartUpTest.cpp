@@ -1,4 +1,5 @@
 #include "StartUpTest.h"
+
 #include "sqlite/SqliteFile.h"
 
 #include <session/gZVT.h>

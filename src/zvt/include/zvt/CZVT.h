@@ -1,13 +1,13 @@
 #pragma once
 
+#include <session/WaitScreen.h>
 #include <session/gZVT.h>
+#include <zvt/TerminalConfig.h>
 
 #include <QStringList>
 
 #include <functional>
 #include <memory>
-#include <zvt/TerminalConfig.h>
-#include <session/WaitScreen.h>
 
 /// The till's side of a card terminal on the network or on a serial line. It says "booked" only of what the
 /// terminal has confirmed: when the line breaks after a payment was sent, it asks the terminal what became of
