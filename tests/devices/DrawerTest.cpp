@@ -1,5 +1,3 @@
-#include "Pty.h"
-
 #include <devices/CashDrawer.h>
 #include <devices/PrintJob.h>
 #include <devices/SerialControl.h>
@@ -7,6 +5,7 @@
 #include <session/Globals.h>
 #include <support/FixedClock.h>
 #include <support/Pdf.h>
+#include <support/Pty.h>
 #include <support/ScriptedDialogs.h>
 #include <text/RuntimeError.h>
 

@@ -1,9 +1,8 @@
-#include "Pty.h"
-
 #include <devices/Port.h>
 #include <devices/Printers.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
+#include <support/Pty.h>
 #include <text/RuntimeError.h>
 
 #include <QCoreApplication>
@@ -194,6 +193,36 @@ TEST_F(Ports, FailuresAreFastAndHaveNumbers) {
     EXPECT_FALSE(QFile::exists(u"/dev/no-such-device"_s));
 }
 
+TEST_F(Ports, ADeviceThatPausesGetsTheRestWhenItGoesOn) {
+    class Patience : public PortPatience {
+      public:
+        explicit Patience(Pty& device)
+            : m_device(device) {}
+        bool GoOn(int stillMs) override {
+            longest = std::max(longest, stillMs);
+            if (stillMs > 1100) m_device.goOn(); // when an impatient writer has given up
+            return stillMs < 3000;
+        }
+        int longest = 0;
+
+      private:
+        Pty& m_device;
+    };
+    const QByteArray message = everyByte(400);
+    for (const std::optional<LineSettings>& settings :
+         {std::optional<LineSettings>(), std::optional<LineSettings>(LineSettings{})}) {
+        Pty printer;
+        Patience patience(printer);
+        map(u"COM1"_s, printer.name());
+        printer.hold();
+        Port port(u"COM1"_s, settings, &patience);
+        port.write(message);
+        port.close();
+        EXPECT_EQ(printer.received(message.size()), message) << settings.has_value();
+        EXPECT_GT(patience.longest, 1100);
+    }
+}
+
 TEST_F(Ports, FilesAndPipesStandInForADevice) {
     const QString file = m_folder.path() + u"/bons.bin"_s;
     map(u"COM1"_s, file);
@@ -206,6 +235,11 @@ TEST_F(Ports, FilesAndPipesStandInForADevice) {
     QFile written(file);
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_EQ(written.readAll(), "einszweidrei");
+    map(u"COM3"_s, m_folder.path() + u"/neu.bin"_s);
+    Port(u"COM3"_s, LineSettings{}).write("vier");
+    QFile made(m_folder.path() + u"/neu.bin"_s);
+    ASSERT_TRUE(made.open(QIODevice::ReadOnly)) << "a port with parameters makes its file, too";
+    EXPECT_EQ(made.readAll(), "vier");
 
     const QByteArray pipe = QFile::encodeName(m_folder.path() + u"/pipe"_s);
     ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);

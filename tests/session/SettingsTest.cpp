@@ -1,6 +1,8 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Settings.h>
+#include <session/gKunde.h>
+#include <session/gZahlung.h>
 #include <text/RuntimeError.h>
 
 #include <QFile>
@@ -15,14 +17,8 @@ namespace {
 
 class SettingsTest : public testing::Test {
   protected:
-    SettingsTest() {
-        for (const Setting& setting : Settings()) // the globals' start values
-            std::visit(
-                [](auto target) {
-                    if constexpr (std::is_pointer_v<decltype(target)>) *target = {};
-                },
-                setting.target);
-    }
+    SettingsTest() { ResetSession(); }
+    ~SettingsTest() override { ResetSession(); }
     [[nodiscard]] QString file() const { return m_folder.filePath(u"konfig.ini"_s); }
     void set(const QString& section, const QString& key, const QString& value) {
         m_system.WriteProfileString(section, key, value, file());
@@ -143,6 +139,19 @@ TEST_F(SettingsTest, EmptyAndDefaultPrintersGetTheNameOfTheSystemsPrinter) {
     EXPECT_EQ(gBonDrucker, u"Theke"_s);
     EXPECT_EQ(gFormularDrucker, u"Theke"_s);
     EXPECT_EQ(gKassenabschlussDrucker, u"Büro"_s);
+}
+
+TEST_F(SettingsTest, AResetLeavesNothingOfASession) {
+    read();
+    gKunde.Name_1 = u"Müller"_s;
+    gZahlung.Ergebnis = gColorBack1 = gPrintMode = 1;
+    gDBPath = gAppPath = u"/tmp/"_s;
+    ResetSession();
+    EXPECT_EQ(gDruckerKopies + gDecimalStellen + gZahlung.Ergebnis + gColorBack1 + gPrintMode, 0);
+    EXPECT_EQ(gVollerSteuerSatz, 0);
+    EXPECT_FALSE(gRoundDecimal || gEnabledAutoClose);
+    EXPECT_EQ(gSteuerText + gFormatPreis + gFormatEKPreis + gDBPath + gAppPath, QString());
+    EXPECT_EQ(gKunde.Name_1, u"Standardkunde"_s);
 }
 
 TEST_F(SettingsTest, EveryKeyFillsAGlobalOfItsOwn) {

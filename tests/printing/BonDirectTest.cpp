@@ -1,8 +1,8 @@
-#include "../devices/Pty.h"
-
 #include <printing/Beleg.h>
 #include <session/Globals.h>
+#include <session/WaitScreen.h>
 #include <session/gKunde.h>
+#include <support/Pty.h>
 #include <support/ScriptedDialogs.h>
 #include <support/TempShop.h>
 
@@ -185,6 +185,27 @@ TEST_F(BonDirect, TheCustomerOfTheReceiptStaysWhenPrintingFails) {
     Print_BON_Direct(id);
     EXPECT_TRUE(m_printer.received(300).endsWith(foot));
     EXPECT_EQ(m_shop.count(u"Rechnung"_s), 2) << "a booking stands whatever the printer does";
+}
+
+TEST_F(BonDirect, CancellingTheWaitForThePrinterEndsAllCopies) {
+    class Impatient : public WaitScreen {
+      public:
+        void Begin(const QString&, const QString&) override { ++waits; }
+        void Show(const QString&) override {}
+        bool TakeCancel() override { return true; }
+        void End() override {}
+        int waits = 0;
+    } cashier;
+    WaitScreen* before = SetWaitScreen(&cashier);
+    gBonWartezeit = 30;
+    gDruckerKopies = 3;
+    gKopf1 = QString(200'000, u'x'); // more than a line holds
+    m_printer.hold();
+    m_dialogs.expectMsgBox(u"Der Druck wurde abgebrochen. Die Buchung bleibt davon unberührt."_s);
+    Print_BON_Direct(receipt(1, 1, 0));
+    EXPECT_EQ(cashier.waits, 1);
+    EXPECT_EQ(gKunde.Name_1, u"Standardkunde"_s);
+    SetWaitScreen(before);
 }
 
 TEST_F(BonDirect, AReceiptThatIsNotThereIsTold) {

@@ -1,10 +1,13 @@
 #include "StartUpTest.h"
+
 #include "sqlite/SqliteFile.h"
 
 #include <session/gZVT.h>
 #include <store/Recordset.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,6 +23,28 @@ const QStringList loading{u"Globale Einstellungen werden geladen..."_s,
                           u"unload"_s,
                           u"yield"_s,
                           u"login"_s};
+
+/// A person who may use everything below `folder` and change nothing in `home`.
+class WithoutRights {
+  public:
+    WithoutRights(const QString& folder, const QString& home)
+        : m_home(QFile::encodeName(home)) {
+        const QByteArray all = "chmod -R a+rwX '" + QFile::encodeName(folder) + '\'';
+        EXPECT_EQ(std::system(all.constData()), 0);
+        EXPECT_EQ(chmod(m_home.constData(), 0555), 0);
+        EXPECT_EQ(geteuid() == 0 ? seteuid(nobody) : 0, 0); // rights do not bind root
+    }
+    ~WithoutRights() {
+        EXPECT_EQ(seteuid(getuid()), 0);
+        EXPECT_EQ(chmod(m_home.constData(), 0755), 0);
+    }
+    WithoutRights(const WithoutRights&) = delete;
+    WithoutRights& operator=(const WithoutRights&) = delete;
+
+  private:
+    static constexpr uid_t nobody = 65534;
+    QByteArray m_home;
+};
 
 } // namespace
 
@@ -65,6 +90,23 @@ TEST_F(StartUpTest, FromNothingToTheLogin) {
     EXPECT_EQ(content(shop() + u"/karten.txt"_s), "girocard\n");
     EXPECT_TRUE(gKFRabatt);
     EXPECT_EQ((QList<int>{gColorBack1, gColorBack2, gColorBack3, gColorBack4}), (QList<int>{5, 6, 7, 8}));
+}
+
+TEST_F(StartUpTest, StartsWithoutTheRightToWriteItsSettings) {
+    makeStore(u"kestrel"_s);
+    ASSERT_EQ(start(), StartResult::Running); // brings the store and its folder into being
+    gDB.reset();
+    put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
+    m_dialogs.expectMsgBox(u"Einstellungen dieser Kasse können nicht gespeichert werden.\n\nZugriff "
+                           "verweigert: ...*"_s,
+                           MsgIcon::Exclamation);
+    {
+        const WithoutRights guest(m_folder.path(), home());
+        ASSERT_EQ(start(), StartResult::Running);
+    }
+    EXPECT_EQ(m_calls, opening + loading) << "the message came behind the splash";
+    EXPECT_EQ(content(home() + u"/konfig.ini"_s), "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
+    EXPECT_EQ(gBonDrucker, u"Theke"_s) << "what was not written holds all the same";
 }
 
 TEST_F(StartUpTest, PasswordsOfAStore) {

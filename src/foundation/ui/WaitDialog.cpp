@@ -1,14 +1,14 @@
-#include "frmKasseTerminal.h"
+#include "WaitDialog.h"
 
-#include "ui_frmKasseTerminal.h"
+#include "ui_WaitDialog.h"
 
 #include <ui/Theme.h>
 
 #include <utility>
 
-frmKasseTerminal::frmKasseTerminal(const QString& title, QWidget* parent)
+WaitDialog::WaitDialog(const QString& title, QWidget* parent)
     : QDialog(parent)
-    , m_ui(std::make_unique<Ui::frmKasseTerminal>()) {
+    , m_ui(std::make_unique<Ui::WaitDialog>()) {
     m_ui->setupUi(this);
     setModal(true);
     setWindowTitle(title);
@@ -19,13 +19,13 @@ frmKasseTerminal::frmKasseTerminal(const QString& title, QWidget* parent)
     connect(m_ui->cmdCancel, &TouchKey::clicked, this, [this] { m_cancel = true; });
 }
 
-frmKasseTerminal::~frmKasseTerminal() = default;
+WaitDialog::~WaitDialog() = default;
 
-void frmKasseTerminal::setText(const QString& text) {
+void WaitDialog::setText(const QString& text) {
     m_ui->lblText->setText(text);
     setAccessibleDescription(text);
 }
 
-bool frmKasseTerminal::takeCancel() { return std::exchange(m_cancel, false); }
+bool WaitDialog::takeCancel() { return std::exchange(m_cancel, false); }
 
-void frmKasseTerminal::reject() { m_cancel = true; }
+void WaitDialog::reject() { m_cancel = true; }

@@ -57,7 +57,7 @@ int raised(const std::function<void()>& act) {
 
 } // namespace
 
-TEST_F(Ini, ReadsAsTheClassicProfileReaderDoes) {
+TEST_F(Ini, ReadsSectionsKeysAndQuotes) {
     put("; Kasse 1\r\n"
         "lost=1\r\n"
         "[GLOBAL]\r\n"
@@ -200,6 +200,28 @@ TEST_F(Ini, RefusesWhatItCannotKeep) {
     EXPECT_EQ(raised([&] { m_system.WriteProfileString(u"A"_s, u"x"_s, u"1"_s, u"/proc/konfig.ini"_s); }),
               70);
     EXPECT_EQ(content(), before);
+}
+
+TEST_F(Ini, WhatCannotBeWrittenHoldsUntilItCan) {
+    const QString folder = path(u"till"_s), file = folder + u"/konfig.ini"_s;
+    const auto read = [&](const QString& key) { return m_system.ReadProfileString(u"Service"_s, key, file); };
+    m_system.KeepProfileStrings({{u"SERVICE"_s, u"Satz"_s, u"7"_s}, {u"SERVICE"_s, u"Frage"_s, u"1"_s}},
+                                file);
+    m_system.KeepProfileStrings({{u"SERVICE"_s, u"satz"_s, u"7,5"_s}}, file);
+    EXPECT_EQ(read(u"SATZ"_s) + u'/' + read(u"Frage"_s), u"7,5/1"_s);
+    EXPECT_EQ(CSystem().ReadProfileString(u"SERVICE"_s, u"Satz"_s, file), QString());
+    EXPECT_TRUE(m_system.TakeKeepFault().contains(folder));
+    EXPECT_EQ(m_system.TakeKeepFault(), QString()) << "told once";
+    EXPECT_EQ(raised([&] { m_system.WriteProfileString(u"SERVICE"_s, u"Satz"_s, u"9"_s, file); }), 76);
+    EXPECT_EQ(read(u"Satz"_s), u"7,5"_s);
+    EXPECT_EQ(raised([&] { m_system.KeepProfileStrings({{u"A"_s, u"a=b"_s, u"1"_s}}, file); }), 5);
+
+    QDir().mkpath(folder);
+    m_system.KeepProfileStrings({{u"SERVICE"_s, u"Frage"_s, u"0"_s}}, file);
+    EXPECT_EQ(CSystem().ReadProfileString(u"SERVICE"_s, u"Satz"_s, file), u"7,5"_s)
+        << "what waited went along";
+    m_system.WriteProfileString(u"SERVICE"_s, u"Satz"_s, u"19"_s, file);
+    EXPECT_EQ(read(u"Satz"_s) + u'/' + read(u"Frage"_s), u"19/0"_s);
 }
 
 TEST_F(Ini, AReadSeesEveryChangeOfTheFile) {

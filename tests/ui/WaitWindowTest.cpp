@@ -1,5 +1,6 @@
 #include <support/ScriptedForms.h>
 #include <ui/TouchKey.h>
+#include <ui/WaitWindow.h>
 
 #include <QApplication>
 #include <QDialog>
@@ -7,12 +8,11 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-#include <zvt/ui/TerminalWindow.h>
 
 using namespace Qt::StringLiterals;
 
-TEST(TerminalWindow, ShowsWaitsAndCancels) {
-    TerminalWindow window;
+TEST(WaitWindow, ShowsWaitsAndCancels) {
+    WaitWindow window;
     EXPECT_FALSE(window.TakeCancel());
     window.Begin(u"Kartenzahlung: 12,34 €"_s, u"Verbindung..."_s);
     auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
@@ -23,7 +23,7 @@ TEST(TerminalWindow, ShowsWaitsAndCancels) {
     QTest::keyClick(form, Qt::Key_Return);
     EXPECT_FALSE(window.TakeCancel()) << "the Enter of a scanner cancels nothing";
     QTest::keyClick(form, Qt::Key_Escape);
-    EXPECT_TRUE(form->isVisible()) << "open until the terminal is done";
+    EXPECT_TRUE(form->isVisible()) << "open until the wait is over";
     EXPECT_TRUE(window.TakeCancel());
     EXPECT_FALSE(window.TakeCancel());
     QTest::mouseClick(form->findChild<TouchKey*>(u"cmdCancel"_s), Qt::LeftButton);
