@@ -201,3 +201,31 @@ TEST_F(StoreTest, ATransactionIsWrittenWholeOrNotAtAll) {
     db->CommitTrans();
     EXPECT_EQ(countOf(*open(), u"T"_s), 2);
 }
+
+TEST_F(StoreTest, ADoubledValueIsToldByItsColumnsAlone) {
+    auto db = Database::CreateDatabase(m_file);
+    db->Execute(u"CREATE TABLE [Die Ware] (ID COUNTER PRIMARY KEY, Nummer TEXT(9), A LONG, [B C] LONG)"_s);
+    db->Execute(u"CREATE UNIQUE INDEX N ON [Die Ware] (Nummer)"_s);
+    db->Execute(u"CREATE UNIQUE INDEX Zwei ON [Die Ware] (A, [B C])"_s);
+    db->Execute(u"INSERT INTO [Die Ware] (ID, Nummer, A, [B C]) VALUES (5, 'x', 1, 2)"_s);
+    const auto told = [&](const QString& values) {
+        try {
+            db->Execute(u"INSERT INTO [Die Ware] (ID, Nummer, A, [B C]) VALUES (%1)"_s.arg(values));
+        } catch (const RuntimeError& error) {
+            return QString::number(error.Number) + error.Description.mid(error.Description.lastIndexOf(u'('));
+        }
+        return QString();
+    };
+    EXPECT_EQ(told(u"6, 'X', 2, 2"_s), u"3022(Nummer)."_s);
+    EXPECT_EQ(told(u"6, 'y', 1, 2"_s), u"3022(A, B C)."_s);
+    EXPECT_EQ(told(u"5, 'y', 2, 2"_s), u"3022(ID)."_s);
+    EXPECT_EQ(told(u"6, 'y', 2, 2"_s), QString());
+    db->Execute(u"CREATE TABLE Doppelt (A LONG)"_s);
+    db->Execute(u"INSERT INTO Doppelt VALUES (1), (1)"_s);
+    try {
+        db->Execute(u"CREATE UNIQUE INDEX A ON Doppelt (A)"_s);
+        ADD_FAILURE();
+    } catch (const RuntimeError& error) {
+        EXPECT_TRUE(error.Description.endsWith(u"(A)."_s)) << error.Description.toStdString();
+    }
+}

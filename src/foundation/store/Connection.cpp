@@ -169,6 +169,7 @@ bool Connection::refreshStructure() {
     const qint64 version = m_engine->structureVersion();
     if (version == m_structureVersion) return false;
     m_catalogue.load(*m_engine);
+    m_engine->structureKnown(m_catalogue.all());
     m_structureVersion = version;
     m_plans.clear();
     ++m_generation;
