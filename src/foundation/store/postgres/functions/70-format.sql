@@ -69,9 +69,9 @@ BEGIN
   IF source = '' COLLATE "C" THEN
     RETURN coalesce(jetx_literal(jetx_section(marks, shape, 2)), '');
   END IF;
-  -- The last of both letters counts.
-  mark := right(translate(inside, translate(inside, '<>', ''), ''), 1);
-  letters := CASE mark WHEN '<' THEN jet_lcase(source) WHEN '>' THEN jet_ucase(source) ELSE source END;
+  -- Both letters together leave the text as it is.
+  letters := CASE WHEN (strpos(inside, '<') > 0) = (strpos(inside, '>') > 0) THEN source
+                  WHEN strpos(inside, '<') > 0 THEN jet_lcase(source) ELSE jet_ucase(source) END;
   IF NOT fromleft THEN
     room := greatest(0, places - length(letters));
   ELSIF places > 0 THEN
@@ -191,6 +191,10 @@ BEGIN
     END IF;
   END IF;
   n := trim_scale(n);
+  chosen := jetx_section(marks, shape, 3);
+  IF n = 0 AND number <> 0 AND wholeplaces + decimals > 0 AND chosen <> '{}' THEN -- shown as zero it counts as one
+    RETURN jetx_formatnumber(abs(number), chosen, jetx_shape(chosen));
+  END IF;
   whole := CASE WHEN n >= 1 THEN trunc(n)::text ELSE '' END;
   fraction := CASE WHEN scale(n) > 0 THEN right(n::text, scale(n)) ELSE '' END;
 
