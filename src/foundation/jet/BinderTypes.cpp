@@ -166,7 +166,8 @@ void Binder::assign(Expr*& e, const Column& column) {
     }
     const Type from = e->type;
     if (plainLiteral(e) && !isText(to) && to != Type::Date) {
-        if (e->kind != ExprKind::Literal && (to == Type::Boolean || !isNumber(from))) {
+        // A whole number has its range with the sign, which the literal alone does not tell.
+        if (e->kind != ExprKind::Literal && (isWhole(to) || !isNumber(from))) {
             e = wrap(e, to);
             return;
         }

@@ -64,6 +64,7 @@ class Emitter {
     [[nodiscard]] virtual bool collatesPositions() const = 0;
     /// What the select list and HAVING have from GROUP BY must be the same text.
     [[nodiscard]] virtual bool comparesGroups() const = 0;
+    [[nodiscard]] virtual bool quantifies() const = 0;   ///< knows "x = ANY (SELECT ..)" and ALL
     [[nodiscard]] virtual const char* comma() const = 0; ///< between the tables of FROM
     virtual void join(Writer& w, const Source* s) const = 0;
     /// The row keys of tables in a join in parentheses can be named from outside.
@@ -109,6 +110,8 @@ class Writer {
     void update(const Tree& tree);
     void remove(const Tree& tree);
     void assigned(const Expr* e, const Column& column);
+    /// The columns of a query as values of a new table's columns.
+    void storedOutputs(const Query& q);
     void pivotHeads(const Tree& tree);
     void pivot(const Tree& tree, const std::vector<QByteArray>& heads);
     void parameter(const Expr* literal, Encoding encoding);
@@ -174,7 +177,9 @@ class Writer {
     void outputNames(const Select* s);
     void distinctSelect(const Select* s, const Query* q, Rows rows);
     void united(const Query* q, std::size_t count);
+    void storedOutput(const Output& o, Type type);
     void alike(const QByteArray& text);
+    void sortTerm(const Expr* e);
     void selectBody(const Select* s);
     void topWithTies(const Select* s, const Query* q);
     [[nodiscard]] Context enter(const Select* s, const Query* q, const Expr* more = nullptr);

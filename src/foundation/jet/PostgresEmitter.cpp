@@ -302,6 +302,7 @@ class PostgresEmitter final : public Emitter {
     }
     bool collatesPositions() const override { return false; }
     bool comparesGroups() const override { return true; }
+    bool quantifies() const override { return true; }
     const char* comma() const override { return " CROSS JOIN "; }
 
     bool reachesNestedKeys() const override { return true; }

@@ -200,6 +200,7 @@ class SqliteEmitter final : public Emitter {
     const char* direction(bool descending) const override { return descending ? " DESC" : ""; }
     bool collatesPositions() const override { return true; }
     bool comparesGroups() const override { return false; }
+    bool quantifies() const override { return false; }
     const char* comma() const override { return ", "; }
 
     bool reachesNestedKeys() const override { return false; }

@@ -393,19 +393,30 @@ void Writer::inList(const Expr* e) {
     out += ')';
 }
 
-// x op ANY (q): there is a row that fulfils it; x op ALL (q): there is none that does not.
+// x op ANY (q), x op ALL (q). Where no row decides, one that compares with Null leaves it open.
 void Writer::quantified(const Expr* e) {
-    out += e->negated ? "NOT EXISTS (SELECT 1 FROM (" : "EXISTS (SELECT 1 FROM (";
-    query(e->query, Rows::Free);
-    out += ") AS \"%any\" WHERE ";
-    if (e->negated) out += "NOT (";
-    operandAs(e->operands[0], e->query->outputs[0].type);
-    collate(e->operands[0]);
-    out += comparisonSign(e->op);
+    auto left = [&] {
+        operandAs(e->operands[0], e->query->outputs[0].type);
+        collate(e->operands[0]);
+        out += comparisonSign(e->op);
+    };
+    if (m_engine.quantifies()) {
+        left();
+        out += e->negated ? "ALL (" : "ANY (";
+        query(e->query, Rows::Free);
+        out += ')';
+        return;
+    }
+    out += e->negated ? "(SELECT CASE WHEN count(*) FILTER (WHERE NOT c) THEN 0 "
+                      : "(SELECT CASE WHEN count(*) FILTER (WHERE c) THEN 1 ";
+    out += e->negated ? "WHEN count(c) < count(*) THEN NULL ELSE 1 END FROM (SELECT "
+                      : "WHEN count(c) < count(*) THEN NULL ELSE 0 END FROM (SELECT ";
+    left();
     out += "\"%any\".";
     name(e->query->outputs[0].name);
-    if (e->negated) out += ')';
-    out += ')';
+    out += " AS c FROM (";
+    query(e->query, Rows::Free);
+    out += ") AS \"%any\"))";
 }
 
 // Of several rows the first counts.
