@@ -107,7 +107,7 @@ TEST_P(Statements, AnswerAlikePrinted) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Statements,
+INSTANTIATE_TEST_SUITE_P(Dialect, Statements,
                          testing::Values(u"expressions"_s, u"functions"_s, u"queries"_s, u"changes"_s,
                                          u"errors"_s),
                          [](const auto& test) { return test.param.toStdString(); });
