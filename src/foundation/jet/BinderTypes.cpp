@@ -37,9 +37,8 @@ Encoding encodingOf(Type type) {
 bool sameStorage(Type from, Type to) {
     if (from == to || from == Type::Null || to == Type::Null) return true;
     if (isText(from) && isText(to)) return true;
-    if (to == Type::Double || to == Type::Single || to == Type::Date)
-        return isReal(from) || isWhole(from) || from == Type::Date;
-    if (to == Type::Boolean) return false;
+    if (to == Type::Double || to == Type::Single) return isReal(from) || isWhole(from) || from == Type::Date;
+    if (to == Type::Boolean || to == Type::Date) return false; // not each number is a date
     return isWhole(from) && isWhole(to);
 }
 
