@@ -216,7 +216,9 @@ Writer::Context Writer::enter(const Select* s, const Query* q, const Expr* more)
 // one of "x AND False" by itself.
 void Writer::sortTerm(const Expr* e) {
     e = plain(e);
+    const bool written = inGroup(e);
     text(e);
+    if (written) return;
     const bool truth = e->type == Type::Boolean && e->kind != ExprKind::Name;
     const bool bare = e->kind == ExprKind::Literal && e->literal < 0 && !isText(e->type);
     if (truth || bare) out += " + 0";
