@@ -118,7 +118,8 @@ class Writer {
     /// A constant beginning of a LIKE's pattern narrows the search to a part of the index: writes "(range AND
     /// " in front of the whole comparison, which the caller then closes. False when nothing was written.
     [[nodiscard]] bool beginLikeRange(const Expr* like);
-    void clockParameter(Encoding what);
+    /// A parameter that the clock or the store fills: Today and what follows it.
+    void givenParameter(Encoding what);
     /// The row keys by which an aggregate sees the rows in their order, e.g. "\"a\"._rowid_", as terms of
     /// ORDER BY; empty where there is no row or none that could be told.
     [[nodiscard]] QByteArray rowOrder(bool descending);
@@ -199,7 +200,7 @@ class Writer {
     const Emitter& m_engine;
     std::vector<Parameter>& m_parameters;
     std::vector<int> m_lastOf, m_previous;
-    std::array<int, 4> m_clock{-1, -1, -1, -1};
+    std::array<int, 5> m_given{-1, -1, -1, -1, -1};
     QByteArray m_filter; ///< of the aggregates of a PIVOT's cell
     Context m_context;
     int m_shift = 0;

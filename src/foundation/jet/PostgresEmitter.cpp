@@ -103,7 +103,7 @@ class PostgresEmitter final : public Emitter {
 
     void clock(Writer& w, const char* function) const override {
         const QByteArrayView name = function;
-        w.clockParameter(name == "jet_date"   ? Encoding::Today
+        w.givenParameter(name == "jet_date"   ? Encoding::Today
                          : name == "jet_time" ? Encoding::TimeOfDay
                          : name == "jet_now"  ? Encoding::Now
                                               : Encoding::Timer);

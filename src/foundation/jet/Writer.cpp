@@ -47,9 +47,11 @@ void Writer::parameter(const Expr* literal, Encoding encoding) {
     m_engine.parameter(out, i + 1, type);
 }
 
-void Writer::clockParameter(Encoding what) {
-    int& index = m_clock[std::size_t(what) - std::size_t(Encoding::Today)];
-    const Type type = what == Encoding::Timer ? Type::Double : Type::Date;
+void Writer::givenParameter(Encoding what) {
+    int& index = m_given[std::size_t(what) - std::size_t(Encoding::Today)];
+    const Type type = what == Encoding::Identity ? Type::Long
+                      : what == Encoding::Timer  ? Type::Double
+                                                 : Type::Date;
     if (index < 0) {
         index = int(m_parameters.size());
         m_parameters.push_back({-1, what, type});
@@ -490,6 +492,8 @@ void Writer::callExpr(const Expr* e) {
         return m_engine.ending(*this, args[0], args[1]);
     case Form::Clock:
         return m_engine.clock(*this, f->sql);
+    case Form::Identity:
+        return givenParameter(Encoding::Identity);
     default:
         return m_engine.call(*this, f->sql, args);
     }

@@ -72,12 +72,26 @@ void PostgresEngine::forget(PostgresPrepared& statement) noexcept {
 void PostgresEngine::ready() {
     if (m_link.readingRows()) raise(3219);
     if (m_broken) raiseLostTransaction();
-    if (m_link.alive()) return;
+    if (m_link.alive()) return tellYear();
     if (m_transaction) {
         m_broken = true;
         raiseLostTransaction();
     }
     reconnect();
+}
+
+// The till's clock counts, also when its year is another by now. What a transaction sets goes with it when it
+// is taken back.
+void PostgresEngine::tellYear() {
+    const int year = CurrentYear();
+    if (year == m_yearTold || m_transaction) return;
+    try {
+        ask("SET merivane.year = " + QByteArray::number(year));
+        m_yearTold = year;
+    } catch (const LostConnection&) {
+        m_link.close();
+        reconnect();
+    }
 }
 
 void PostgresEngine::reconnect() {

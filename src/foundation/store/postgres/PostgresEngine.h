@@ -79,6 +79,7 @@ class PostgresEngine final : public Engine {
     /// Makes sure that there is a connection, outside a transaction a new one if need be.
     void ready();
     void reconnect();
+    void tellYear();
     [[noreturn]] void lost(const LostConnection& how, bool writes);
     /// One try; false when the text has to be prepared anew first.
     [[nodiscard]] bool tryStatement(PostgresPrepared& statement, bool mayPrepareAnew);
@@ -114,6 +115,7 @@ class PostgresEngine final : public Engine {
     bool m_reconnected = false;
     quint64 m_names = 0;
     Counters m_counters;
+    int m_yearTold = 0;
     PostgresPrepared* m_streaming = nullptr;
     std::vector<QByteArray> m_discarded; ///< names that the server may forget
     std::unique_ptr<Prepared> m_structureVersion;

@@ -27,7 +27,8 @@ struct Function {
 /// gives its argument.
 [[nodiscard]] const std::vector<Function>& functions();
 
-/// The clock behind Date(), Time() and Now(); the system's unless another is given. nullptr gives it back.
+/// The clock behind Date(), Time(), Now() and the year of dates that are written without one; the system's
+/// unless another is given. nullptr gives it back.
 void setClock(QDateTime (*now)());
 
 /// An aggregate beyond the engine's own (First, Last, StDev, StDevP, Var, VarP, ...), called with the same
