@@ -3,6 +3,8 @@
 #include <session/Handle.h>
 #include <session/Log.h>
 #include <session/MsgBox.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -85,6 +87,8 @@ TEST(Seams, ClockAndMachineNameCanBeReplaced) {
     SetClock([&] { return noon; });
     EXPECT_EQ(Now(), noon);
     EXPECT_EQ(Today(), QDate(2026, 12, 31));
+    const auto db = Database::OpenDatabase(u":memory:"_s); // statements know no other one
+    EXPECT_EQ(*db->OpenRecordset(u"SELECT Now() AS Jetzt"_s)->Date(u"Jetzt"), DateTime::fromQDateTime(noon));
     SetClock({});
     EXPECT_LT(std::abs(Now().secsTo(QDateTime::currentDateTime())), 5);
 
