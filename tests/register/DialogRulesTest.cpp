@@ -156,11 +156,8 @@ TEST_F(DialogRules, ArticlesOfAnOrderNumber) {
         shop.insert(
             u"ArtikelLieferanten"_s,
             {{u"ArtikelNummer"_s, article}, {u"BestellNummer"_s, u"B"_s}, {u"LieferantID"_s, supplier}});
-    const auto hits = till::FindOrderNumber(u"B"_s);
-    ASSERT_EQ(2U, hits.size());
-    EXPECT_EQ(u"1 Tee Nordhof"_s, hits[0].ArtikelNummer + u' ' + hits[0].Name + u' ' + hits[0].Lieferant);
-    EXPECT_EQ(u"weg  Nordhof"_s, hits[1].ArtikelNummer + u' ' + hits[1].Name + u' ' + hits[1].Lieferant);
-    EXPECT_TRUE(till::FindOrderNumber(u"C"_s).empty());
+    EXPECT_EQ((QStringList{u"1|Tee|Nordhof"_s, u"weg|Null|Nordhof"_s}), shop.rows(till::FindOrderNumber(u"B"_s)));
+    EXPECT_TRUE(shop.rows(till::FindOrderNumber(u"C"_s)).isEmpty());
     EXPECT_EQ(3075, errorOf([] { (void)till::FindOrderNumber(u"x' OR '1'='1"_s); }));
 }
 
@@ -175,49 +172,43 @@ TEST_F(DialogRules, CustomerSearch) {
                                          {u"EKPreis"_s, true},
                                          {u"Gesperrt"_s, blocked}});
     };
+    namespace search = till::CustomerSearch;
     const int second = customer(u"20"_s, u"Hof Meier"_s, u"Kiel"_s);
-    customer(u"10"_s, u"Albers"_s, u"Husum"_s);
+    const int first = customer(u"9[1*"_s, u"Albers"_s, u"Husum"_s);
     customer(u"30"_s, u"Meierei"_s, u"Kiel"_s, true);
-    till::CustomerSearch search;
-    const auto names = [&] {
-        while (search.canFetchMore({}))
-            search.fetchMore({});
+    const auto key = [](int id) { return u"ID"_s + QString::number(id); };
+    const auto names = [&](search::By by, const QString& text) {
+        const auto [select, order] = search::Find(by, text);
         QStringList all;
-        for (int row = 0; row < search.rowCount(); ++row)
-            all << search.data(search.index(row, till::CustomerSearch::Name_1)).toString();
+        for (const auto rs = gDB->OpenRecordset(select + u" ORDER BY "_s + order); !rs->Eof(); rs->MoveNext())
+            all << rs->Text(u"Name_1");
         return all.join(u',');
     };
-    search.Search(till::CustomerSearch::Number, u"anything"_s);
-    EXPECT_EQ(u"Standardkunde,Albers,Hof Meier"_s, names());
-    search.Search(till::CustomerSearch::Name, u"meier"_s);
-    EXPECT_EQ(u"Standardkunde,Hof Meier"_s, names());
-    search.Search(till::CustomerSearch::Town, u"ümlaut"_s);
-    EXPECT_EQ(u"Standardkunde"_s, names());
-    EXPECT_EQ(u"ID0"_s, search.key(0));
-    for (const auto by : {till::CustomerSearch::Name, till::CustomerSearch::Town})
+    EXPECT_EQ(u"Hof Meier,Albers"_s, names(search::Number, u"any'thing"_s));
+    EXPECT_EQ(u"Hof Meier"_s, names(search::Name, u"meier"_s));
+    EXPECT_EQ(u""_s, names(search::Town, u"ümlaut"_s));
+    for (const auto by : {search::Name, search::Town})
         for (const QString& text : {u"O'"_s, u"x' OR '1'='1"_s, u"*' OR Gesperrt=-1 OR 'x' LIKE '"_s})
-            EXPECT_EQ(3075, errorOf([&] { search.Search(by, text); }));
-    EXPECT_EQ(u"Standardkunde"_s, names()); // the list before stays
+            EXPECT_EQ(3075, errorOf([&] { (void)search::Find(by, text); }));
+    EXPECT_EQ(key(second), search::FindNumber(u"2"_s));
+    EXPECT_EQ(key(first), search::FindNumber(u"9[1*"_s)); // no pattern
+    for (const QString& number : {u""_s, u"3"_s, u"2*"_s, u"x' OR '1'='1"_s})
+        EXPECT_EQ(u""_s, search::FindNumber(number));
 
-    search.Search(till::CustomerSearch::Town, u"kiel"_s);
-    names();
-    EXPECT_TRUE(search.Choose(1));
+    EXPECT_TRUE(search::Choose(key(second)));
     EXPECT_EQ(second, gKunde.KundenID);
     EXPECT_EQ(2, gKunde.Rabatt); // whole percents
     EXPECT_EQ(2, gKunde.PreisGruppe);
     EXPECT_TRUE(gKunde.EKPreis);
     EXPECT_EQ(1, gKunde.Ergebnis);
-    shop.insert(u"KundenKFZInfo"_s, {{u"KundenID"_s, second}, {u"Kennzeichen"_s, u"KI-A 1"_s}});
-    ASSERT_EQ(1U, search.Vehicles(1).size());
-    EXPECT_EQ(u"KI-A 1"_s, search.Vehicles(1)[0][0]);
-    EXPECT_TRUE(search.Vehicles(0).empty());
 
     shop.db().Execute(u"DELETE FROM Kunden"_s);
     dialogs.expectMsgBox(u"Die angeforderten Daten konnten nicht gefunden werden. Wahrscheinlich...*"_s);
-    EXPECT_FALSE(search.Choose(1));
-    EXPECT_TRUE(search.Choose(0));
+    EXPECT_FALSE(search::Choose(key(second)));
+    EXPECT_TRUE(search::Choose(search::StandardKey));
     EXPECT_EQ(0, gKunde.KundenID);
     EXPECT_EQ(u"Standardkunde"_s, gKunde.Name_1);
+    EXPECT_EQ(13, errorOf([] { (void)search::Choose(QString()); }));
 }
 
 } // namespace

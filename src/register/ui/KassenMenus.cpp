@@ -1,8 +1,9 @@
 #include "KassenMenus.h"
 
+#include <register/Register.h>
 #include <session/Globals.h>
+#include <ui/Commands.h>
 
-#include <QAction>
 #include <QMenu>
 #include <QScreen>
 
@@ -10,46 +11,62 @@
 
 using namespace Qt::StringLiterals;
 
-KassenMenus::KassenMenus(QWidget* form)
-    : QObject(form)
-    , m_popFunction(new QMenu(form))
-    , m_popKarte(new QMenu(form))
-    , m_popECTerminal(new QMenu(form)) {
-    m_popFunction->setObjectName(u"popFunction"_s);
-    m_popKarte->setObjectName(u"popKarte"_s);
-    m_popECTerminal->setObjectName(u"popECTerminal"_s);
+namespace {
+
+QMenu* menu(QWidget& form, const QString& name) {
+    auto* made = new QMenu(&form);
+    made->setObjectName(name);
     // A tap beside a menu closes it and does nothing else.
-    for (QMenu* menu : {m_popFunction, m_popKarte, m_popECTerminal})
-        menu->setAttribute(Qt::WA_NoMouseReplay);
-    if (gKFBenutzerWechsel) add(m_popFunction, u"FileChangeUser"_s, u"Benutzerwechsel"_s);
-    if (gKFKassenlade) add(m_popFunction, u"FileOpenLade"_s, u"Kassenlade öffnen"_s);
-    if (gZVTEnabled) add(m_popFunction, u"FileECFunction"_s, u"EC Terminal Funktionen"_s);
-    add(m_popECTerminal, u"ECStorno"_s, u"Stornieren"_s);
-    add(m_popECTerminal, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s);
-    add(m_popECTerminal, u"ECGutschrift"_s, u"Gutschrift"_s);
-    setKarten({});
+    made->setAttribute(Qt::WA_NoMouseReplay);
+    return made;
+}
+
+} // namespace
+
+KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till)
+    : QObject(&form)
+    , m_form(form)
+    , m_commands(commands)
+    , m_till(till)
+    , m_popFunction(menu(form, u"popFunction"_s))
+    , m_popKarte(menu(form, u"popKarte"_s))
+    , m_popECTerminal(menu(form, u"popECTerminal"_s)) {
+    using Act = till::Register::TerminalAct;
+    const auto add = [&](bool wanted, const QString& key, const QString& caption, std::function<void()> act) {
+        if (wanted) m_commands.add({.key = key, .caption = caption, .act = std::move(act)});
+    };
+    const auto* functionKey = form.findChild<QWidget*>(u"cmdFunction"_s);
+    add(gKFBenutzerWechsel, u"FileChangeUser"_s, u"Benutzerwechsel"_s, [this] { m_till.ChangeUser(); });
+    add(gKFKassenlade, u"FileOpenLade"_s, u"Kassenlade öffnen"_s, [this] { m_till.OpenLade_Click(); });
+    add(gZVTEnabled, u"FileECFunction"_s, u"EC Terminal Funktionen"_s,
+        [this, functionKey] { open(m_popECTerminal, functionKey); });
+    add(true, u"ECStorno"_s, u"Stornieren"_s, [this] { m_till.TerminalFunction(Act::Storno); });
+    add(true, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s,
+        [this] { m_till.TerminalFunction(Act::KassenSchnitt); });
+    add(true, u"ECGutschrift"_s, u"Gutschrift"_s, [this] { m_till.TerminalFunction(Act::Gutschrift); });
+    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FileECFunction"_s});
+    m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
 }
 
 void KassenMenus::setKarten(const QStringList& karten) {
-    m_popKarte->clear();
-    add(m_popKarte, u"FileOtherKarte"_s, u"sonstige Kreditkarte"_s);
-    if (!karten.isEmpty()) m_popKarte->addSeparator();
+    std::vector<QString> keys;
+    const auto add = [&](const QString& key, const QString& card) {
+        QString shown = card;
+        m_commands.add({.key = key, .caption = shown.replace(u'&', u"&&"_s), .act = [this, card] {
+                            m_till.PayByKarte(card);
+                        }});
+        keys.push_back(key);
+    };
+    add(u"FileOtherKarte"_s, u"sonstige Kreditkarte"_s);
+    if (!karten.isEmpty()) keys.emplace_back(); // a line
     for (qsizetype i = 0; i < karten.size(); ++i)
-        add(m_popKarte, u"Karte%1"_s.arg(i), karten[i]);
+        add(u"Karte%1"_s.arg(i), karten[i]);
+    m_commands.fillMenu(*m_popKarte, keys);
 }
 
 bool KassenMenus::hasFunctions() const { return !m_popFunction->isEmpty(); }
 void KassenMenus::showFunction(const QWidget* key) { open(m_popFunction, key); }
 void KassenMenus::showKarte(const QWidget* key) { open(m_popKarte, key); }
-void KassenMenus::showECTerminal(const QWidget* key) { open(m_popECTerminal, key); }
-
-QAction* KassenMenus::add(QMenu* menu, const QString& name, const QString& caption) {
-    QString shown = caption;
-    QAction* action = menu->addAction(shown.replace(u'&', u"&&"_s));
-    action->setObjectName(name);
-    connect(action, &QAction::triggered, this, [this, name, caption] { emit tool(name, caption); });
-    return action;
-}
 
 void KassenMenus::open(QMenu* menu, const QWidget* key) {
     if (menu->isVisible()) {

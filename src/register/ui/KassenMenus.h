@@ -3,18 +3,23 @@
 #include <QObject>
 #include <QStringList>
 
-class QAction;
+#include <functional>
+
+class Commands;
 class QMenu;
 class QWidget;
+namespace till {
+class Register;
+}
 
-/// The menus of the register, popFunction, popKarte and popECTerminal. Every entry is a tool with a name, which is the
-/// object name of its action, and a caption.
+/// The menus of the register, popFunction, popKarte and popECTerminal. Their entries are commands of the
+/// form.
 class KassenMenus : public QObject {
     Q_OBJECT
 
   public:
     /// The function menu holds what the switches of the till allow.
-    explicit KassenMenus(QWidget* form);
+    KassenMenus(QWidget& form, Commands& commands, till::Register& till);
     /// Fills the card menu: any other card first, then `karten` as a group of their own.
     void setKarten(const QStringList& karten);
 
@@ -22,14 +27,12 @@ class KassenMenus : public QObject {
     /// The menus open above the key that calls them; a second call closes them.
     void showFunction(const QWidget* key);
     void showKarte(const QWidget* key);
-    void showECTerminal(const QWidget* key);
-
-  signals:
-    void tool(const QString& name, const QString& caption);
 
   private:
-    QAction* add(QMenu* menu, const QString& name, const QString& caption);
     void open(QMenu* menu, const QWidget* key);
 
+    QWidget& m_form;
+    Commands& m_commands;
+    till::Register& m_till;
     QMenu *m_popFunction, *m_popKarte, *m_popECTerminal;
 };

@@ -15,7 +15,9 @@
 #include <session/CSystem.h>
 #include <session/Clock.h>
 #include <session/Globals.h>
+#include <session/gUser.h>
 #include <store/Database.h>
+#include <ui/Commands.h>
 #include <ui/Pointer.h>
 #include <ui/ShowModal.h>
 #include <ui/Sound.h>
@@ -50,7 +52,9 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     , m_clock(this) {
     m_ui->setupUi(this);
     m_layout = std::make_unique<KasseLayout>(*m_ui);
-    m_menus = new KassenMenus(this);
+    m_commands = new Commands(
+        *this, [this](const auto& act) { m_queue->run(act); }, gKassenUser);
+    m_menus = new KassenMenus(*this, *m_commands, m_till);
     const bool f8IsPrice = gSystem->ReadProfileString(u"SERVICE"_s, u"F8Preis"_s, KonfigIni()) == u"1"_s;
     m_keyboard = new EntryKeyboard(this, m_ui->txtInput, *m_queue, m_till,
                                    FunctionKeys(f8IsPrice, gEnabledSWShortCut));
@@ -154,7 +158,6 @@ void frmKasse::connectFunctions() {
                                                 {m_ui->cmdTotal, Taste::Total}};
     for (const auto& [key, taste] : keys)
         connect(key, &TouchKey::clicked, this, [this, taste = taste] { function(taste); });
-    connect(m_menus, &KassenMenus::tool, this, &frmKasse::tool);
     connect(&m_till, &till::Register::TitleChanged, this, &frmKasse::showTitle);
     connect(&m_till, &till::Register::UserChanged, m_ui->lblUser, &QLabel::setText);
 }
@@ -205,25 +208,6 @@ void frmKasse::function(Taste taste) {
         case Taste::Exit:
             return unload();
         }
-    });
-}
-
-void frmKasse::tool(const QString& name, const QString& caption) {
-    m_queue->run([this, name, caption] {
-        if (name == u"FileChangeUser"_s)
-            m_till.ChangeUser();
-        else if (name == u"FileOpenLade"_s)
-            m_till.OpenLade_Click();
-        else if (name == u"FileECFunction"_s)
-            m_menus->showECTerminal(m_ui->cmdFunction);
-        else if (name == u"ECStorno"_s)
-            m_till.TerminalFunction(till::Register::TerminalAct::Storno);
-        else if (name == u"ECKassenSchnitt"_s)
-            m_till.TerminalFunction(till::Register::TerminalAct::KassenSchnitt);
-        else if (name == u"ECGutschrift"_s)
-            m_till.TerminalFunction(till::Register::TerminalAct::Gutschrift);
-        else
-            m_till.PayByKarte(caption);
     });
 }
 

@@ -1,28 +1,23 @@
 #pragma once
 
-#include <QDialog>
-
-#include <memory>
+#include <ui/Form.h>
 
 namespace Ui {
 class frmKasseFreierArtikel;
 }
 
 /// Name, tax rate and group of an amount that is sold without an article: gFreierArtikel.
-class frmKasseFreierArtikel : public QDialog {
+class frmKasseFreierArtikel : public FormDialog {
     Q_OBJECT
 
   public:
     explicit frmKasseFreierArtikel(QWidget* parent = nullptr);
     ~frmKasseFreierArtikel() override;
 
-    void reject() override; ///< cmdCancel, Esc and closing the window
-
   protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void showEvent(QShowEvent* event) override;
+    void ok() override;
+    bool cancelled() override;
 
   private:
-    void ok();
     std::unique_ptr<Ui::frmKasseFreierArtikel> m_ui;
 };

@@ -3,38 +3,38 @@
 #include "ui_frmKasseKundenSuche.h"
 
 #include <session/Globals.h>
-#include <session/Handle.h>
-#include <ui/Theme.h>
-
-#include <QCoreApplication>
-#include <QKeyEvent>
-#include <QStandardItemModel>
 
 using namespace Qt::StringLiterals;
-using till::CustomerSearch;
+namespace customers = till::CustomerSearch;
 
 frmKasseKundenSuche::frmKasseKundenSuche(QWidget* parent)
-    : QDialog(parent)
+    : FormDialog(parent)
     , m_ui(std::make_unique<Ui::frmKasseKundenSuche>())
-    , m_vehicles(new QStandardItemModel(this)) {
+    , m_customers(new RecordList({u"ID"_s, u"KundenID"_s},
+                                 {{u"Nummer"_s, u"KundenNummer"_s, u"Kundennummer"_s},
+                                  {u"Name"_s, u"Name_1"_s, u"Gasthof Zur Linde und Söhne"_s},
+                                  {u"Straße"_s, u"Strasse"_s, u"Lindenstraße 17 a, Hof"_s},
+                                  {u"PLZ"_s, u"PLZ"_s, u"00000"_s},
+                                  {u"Ort"_s, u"Ort"_s, u"Bad Musterstadt"_s}},
+                                 this))
+    , m_vehicles(new RecordList({u"ID"_s, u"ID"_s},
+                                {{u"Kennzeichen"_s, u"Kennzeichen"_s, u"MMM-MM 0000"_s},
+                                 {u"Marke"_s, u"Marke"_s, u"Musterwagen"_s},
+                                 {u"Typ"_s, u"Typ"_s, u"Kombi 2000"_s},
+                                 {u"Fahrgestell-Nr"_s, u"FahrgestellNr"_s, u"WWW00000000000000"_s},
+                                 {u"Erstzulassung"_s, u"Erstzulassung"_s, u"00.00.0000"_s},
+                                 {u"TÜV"_s, u"TUEV"_s, u"00/0000"_s},
+                                 {u"AU"_s, u"AU"_s, u"00/0000"_s},
+                                 {u"KW"_s, u"KW"_s, u"0000"_s},
+                                 {u"Hubraum"_s, u"Hubraum"_s, u"0000"_s}},
+                                this)) {
     m_ui->setupUi(this);
-    const int rowHeight = Theme::Current().keyHeight * 2 / 3;
-    const QFontMetrics metrics(Theme::Current().font());
-    QTableView* list = m_ui->lvwKunden;
-    list->setModel(&m_customers);
-    list->verticalHeader()->setDefaultSectionSize(rowHeight);
-    list->horizontalHeader()->setSectionResizeMode(CustomerSearch::Name_1, QHeaderView::Stretch);
-    list->setColumnWidth(CustomerSearch::KundenNummer, metrics.horizontalAdvance(u"Kundennummer"_s) + 24);
-    list->setColumnWidth(CustomerSearch::Strasse, metrics.averageCharWidth() * 24);
-    list->setColumnWidth(CustomerSearch::PLZ, metrics.horizontalAdvance(u"00000"_s) + 32);
-    list->setColumnWidth(CustomerSearch::Ort, metrics.averageCharWidth() * 20);
+    setUpForm(m_ui->txtSuchBegriff);
+    m_customers->setLeading({{customers::StandardKey, {u"0"_s, u"Standardkunde"_s, u"-"_s, u"-"_s, u"-"_s}}});
+    m_ui->lvwKunden->setModel(m_customers);
+    m_ui->lvwKunden->takeArrowsFrom(*m_ui->txtSuchBegriff);
     m_ui->lvwKFZ->setModel(m_vehicles);
-    m_ui->lvwKFZ->verticalHeader()->setDefaultSectionSize(rowHeight);
-    m_ui->lvwKFZ->horizontalHeader()->setStretchLastSection(true);
     m_ui->lvwKFZ->setVisible(gShowKundenKFZInfo);
-    for (QTableView* table : {m_ui->lvwKunden, m_ui->lvwKFZ})
-        table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_ui->txtSuchBegriff->installEventFilter(this);
 
     connect(m_ui->txtSuchBegriff, &QLineEdit::textChanged, this, &frmKasseKundenSuche::search);
     for (TouchKey* key : {m_ui->optSuche0, m_ui->optSuche1, m_ui->optSuche2}) {
@@ -42,95 +42,45 @@ frmKasseKundenSuche::frmKasseKundenSuche(QWidget* parent)
             if (on) search();
         });
     }
-    connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) { showVehicles(current.row()); });
-    connect(list, &QTableView::doubleClicked, this, &frmKasseKundenSuche::ok);
-    connect(m_ui->cmdOK, &TouchKey::clicked, this, &frmKasseKundenSuche::ok);
-    connect(m_ui->cmdCancel, &TouchKey::clicked, this, &frmKasseKundenSuche::reject);
+    connect(m_ui->lvwKunden, &ListView::currentKeyChanged, this, &frmKasseKundenSuche::showVehicles);
+    connect(m_ui->lvwKunden, &ListView::chosen, m_ui->cmdOK, &TouchKey::click);
     search();
 }
 
-frmKasseKundenSuche::~frmKasseKundenSuche() { m_ui->lvwKunden->setModel(nullptr); }
+frmKasseKundenSuche::~frmKasseKundenSuche() = default;
 
-CustomerSearch::By frmKasseKundenSuche::by() const {
-    if (m_ui->optSuche0->isChecked()) return CustomerSearch::Number;
-    return m_ui->optSuche2->isChecked() ? CustomerSearch::Town : CustomerSearch::Name;
+customers::By frmKasseKundenSuche::by() const {
+    if (m_ui->optSuche0->isChecked()) return customers::Number;
+    return m_ui->optSuche2->isChecked() ? customers::Town : customers::Name;
 }
 
 void frmKasseKundenSuche::search() {
-    Handle("frmKasseKundenSuche", [this] {
+    guard()([this] {
         const QString text = m_ui->txtSuchBegriff->text();
-        m_customers.Search(by(), text);
-        if (m_customers.canFetchMore({})) m_customers.fetchMore({});
+        const auto [select, order] = customers::Find(by(), text);
+        m_customers->open(select, order);
         // The standard customer stands first; what was looked for follows.
-        m_ui->lvwKunden->selectRow(!text.isEmpty() && m_customers.rowCount() > 1 ? 1 : 0);
-        if (by() == CustomerSearch::Number) selectNumber(text);
+        if (by() != customers::Number)
+            m_ui->lvwKunden->selectRow(text.isEmpty() ? 0 : 1);
+        else if (!m_ui->lvwKunden->selectKey(customers::FindNumber(text)))
+            m_ui->lvwKunden->selectRow(0);
     });
 }
 
-void frmKasseKundenSuche::selectNumber(const QString& number) {
-    m_ui->lvwKunden->selectRow(0);
-    if (number.isEmpty()) return;
-    for (int row = 0;; ++row) {
-        while (row >= m_customers.rowCount() && m_customers.canFetchMore({}))
-            m_customers.fetchMore({});
-        if (row >= m_customers.rowCount()) return;
-        const QModelIndex where = m_customers.index(row, CustomerSearch::KundenNummer);
-        if (!where.data().toString().startsWith(number, Qt::CaseInsensitive)) continue;
-        m_ui->lvwKunden->selectRow(row);
-        m_ui->lvwKunden->scrollTo(where);
-        return;
-    }
-}
-
-void frmKasseKundenSuche::showVehicles(int row) {
+void frmKasseKundenSuche::showVehicles(const QString& key) {
     if (!gShowKundenKFZInfo) return;
-    Handle("frmKasseKundenSuche", [this, row] {
-        m_vehicles->clear();
-        m_vehicles->setHorizontalHeaderLabels(CustomerSearch::VehicleHeaders());
-        m_ui->lvwKFZ->resizeColumnsToContents();
-        if (row < 0) return;
-        for (const QStringList& vehicle : m_customers.Vehicles(row)) {
-            QList<QStandardItem*> items;
-            for (const QString& text : vehicle)
-                items << new QStandardItem(text);
-            m_vehicles->appendRow(items);
-        }
-        m_ui->lvwKFZ->resizeColumnsToContents();
+    guard()([&] {
+        if (key.isEmpty()) return m_vehicles->clear();
+        const auto [select, order] = customers::Vehicles(key);
+        m_vehicles->open(select, order);
     });
 }
 
 void frmKasseKundenSuche::ok() {
-    Handle("frmKasseKundenSuche", [this] {
-        const int row = m_ui->lvwKunden->currentIndex().row();
-        if (row < 0) return;
-        if (m_customers.Choose(row))
-            accept();
-        else
-            search();
-    });
-}
-
-void frmKasseKundenSuche::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        ok();
+    const QString key = m_ui->lvwKunden->currentKey();
+    if (key.isEmpty()) return;
+    if (customers::Choose(key))
+        accept();
     else
-        QDialog::keyPressEvent(event);
-}
-
-void frmKasseKundenSuche::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    m_ui->txtSuchBegriff->setFocus();
-}
-
-bool frmKasseKundenSuche::eventFilter(QObject* receiver, QEvent* event) {
-    // The list is moved from the entry box, so that typing and choosing need no change of the focus.
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
-            QCoreApplication::sendEvent(m_ui->lvwKunden, event);
-            return true;
-        }
-    }
-    return QDialog::eventFilter(receiver, event);
+        search();
 }

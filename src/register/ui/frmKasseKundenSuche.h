@@ -1,18 +1,15 @@
 #pragma once
 
 #include <register/CustomerSearch.h>
+#include <ui/Form.h>
+#include <ui/RecordList.h>
 
-#include <QDialog>
-
-#include <memory>
-
-class QStandardItemModel;
 namespace Ui {
 class frmKasseKundenSuche;
 }
 
 /// The search for the customer of a sale: gKunde. The list follows what is typed.
-class frmKasseKundenSuche : public QDialog {
+class frmKasseKundenSuche : public FormDialog {
     Q_OBJECT
 
   public:
@@ -20,18 +17,13 @@ class frmKasseKundenSuche : public QDialog {
     ~frmKasseKundenSuche() override;
 
   protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void showEvent(QShowEvent* event) override;
-    bool eventFilter(QObject* receiver, QEvent* event) override;
+    void ok() override;
 
   private:
     void search();
-    void selectNumber(const QString& number);
-    void showVehicles(int row);
-    void ok();
+    void showVehicles(const QString& key);
     [[nodiscard]] till::CustomerSearch::By by() const;
 
-    till::CustomerSearch m_customers;
     std::unique_ptr<Ui::frmKasseKundenSuche> m_ui;
-    QStandardItemModel* m_vehicles;
+    RecordList *m_customers, *m_vehicles;
 };

@@ -3,7 +3,6 @@
 #include "ui_frmKasseTotal.h"
 
 #include <session/Globals.h>
-#include <session/Handle.h>
 #include <ui/Theme.h>
 
 #include <QKeyEvent>
@@ -11,10 +10,12 @@
 using namespace Qt::StringLiterals;
 
 frmKasseTotal::frmKasseTotal(QWidget* parent)
-    : QDialog(parent)
+    : FormDialog(parent)
     , m_ui(std::make_unique<Ui::frmKasseTotal>())
     , m_timer(this) {
     m_ui->setupUi(this);
+    setUpForm(m_ui->txtGegeben);
+    setKeys(m_ui->cmdBar, nullptr);
     const int edge = Theme::Current().keyHeight;
     m_ui->pad->setKeys(DigitPad::Decimal);
     m_ui->pad->setMinimumSize(edge * 5, edge * 5);
@@ -25,7 +26,7 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
 
     m_ui->txtSumme->setText(m_total.Summe());
     connect(m_ui->txtGegeben, &QLineEdit::textChanged, this, [this](const QString& text) {
-        Handle("frmKasseTotal", [&] {
+        guard()([&] {
             m_total.SetGegeben(text);
             m_ui->txtBack->setText(m_total.Back());
         });
@@ -38,9 +39,8 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
         showGegeben();
     });
     connect(m_ui->txtGegeben, &NumberEdit::enterPressed, m_ui->cmdBar, &TouchKey::click);
-    connect(m_ui->cmdBar, &TouchKey::clicked, this, [this] { pay([this] { return m_total.Bar(); }); });
     connect(m_ui->cmdAHVerkauf, &TouchKey::clicked, this,
-            [this] { pay([this] { return m_total.AHVerkauf(); }); });
+            [this] { guard()([this] { pay(m_total.AHVerkauf()); }); });
 
     m_timer.setObjectName(u"mainTimer"_s);
     m_timer.setInterval(5000);
@@ -51,13 +51,15 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
 
 frmKasseTotal::~frmKasseTotal() = default;
 
-void frmKasseTotal::pay(const std::function<bool()>& how) {
-    Handle("frmKasseTotal", [&] {
-        if (how())
-            accept();
-        else
-            showGegeben();
-    });
+void frmKasseTotal::ok() { pay(m_total.Bar()); }
+
+bool frmKasseTotal::cancelled() { return m_total.Escape(); }
+
+void frmKasseTotal::pay(bool paid) {
+    if (paid)
+        accept();
+    else
+        showGegeben();
 }
 
 void frmKasseTotal::showGegeben() {
@@ -66,12 +68,8 @@ void frmKasseTotal::showGegeben() {
     m_ui->txtGegeben->setFocus();
 }
 
-void frmKasseTotal::reject() {
-    if (m_total.Escape()) QDialog::reject();
-}
-
 void frmKasseTotal::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
+    FormDialog::showEvent(event);
     showGegeben();
 }
 
@@ -82,5 +80,5 @@ bool frmKasseTotal::eventFilter(QObject* receiver, QEvent* event) {
             till::TotalDialog::AcceptKey(typed.front()).isNull())
             return true;
     }
-    return QDialog::eventFilter(receiver, event);
+    return FormDialog::eventFilter(receiver, event);
 }

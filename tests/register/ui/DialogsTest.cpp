@@ -58,7 +58,10 @@ TEST_F(Kasse, FindsTheCustomerByNameTownAndNumber) {
                                          {u"Rabatt"_s, 10},
                                          {u"Gesperrt"_s, blocked}});
     };
-    customer(u"100"_s, u"Brandt & Co"_s, u"Kiel"_s, false);
+    const int brandt = customer(u"100"_s, u"Brandt & Co"_s, u"Kiel"_s, false);
+    shop.insert(u"KundenKFZInfo"_s, {{u"KundenID"_s, brandt},
+                                     {u"Kennzeichen"_s, u"KI-A 1"_s},
+                                     {u"Erstzulassung"_s, DateTime::fromParts(2020, 2, 1)}});
     customer(u"200"_s, u"Weber"_s, u"Husum"_s, false);
     customer(u"300"_s, u"Brandes"_s, u"Kiel"_s, true);
     const auto shown = [](QDialog& d) {
@@ -98,9 +101,21 @@ TEST_F(Kasse, FindsTheCustomerByNameTownAndNumber) {
                        .toLong());
 
     gShowKundenKFZInfo = true;
-    dialogs.expectModal(u"frmKasseKundenSuche"_s, [](QDialog& d) {
-        EXPECT_TRUE(control<QTableView>(d, u"lvwKFZ"_s).isVisible());
+    dialogs.expectModal(u"frmKasseKundenSuche"_s, [&](QDialog& d) {
+        const auto& vehicles = control<QTableView>(d, u"lvwKFZ"_s);
+        EXPECT_TRUE(vehicles.isVisible());
+        EXPECT_EQ(0, vehicles.model()->rowCount());
+        typeText(d, u"bra"_s);
+        ASSERT_EQ(1, vehicles.model()->rowCount());
+        EXPECT_EQ(u"KI-A 1"_s, vehicles.model()->index(0, 0).data().toString());
+        EXPECT_EQ(u"01.02.2020"_s, vehicles.model()->index(0, 4).data().toString());
         keep(d, d.objectName());
+        pressKey(d, Qt::Key_Up);
+        EXPECT_EQ(0, vehicles.model()->rowCount());
+        dialogs.expectError(3075);
+        typeText(d, u"'"_s);
+        EXPECT_EQ((QStringList{u"Standardkunde"_s, u"Brandt & Co"_s}), shown(d)) << "the list before stays";
+        control<QLineEdit>(d, u"txtSuchBegriff"_s).clear();
         typeText(d, u"niemand"_s);
         pressKey(d, Qt::Key_Return);
     });

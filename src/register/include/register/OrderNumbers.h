@@ -2,17 +2,11 @@
 
 #include <QString>
 
-#include <vector>
-
 namespace till {
 
-/// An article that a supplier delivers under an order number.
-struct OrderNumberHit {
-    QString ArtikelNummer, Name, Lieferant;
-};
-
-/// The articles of gBestellNummerWahl.BestellNummer, for frmKasseArtikelLieferanten. `Name` and `Lieferant`
-/// are empty where the article or the supplier is gone.
-[[nodiscard]] std::vector<OrderNumberHit> FindOrderNumber(const QString& BestellNummer);
+/// The articles that suppliers deliver under an order number, with ArtikelNummer, Name and Name_1 of the
+/// supplier, for frmKasseArtikelLieferanten; the names are Null where the article or the supplier is gone.
+/// Raises 3075 for a number that would end its literal.
+[[nodiscard]] QString FindOrderNumber(const QString& BestellNummer);
 
 } // namespace till

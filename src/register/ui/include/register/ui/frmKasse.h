@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class Commands;
 class EntryKeyboard;
 class KasseLayout;
 class KassenMenus;
@@ -60,7 +61,6 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     void unload();
 
     void function(Taste taste);
-    void tool(const QString& name, const QString& caption);
     void refreshKeys();
     void showTitle(const QString& title);
     void showBestand(const till::StockLabel& label);
@@ -79,6 +79,7 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     till::Register m_till;
     std::unique_ptr<WorkQueue> m_queue;
     std::unique_ptr<KasseLayout> m_layout;
+    Commands* m_commands = nullptr;
     KassenMenus* m_menus = nullptr;
     EntryKeyboard* m_keyboard = nullptr;
     QTimer m_clock;
