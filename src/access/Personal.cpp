@@ -24,12 +24,12 @@ QByteArray csvLine(const QStringList& values) {
 
 } // namespace
 
-PersonalQuery AllPersonal() {
+sql::Query AllPersonal() {
     return {u"SELECT ID, Name, Vorname, Strasse, PLZ, Ort, Telefon, Mobil, EMail, Gesperrt FROM Personal"_s,
             u"Name ASC"_s};
 }
 
-PersonalQuery SearchPersonal(const QString& text) {
+sql::Query SearchPersonal(const QString& text) {
     const QString pattern = sql::containing(text);
     QStringList tests;
     for (const auto* column :

@@ -18,7 +18,7 @@ QString withID(const QString& key) { return u" WHERE KundenID="_s + sql::number(
 
 } // namespace
 
-Query Find(By by, const QString& text) {
+sql::Query Find(By by, const QString& text) {
     switch (by) {
     case Number:
         break;
@@ -39,7 +39,9 @@ QString FindNumber(const QString& number) {
     return rs->Eof() ? QString() : u"ID"_s + rs->Text(u"KundenID");
 }
 
-Query Vehicles(const QString& key) { return {u"SELECT * FROM KundenKFZInfo"_s + withID(key), u"ID ASC"_s}; }
+sql::Query Vehicles(const QString& key) {
+    return {u"SELECT * FROM KundenKFZInfo"_s + withID(key), u"ID ASC"_s};
+}
 
 bool Choose(const QString& key) {
     KundeRecord kunde = KundeRecord::Standard();

@@ -24,7 +24,7 @@ class PersonalTest : public testing::Test {
         m_mia = shop.person(u"Mia"_s, u"Albers"_s, u"3"_s, {{u"Gesperrt"_s, true}});
     }
     [[nodiscard]] QStringList hits(const QString& text) const {
-        const PersonalQuery query = SearchPersonal(text);
+        const sql::Query query = SearchPersonal(text);
         QStringList names;
         const auto rs = gDB->OpenRecordset(query.select + u" ORDER BY "_s + query.order + u';');
         for (; !rs->Eof(); rs->MoveNext())

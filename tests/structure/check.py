@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Checks what the compiler does not: one seam for every dialog, no circles of includes inside a room, no file that
-has outgrown its reader, no core that knows of widgets, no setting whose page is silent about having no effect.
+has outgrown its reader, no core that knows of widgets, no setting whose page is silent about having no effect, no example
+in a document that differs from its test.
 
 usage: check.py ROOT QTDIR  checks the sources below ROOT and prints each offence; exit code 1 when there are any;
                             QTDIR holds the toolkit's headers with the folders QtWidgets and QtGui
@@ -154,16 +155,28 @@ def settings_without_effect(files: dict[str, str], handbook: str) -> list[str]:
     return offences
 
 
+EXAMPLE = re.compile(r"^```cpp\n// (tests/\S+)\n(.*?)^```", re.M | re.S)
+
+
+def stale_examples(files: dict[str, str], documents: dict[str, str]) -> list[str]:
+    """Code that a document shows as that of a test stands there word for word, so it compiles and runs."""
+    def words(text: str) -> str:
+        return " ".join(text.split())
+    return [f"{name}: an example differs from {source}" for name, text in documents.items()
+            for source, code in EXAMPLE.findall(text)
+            if any(words(part) not in words(files.get(source, "")) for part in code.split("\n\n"))]
+
+
 def check(root: pathlib.Path, widgets: set[str]) -> list[str]:
     files = sources(root, "src", "harness", "tests", "bench")
     if not files:
         return [f"no sources below {root}"]
     stale = [f"{name}: no longer needs its exception" for name in LONG_FILES
              if name not in files or files[name].count("\n") <= LONGEST]
-    page = root / HANDBOOK
-    handbook = page.read_text(encoding="utf-8") if page.is_file() else ""
+    documents = {path.relative_to(root).as_posix(): path.read_text(encoding="utf-8")
+                 for path in sorted((root / "docs").glob("*.md"))}
     return (raw_dialogs(files) + long_files(files) + circles(files) + cores_without_widgets(files, widgets)
-            + settings_without_effect(files, handbook) + stale)
+            + settings_without_effect(files, documents.get(HANDBOOK, "")) + stale_examples(files, documents) + stale)
 
 
 def self_check() -> list[str]:
@@ -185,6 +198,8 @@ def self_check() -> list[str]:
           HANDBOOK: "| `Ton` | a | b | c | laut; ohne Wirkung |\n"}, "effect by now"),
         ({TABLE: 'switchOf(u"Ton", &gTon)', "src/a/x.cpp": "if (gTon) beep();\n",
           HANDBOOK: "| `Ton` | a | b | c | laut |\n"}, None),
+        ({"tests/a.cpp": "int a;\nint b;\n", "docs/a.md": "```cpp\n// tests/a.cpp\nint a;\n\nint  b;\n```\n"}, None),
+        ({"tests/a.cpp": "int a;\n", "docs/a.md": "```cpp\n// tests/a.cpp\nint b;\n```\n"}, "differs"),
         ({}, "no sources"),
     ]
     failures = []

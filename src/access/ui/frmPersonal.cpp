@@ -186,9 +186,8 @@ int frmPersonal::id() const {
 }
 
 void frmPersonal::LoadPersonal() {
-    const PersonalQuery all = AllPersonal();
     m_searched = false;
-    m_list->open(all.select, all.order);
+    m_list->open(AllPersonal());
     m_ui->txtSearchText->clear();
     showHits();
 }
@@ -196,9 +195,9 @@ void frmPersonal::LoadPersonal() {
 void frmPersonal::search() {
     const QString text = m_ui->txtSearchText->text();
     if (text.trimmed().isEmpty()) return LoadPersonal();
-    const PersonalQuery hits = SearchPersonal(text);
+    const sql::Query hits = SearchPersonal(text);
     QScopedValueRollback searched(m_searched, true);
-    m_list->open(hits.select, hits.order);
+    m_list->open(hits);
     searched.commit();
     showHits();
     commands().update();

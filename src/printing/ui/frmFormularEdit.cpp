@@ -11,6 +11,7 @@
 #include <text/RuntimeError.h>
 #include <ui/Pointer.h>
 #include <ui/Theme.h>
+#include <ui/UserSettings.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -43,6 +44,7 @@ frmFormularEdit::frmFormularEdit(QWidget* parent)
     m_ui->lblFault->hide();
     m_ui->splitMain->setStretchFactor(0, 2);
     m_ui->splitMain->setStretchFactor(1, 3);
+    RememberSplitter(*m_ui->splitMain, u"frmFormularEdit/splitMain"_s);
     m_ui->mainProperty->setFontNames(QFontDatabase::families());
     bindKeys();
 

@@ -2,9 +2,7 @@
 
 #include <printing/RechnungsVorlagen.h>
 #include <printing/ui/frmRechnungsVorlage.h>
-#include <session/Handle.h>
 #include <session/gAngaben.h>
-#include <ui/Theme.h>
 
 #include <QKeyEvent>
 #include <QStringListModel>
@@ -14,22 +12,20 @@
 using namespace Qt::StringLiterals;
 
 frmRechnungsVorlage::frmRechnungsVorlage(QWidget* parent)
-    : QDialog(parent)
+    : FormDialog(parent)
     , m_files(new QStringListModel(this))
     , m_ui(std::make_unique<Ui::frmRechnungsVorlage>()) {
     m_ui->setupUi(this);
+    setUpForm(m_ui->mainFile);
     gVorlagenAuswahl = {};
     m_ui->mainFile->setModel(m_files);
     connect(m_ui->mainFile->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &frmRechnungsVorlage::showFile);
     connect(m_ui->mainFile, &QListView::clicked, this, &frmRechnungsVorlage::showFile);
-    connect(m_ui->cmdOK, &TouchKey::clicked, this, &frmRechnungsVorlage::ok);
     connect(m_ui->cmdDefault, &TouchKey::clicked, this, &frmRechnungsVorlage::useDefault);
-    connect(m_ui->cmdCancel, &TouchKey::clicked, this, &frmRechnungsVorlage::reject);
     connect(m_ui->cmdSave, &TouchKey::clicked, this, &frmRechnungsVorlage::save);
     connect(m_ui->cmdNew, &TouchKey::clicked, this, &frmRechnungsVorlage::create);
-    Handle("frmRechnungsVorlage", [this] { loadFiles({}); });
-    m_ui->mainFile->setFocus();
+    guard()([this] { loadFiles({}); });
 }
 
 frmRechnungsVorlage::~frmRechnungsVorlage() = default;
@@ -49,7 +45,7 @@ QString frmRechnungsVorlage::selectedFile() const { return m_ui->mainFile->curre
 
 void frmRechnungsVorlage::showFile() {
     m_ui->txtVorschau->clear();
-    Handle("frmRechnungsVorlage", [this] {
+    guard()([this] {
         if (const QString name = selectedFile(); !name.isEmpty())
             m_ui->txtVorschau->setPlainText(vorlagen::Read(name));
     });
@@ -65,18 +61,17 @@ void frmRechnungsVorlage::useDefault() {
     accept();
 }
 
-void frmRechnungsVorlage::reject() {
+bool frmRechnungsVorlage::cancelled() {
     gVorlagenAuswahl = {};
-    QDialog::reject();
+    return true;
 }
 
 void frmRechnungsVorlage::save() {
-    Handle("frmRechnungsVorlage",
-           [this] { (void)vorlagen::Save(selectedFile(), m_ui->txtVorschau->toPlainText()); });
+    guard()([this] { (void)vorlagen::Save(selectedFile(), m_ui->txtVorschau->toPlainText()); });
 }
 
 void frmRechnungsVorlage::create() {
-    Handle("frmRechnungsVorlage", [this] {
+    guard()([this] {
         if (const QString name = vorlagen::Create(); !name.isEmpty()) loadFiles(name);
     });
 }
@@ -89,11 +84,9 @@ void frmRechnungsVorlage::keyPressEvent(QKeyEvent* event) {
         return m_ui->cmdSave->click();
     case Qt::Key_F5:
         return m_ui->cmdDefault->click();
-    case Qt::Key_F10:
-    case Qt::Key_Return: // a line break while the text has the focus
-    case Qt::Key_Enter:
+    case Qt::Key_F10: // Enter is a line break while the text has the focus
         return m_ui->cmdOK->click();
     default:
-        QDialog::keyPressEvent(event);
+        FormDialog::keyPressEvent(event);
     }
 }

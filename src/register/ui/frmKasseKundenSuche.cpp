@@ -57,8 +57,7 @@ customers::By frmKasseKundenSuche::by() const {
 void frmKasseKundenSuche::search() {
     guard()([this] {
         const QString text = m_ui->txtSuchBegriff->text();
-        const auto [select, order] = customers::Find(by(), text);
-        m_customers->open(select, order);
+        m_customers->open(customers::Find(by(), text));
         // The standard customer stands first; what was looked for follows.
         if (by() != customers::Number)
             m_ui->lvwKunden->selectRow(text.isEmpty() ? 0 : 1);
@@ -71,8 +70,7 @@ void frmKasseKundenSuche::showVehicles(const QString& key) {
     if (!gShowKundenKFZInfo) return;
     guard()([&] {
         if (key.isEmpty()) return m_vehicles->clear();
-        const auto [select, order] = customers::Vehicles(key);
-        m_vehicles->open(select, order);
+        m_vehicles->open(customers::Vehicles(key));
     });
 }
 

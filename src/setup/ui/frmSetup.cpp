@@ -2,13 +2,14 @@
 
 #include <session/CSystem.h>
 #include <session/Globals.h>
-#include <session/Handle.h>
 #include <session/MsgBox.h>
 #include <session/ServerStore.h>
 #include <session/Startup.h>
 #include <setup/StorePath.h>
 #include <setup/ui/frmSetup.h>
 #include <store/Database.h>
+#include <ui/Binding.h>
+#include <ui/DigitPad.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 
@@ -21,7 +22,7 @@
 using namespace Qt::StringLiterals;
 
 frmSetup::frmSetup(QWidget* parent)
-    : QDialog(parent)
+    : FormDialog(parent)
     , m_ui(std::make_unique<Ui::frmSetup>()) {
     m_ui->setupUi(this);
     const int edge = Theme::Current().keyHeight;
@@ -31,22 +32,16 @@ frmSetup::frmSetup(QWidget* parent)
         key->setFixedSize(edge * 15 / 4, edge);
     for (QLineEdit* box : {m_ui->txtDBPath, m_ui->txtDBServer})
         box->setMinimumSize(edge * 9, edge);
-    connect(m_ui->cmdDBPath, &TouchKey::clicked, this,
-            [this] { Handle("frmSetup", [this] { chooseFile(); }); });
-    connect(m_ui->cmdDBServer, &TouchKey::clicked, this,
-            [this] { Handle("frmSetup", [this] { checkServer(); }); });
-    connect(m_ui->cmdOK, &TouchKey::clicked, this, [this] { Handle("frmSetup", [this] { save(); }); });
-    connect(m_ui->cmdCancel, &TouchKey::clicked, this, &frmSetup::reject);
-    for (QLineEdit* box : {m_ui->txtDBPath, m_ui->txtDBServer})
-        connect(box, &QLineEdit::returnPressed, m_ui->cmdOK, &TouchKey::click);
+    connect(m_ui->cmdDBPath, &TouchKey::clicked, this, [this] { guard()([this] { chooseFile(); }); });
+    connect(m_ui->cmdDBServer, &TouchKey::clicked, this, [this] { guard()([this] { checkServer(); }); });
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, m_ui->cmdDBPath, &TouchKey::click);
     connect(new QShortcut(Qt::Key_F4, this), &QShortcut::activated, m_ui->cmdDBServer, &TouchKey::click);
     gSetupDone = 0;
-    Handle("frmSetup", [this] {
+    guard()([this] {
         m_ui->txtDBPath->setText(gSystem->ReadProfileString(u"GLOBAL"_s, u"DBPath"_s, KonfigIni()));
         m_ui->txtDBServer->setText(ShownServerAddress(ReadServerAddress()));
     });
-    focus(m_ui->txtDBServer->text().isEmpty() ? m_ui->txtDBPath : m_ui->txtDBServer);
+    setUpForm(m_ui->txtDBServer->text().isEmpty() ? m_ui->txtDBPath : m_ui->txtDBServer);
 }
 
 frmSetup::~frmSetup() = default;
@@ -62,21 +57,13 @@ void frmSetup::chooseFile() {
     m_ui->cmdOK->setFocus();
 }
 
-void frmSetup::focus(QLineEdit* box) {
-    box->setFocus();
-    box->selectAll();
-}
-
 QString frmSetup::server() const {
     return EnteredServerAddress(m_ui->txtDBServer->text(), ReadServerAddress());
 }
 
 bool frmSetup::serverIsReadable() {
     const QString fault = ServerAddressFault(server());
-    if (fault.isEmpty()) return true;
-    MsgBox(fault);
-    focus(m_ui->txtDBServer);
-    return false;
+    return !FirstFailure({{!fault.isEmpty(), m_ui->txtDBServer, fault}});
 }
 
 void frmSetup::checkServer() {
@@ -84,7 +71,8 @@ void frmSetup::checkServer() {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const auto done = qScopeGuard([this] {
         QApplication::restoreOverrideCursor();
-        focus(m_ui->txtDBServer);
+        m_ui->txtDBServer->setFocus();
+        SelectAllText(m_ui->txtDBServer);
     });
     PaintWaiter waiter;
     try {
@@ -102,25 +90,23 @@ void frmSetup::checkServer() {
     }
 }
 
-void frmSetup::save() {
+void frmSetup::ok() {
     const QString folder = m_ui->txtDBPath->text().trimmed();
     const QString address = server();
     if (!address.isEmpty() && !serverIsReadable()) return;
-    if (address.isEmpty() ? !HasStore(folder) : !HasFolder(folder)) {
-        MsgBox(
-            address.isEmpty()
-                ? u"In diesem Ordner wurde keine Datenbank (Merivane.mdb) gefunden. Bitte prüfen Sie Ihre Eingabe."_s
-                : u"Dieser Ordner wurde nicht gefunden. Auch mit einer Datenbank auf dem Server braucht die "
-                  u"Kasse "
-                  "einen Ordner für Vorlagen und Bilder. Bitte prüfen Sie Ihre Eingabe."_s);
-        focus(m_ui->txtDBPath);
+    if (FirstFailure(
+            {{address.isEmpty() && !HasStore(folder), m_ui->txtDBPath,
+              u"In diesem Ordner wurde keine Datenbank (Merivane.mdb) gefunden. Bitte prüfen Sie Ihre Eingabe."_s},
+             {!HasFolder(folder), m_ui->txtDBPath,
+              u"Dieser Ordner wurde nicht gefunden. Auch mit einer Datenbank auf dem Server braucht die "
+              u"Kasse einen "
+              "Ordner für Vorlagen und Bilder. Bitte prüfen Sie Ihre Eingabe."_s}}))
         return;
-    }
     SaveStorePlace(folder, address);
     accept();
 }
 
-void frmSetup::reject() {
+bool frmSetup::cancelled() {
     gSetupDone = 0;
-    QDialog::reject();
+    return true;
 }

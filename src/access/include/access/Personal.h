@@ -1,21 +1,18 @@
 #pragma once
 
 #include <access/PersonalRecord.h>
+#include <store/SqlText.h>
 
 #include <functional>
 
 /// The rules behind staff maintenance. What there is to say about a refusal has been said when a routine
 /// returns; all raise what the store raises.
 
-/// A statement of the staff list: what it selects and the order of its rows.
-struct PersonalQuery {
-    QString select, order;
-};
 /// Everybody. The rows have their ID, name, address, contact and whether they are blocked.
-[[nodiscard]] PersonalQuery AllPersonal();
+[[nodiscard]] sql::Query AllPersonal();
 /// Those in whom `text` stands anywhere; the rows have only ID, name and address. Raises 3075 for a text that
 /// would end the statement's.
-[[nodiscard]] PersonalQuery SearchPersonal(const QString& text);
+[[nodiscard]] sql::Query SearchPersonal(const QString& text);
 
 /// Reads a person's row from `personal`, a record set of the whole table. False when it was deleted
 /// meanwhile.

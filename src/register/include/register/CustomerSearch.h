@@ -1,5 +1,7 @@
 #pragma once
 
+#include <store/SqlText.h>
+
 #include <QString>
 
 /// The rules of the customer search (frmKasseKundenSuche). The list shows the standard customer first, then
@@ -8,18 +10,14 @@ namespace till::CustomerSearch {
 
 enum By { Number, Name, Town };
 
-/// A statement without its order, and the order.
-struct Query {
-    QString select, order;
-};
 /// `text` is looked for anywhere in the name or town; by number all are listed. Raises 3075 for a text that
 /// would end its literal.
-[[nodiscard]] Query Find(By by, const QString& text);
+[[nodiscard]] sql::Query Find(By by, const QString& text);
 /// The key of the first customer whose number begins with `number`; "" when there is none. Raises what the
 /// store raises.
 [[nodiscard]] QString FindNumber(const QString& number);
 /// The vehicles of a customer, as a statement.
-[[nodiscard]] Query Vehicles(const QString& key);
+[[nodiscard]] sql::Query Vehicles(const QString& key);
 
 inline const QString StandardKey = QStringLiteral("ID0");
 /// cmdOK: loads gKunde from the row and sets its Ergebnis 1. False, with the loss told, when the customer has

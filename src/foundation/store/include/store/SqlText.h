@@ -32,6 +32,11 @@ namespace sql {
 [[nodiscard]] QString date(QDate value); ///< raises 5 for an invalid date
 [[nodiscard]] QString flag(bool value);  ///< -1 and 0
 
+/// A statement of a list: what it selects, and what stands behind ORDER BY.
+struct Query {
+    QString select, order;
+};
+
 /// How many rows `from` has: a table, or a table and its WHERE.
 [[nodiscard]] int count(Database& db, const QString& from);
 /// The first column of all rows, without Null and empty texts: the fill of a combo box.

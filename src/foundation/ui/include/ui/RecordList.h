@@ -1,5 +1,7 @@
 #pragma once
 
+#include <store/SqlText.h>
+
 #include <QAbstractTableModel>
 #include <QCache>
 #include <QIcon>
@@ -67,6 +69,7 @@ class RecordList : public QAbstractTableModel {
     /// Shows another statement: `select` without an order, `order` what stands behind ORDER BY. Raises what
     /// the store raises and then still shows what it showed.
     void open(const QString& select, const QString& order = {});
+    void open(const sql::Query& query) { open(query.select, query.order); }
     void reload(); ///< reads the statement again; raises likewise
     void clear();  ///< shows nothing, not even the extra rows
     /// Another row came, or this one looks different: shown behind the last one, or anew. False when it is

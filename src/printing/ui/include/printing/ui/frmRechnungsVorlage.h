@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include <ui/Form.h>
 
 #include <memory>
 
@@ -11,16 +11,16 @@ class frmRechnungsVorlage;
 
 /// The choice of an invoice's closing text from the ".rvl" files of the shop: gVorlagenAuswahl. A text can be
 /// changed for this one document, or saved for all that follow.
-class frmRechnungsVorlage : public QDialog {
+class frmRechnungsVorlage : public FormDialog {
     Q_OBJECT
 
   public:
     explicit frmRechnungsVorlage(QWidget* parent = nullptr);
     ~frmRechnungsVorlage() override;
 
-    void reject() override; ///< cmdCancel, Esc and closing the window
-
   protected:
+    void ok() override;
+    bool cancelled() override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
@@ -28,7 +28,6 @@ class frmRechnungsVorlage : public QDialog {
     void loadFiles(const QString& name);
     [[nodiscard]] QString selectedFile() const;
     void showFile();
-    void ok();
     void useDefault();
     void save();
     void create();

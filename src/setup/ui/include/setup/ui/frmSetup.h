@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QDialog>
+#include <ui/Form.h>
 
 #include <memory>
-
-class QLineEdit;
 
 namespace Ui {
 class frmSetup;
@@ -13,20 +11,21 @@ class frmSetup;
 /// Asks where the store is, when start-up did not find it: the folder (`txtDBPath`) and, when the store is on
 /// a server, its address (`txtDBServer`, never with the password). gSetupDone is 1 after both were saved,
 /// else 0. Needs no open store.
-class frmSetup : public QDialog {
+class frmSetup : public FormDialog {
     Q_OBJECT
 
   public:
     explicit frmSetup(QWidget* parent = nullptr);
     ~frmSetup() override;
-    void reject() override;
+
+  protected:
+    void ok() override;
+    bool cancelled() override;
 
   private:
     void chooseFile();
-    void save();
     void checkServer(); ///< cmdDBServer
     [[nodiscard]] bool serverIsReadable();
     [[nodiscard]] QString server() const;
-    static void focus(QLineEdit* box);
     std::unique_ptr<Ui::frmSetup> m_ui;
 };
