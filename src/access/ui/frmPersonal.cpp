@@ -19,7 +19,10 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QUrl>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -78,7 +81,8 @@ frmPersonal::frmPersonal(QWidget* parent)
     m_ui->pnlPerson->setMinimumWidth(t.keyHeight * 5);
     m_ui->splMain->setStretchFactor(0, 1);
     m_ui->splMain->setStretchFactor(1, 0);
-    m_ui->splMain->setSizes({t.keyHeight * 17, t.keyHeight * 7});
+    const int side = std::clamp(screen()->availableSize().width() / 4, t.keyHeight * 5, t.keyHeight * 7);
+    m_ui->splMain->setSizes({screen()->availableSize().width() - side, side});
     m_ui->lblHits->setMinimumWidth(t.keyHeight * 2);
     m_ui->lvwDetail->setModel(m_details);
     m_ui->lvwDetail->horizontalHeader()->hide();

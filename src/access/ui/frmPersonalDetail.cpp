@@ -38,6 +38,7 @@ frmPersonalDetail::frmPersonalDetail(PersonalRecord& record, QWidget* parent)
     m_binding.fill();
 
     m_ui->sspBild->setCaption(u"Kein Mitarbeiterbild vorhanden"_s);
+    setMinimumWidth(Theme::Current().keyHeight * 16);
     m_ui->sspBild->setMinimumSize(Theme::Current().keyHeight * 4, Theme::Current().keyHeight * 4);
     if (!isNew) m_ui->sspBild->load(BildDatei(Bild::Person, QString::number(record.ID)));
     showKeys();

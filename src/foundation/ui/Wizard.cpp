@@ -134,14 +134,16 @@ int WizardPane::heightForWidth(int width) const {
                         : m_welcome->layout()->heightForWidth(width - faceWidth());
 }
 
-QSize WizardPane::sizeHint() const {
-    if (layout() != nullptr) return QWidget::sizeHint();
-    return (m_showHeader ? m_header : m_welcome)->sizeHint();
+// Texts that wrap want to be narrow and high; a head is as wide as its dialog.
+QSize WizardPane::bandSize() const {
+    const int width = std::max(this->width(), Theme::Current().keyHeight * 9);
+    return {Theme::Current().keyHeight * 4, heightForWidth(width)};
 }
 
+QSize WizardPane::sizeHint() const { return layout() != nullptr ? QWidget::sizeHint() : bandSize(); }
+
 QSize WizardPane::minimumSizeHint() const {
-    if (layout() != nullptr) return QWidget::minimumSizeHint();
-    return (m_showHeader ? m_header : m_welcome)->minimumSizeHint();
+    return layout() != nullptr ? QWidget::minimumSizeHint() : bandSize();
 }
 
 void WizardPane::place() {

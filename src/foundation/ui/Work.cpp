@@ -142,6 +142,9 @@ bool Work::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseButtonDblClick:
     case QEvent::ContextMenu:
     case QEvent::Wheel:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
         // Windows of the system get them first and pass them on to the controls.
         return watched->isWidgetType() && watched != m_bar.stopKey();
     case QEvent::Close:

@@ -7,7 +7,9 @@
 #include <templates/TemplateDocument.h>
 #include <templates/TemplateKeys.h>
 #include <templates/ui/PropertyGrid.h>
+#include <ui/ListView.h>
 #include <ui/Theme.h>
+#include <ui/UserSettings.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -19,7 +21,6 @@
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -38,7 +39,7 @@ QString whySwitchedOff(const QString& key) {
 
 PropertyGrid::PropertyGrid(QWidget* parent)
     : QWidget(parent)
-    , m_tree(new QTreeView(this))
+    , m_tree(new TreeView(this))
     , m_caption(new QLabel(this))
     , m_description(new QLabel(this))
     , m_stack(new QStackedWidget(this))
@@ -53,12 +54,9 @@ PropertyGrid::PropertyGrid(QWidget* parent)
     const Theme& t = Theme::Current();
     m_tree->setObjectName(u"lvwProperties"_s);
     m_tree->setAccessibleName(u"Eigenschaften der Druckvorlage"_s);
-    m_tree->setUniformRowHeights(true);
     m_tree->setAllColumnsShowFocus(true);
     m_tree->setRootIsDecorated(true);
-    m_tree->setExpandsOnDoubleClick(false);
     m_tree->setIndentation(t.gap * 2);
-    m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_tree->setMinimumHeight(t.keyHeight * 3);
     m_tree->installEventFilter(this);
@@ -89,6 +87,7 @@ PropertyGrid::PropertyGrid(QWidget* parent)
     splitter->addWidget(pane);
     splitter->setStretchFactor(0, 1);
     splitter->setSizes({t.keyHeight * 20, pane->minimumHeight()});
+    RememberSplitter(*splitter, u"PropertyGrid/splitGrid"_s);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins({});
     all->addWidget(splitter);

@@ -65,6 +65,7 @@ class WizardPane : public QWidget {
 
   private:
     void place();
+    [[nodiscard]] QSize bandSize() const;
     [[nodiscard]] int faceWidth() const; ///< of the picture's side of the welcome face
 
     QWidget *m_header, *m_welcome;

@@ -49,7 +49,7 @@ class Work : public QObject {
     Q_OBJECT
 
   public:
-    /// `total` pieces, 0 when nobody knows. Work within work shows and stops by the outer one's bar.
+    /// `total` pieces, 0 when nobody knows.
     Work(WorkBar& bar, const QString& what, qint64 total);
     ~Work() override; ///< without finish: "Abgebrochen"
     /// So many pieces more are done. False as soon as somebody has stopped the work.
