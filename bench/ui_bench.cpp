@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
     const QApplication app(argc, argv);
     const QTemporaryDir place;
     openShop(place.path() + QDir::separator(), place.filePath(u"Merivane.mdb"_s));
-    gDB->Execute(u"UPDATE Artikel SET Name='Artikel ' & (3000000 - CLng(Nummer))"_s);
+    gDB->Execute(u"UPDATE Artikel SET Name='Artikel ' & (3900000 - CLng(Nummer))"_s);
     Theme::Apply();
 
     std::vector<double> first, find;

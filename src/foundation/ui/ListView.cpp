@@ -11,30 +11,21 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+constexpr int cellMargins = 26, markWidth = 4;
+}
 
-/// The mark at the left edge of the selected row.
-class MarkedRows : public QStyledItemDelegate {
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override {
-        QStyledItemDelegate::paint(painter, option, index);
-        if (!(option.state & QStyle::State_Selected) || option.rect.left() > 0) return;
-        painter->fillRect(QRect(option.rect.topLeft(), QSize(4, option.rect.height() - 1)),
-                          Theme::Current().accent);
-    }
-};
-
-constexpr int cellMargins = 26;
-
-} // namespace
+void RowMark::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    QStyledItemDelegate::paint(painter, option, index);
+    if (!(option.state & QStyle::State_Selected) || option.rect.left() > 0) return;
+    painter->fillRect(QRect(option.rect.topLeft(), QSize(markWidth, option.rect.height() - 1)),
+                      Theme::Current().accent);
+}
 
 ViewHabits::ViewHabits(QAbstractItemView& view, std::function<bool()> wanted)
     : QObject(&view)
@@ -85,7 +76,7 @@ ListView::ListView(QWidget* parent)
     setWordWrap(false);
     setCornerButtonEnabled(false);
     setTabKeyNavigation(false);
-    setItemDelegate(new MarkedRows(this));
+    setItemDelegate(new RowMark(this));
     verticalHeader()->hide();
     setTouch(false);
     horizontalHeader()->setHighlightSections(false);
@@ -232,7 +223,7 @@ TreeView::TreeView(QWidget* parent)
           *this, [this] { return isSignalConnected(QMetaMethod::fromSignal(&TreeView::chosen)); })) {
     setUniformRowHeights(true);
     setExpandsOnDoubleClick(false);
-    setItemDelegate(new MarkedRows(this));
+    setItemDelegate(new RowMark(this));
     connect(m_habits, &ViewHabits::chosen, this, &TreeView::chosen);
 }
 

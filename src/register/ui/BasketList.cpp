@@ -1,31 +1,13 @@
 #include "BasketList.h"
 
+#include <ui/ListView.h>
 #include <ui/Theme.h>
 
 #include <QHeaderView>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 
 #include <algorithm>
-
-namespace {
-
-/// Marks the selected row with a bar at its edge, so that it is found at a glance.
-class RowMark : public QStyledItemDelegate {
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& where) const override {
-        QStyledItemDelegate::paint(painter, option, where);
-        if (where.column() == 0 && option.state.testFlag(QStyle::State_Selected))
-            painter->fillRect(QRect(option.rect.topLeft(), QSize(5, option.rect.height())),
-                              Theme::Current().accent);
-    }
-};
-
-} // namespace
 
 BasketList::BasketList(QWidget* parent)
     : QTableView(parent) {

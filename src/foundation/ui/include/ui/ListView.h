@@ -1,11 +1,20 @@
 #pragma once
 
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QTreeView>
 
 #include <functional>
 
 class RecordList;
+
+/// Marks the selected row with a bar at its left edge, so that it is found at a glance.
+class RowMark : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+};
 
 /// What lists and trees of the house have in common: the height of their rows, Enter and double click choose,
 /// the arrows work from the box in which one types.
