@@ -71,6 +71,7 @@ Application::Application(int& argc, char** argv)
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     setApplicationName(u"merivane"_s);
     setApplicationDisplayName(u"Merivane"_s);
+    setApplicationVersion(QStringLiteral(MERIVANE_VERSION));
     // Windows come and go while the login is hidden; closing the login is what ends the program.
     setQuitOnLastWindowClosed(false);
 }

@@ -11,13 +11,38 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
+#include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextTable>
 #include <QUrl>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What is read from the guide's files stands too close for a screen.
+void giveAir(QTextDocument& document) {
+    const Theme& t = Theme::Current();
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        QTextCursor cursor(block);
+        if (cursor.currentTable() != nullptr) continue;
+        QTextBlockFormat format = block.blockFormat();
+        format.setTopMargin(format.headingLevel() > 0 ? t.gap * 3 : t.gap);
+        cursor.setBlockFormat(format);
+    }
+    for (QTextFrame* frame : document.rootFrame()->childFrames()) {
+        auto* table = qobject_cast<QTextTable*>(frame);
+        if (table == nullptr) continue;
+        QTextTableFormat format = table->format();
+        format.setBorderCollapse(true);
+        format.setBorder(1);
+        format.setBorderBrush(t.border);
+        format.setCellPadding(t.gap * 3 / 4);
+        format.setTopMargin(t.gap);
+        table->setFormat(format);
+    }
+}
 
 /// The guide as it is delivered, built into the program.
 class frmHilfe : public QWidget {
@@ -31,6 +56,8 @@ class frmHilfe : public QWidget {
         text->setOpenExternalLinks(true);
         text->document()->setDocumentMargin(24);
         text->setSource(QUrl(u"qrc:/hilfe/bedienung.md"_s), QTextDocument::MarkdownResource);
+        connect(text, &QTextBrowser::sourceChanged, this, [text] { giveAir(*text->document()); });
+        giveAir(*text->document());
         auto* column = new QVBoxLayout(this);
         column->setContentsMargins({});
         column->addWidget(text);
@@ -79,6 +106,7 @@ frmAbout::frmAbout(QWidget* parent)
     body->setContentsMargins(t.gap * 3, t.gap * 2, t.gap * 3, t.gap * 2);
     body->setSpacing(t.gap * 2);
     body->addWidget(facts);
+    ok->setFixedSize(t.keyHeight * 5 / 2, t.keyHeight);
     body->addWidget(ok, 0, Qt::AlignRight);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(1, 1, 1, 1);
