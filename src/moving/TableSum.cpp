@@ -1,4 +1,5 @@
 #include <store/Database.h>
+#include <store/Transfer.h>
 
 #include <QCryptographicHash>
 #include <QLocale>
@@ -98,7 +99,7 @@ TableSum sumOf(Database& db, const QString& table, const std::function<void()>& 
     TableSum sum;
     RowHash hash;
     std::vector<ColumnTotal> totals;
-    db.ReadTable(table, [&](const std::vector<Value>& values) {
+    store::ReadTable(db, table, [&](const std::vector<Value>& values) {
         totals.resize(values.size());
         for (std::size_t i = 0; i < values.size(); ++i) {
             hash.add(values[i]);
