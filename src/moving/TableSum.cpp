@@ -31,6 +31,8 @@ class ColumnTotal {
             m_part += money->scaled() % 10000;
         } else if (const auto* number = std::get_if<double>(&value.data()))
             m_real += *number;
+        else if (const auto* single = std::get_if<float>(&value.data()))
+            m_real += double(*single);
         else if (const auto* date = std::get_if<DateTime>(&value.data()))
             m_real += date->days;
     }
@@ -69,6 +71,7 @@ class RowHash {
             void operator()(qint64 i) const { hash.number('i', static_cast<quint64>(i)); }
             // Engines differ in whether they keep the sign of a zero.
             void operator()(double d) const { hash.number('d', std::bit_cast<quint64>(d == 0 ? 0.0 : d)); }
+            void operator()(float f) const { (*this)(double(f)); }
             void operator()(Currency c) const { hash.number('c', static_cast<quint64>(c.scaled())); }
             void operator()(DateTime t) const {
                 hash.number('t', std::bit_cast<quint64>(t.days == 0 ? 0.0 : t.days));

@@ -109,6 +109,7 @@ struct Answer {
                 Answer operator()(double d) const {
                     return {u"double precision"_s, QString::number(d, 'g', 17), d};
                 }
+                Answer operator()(float f) const { return (*this)(double(f)); }
                 Answer operator()(Currency c) const { return {u"numeric"_s, Value(c).toText(), {}}; }
                 Answer operator()(DateTime t) const { return (*this)(t.days); }
                 Answer operator()(const QString& s) const {
