@@ -161,6 +161,7 @@ const std::vector<Case>& cases() {
         {"jet_tobyte", {"v"}, 1500},
         {"jet_toshort", {"v"}, 1500},
         {"jet_tolong", {"v"}, 3000},
+        {"jet_tosingle", {"v"}, 600},
         {"jet_todouble", {"v"}, 3000},
         {"jet_tocurrency", {"v"}, 3000},
         {"jet_todate", {"v", "a"}, 3000},
