@@ -1,7 +1,7 @@
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/StoreName.h>
-#include <store/TableWriter.h>
+#include <store/Transfer.h>
 
 #include <QFileInfo>
 
@@ -72,7 +72,7 @@ bool hasCounter(const TableDef& table) {
 }
 
 qint64 counterOf(Database& db, const TableDef& table) {
-    return hasCounter(table) ? db.Counter(table.Name) : 0;
+    return hasCounter(table) ? store::Counter(db, table.Name) : 0;
 }
 
 /// All of a transaction or nothing.
@@ -185,7 +185,7 @@ class Move {
             compared.push_back(compare(m_tables[i], pace));
             equal = equal && compared.back().differences.isEmpty();
         }
-        if (equal) m_target->SetMoveSource({});
+        if (equal) store::SetMoveSource(*m_target, {});
         return compared;
     }
 
@@ -199,15 +199,15 @@ class Move {
         }
         QString password;
         m_target = openTrying(password, [&](const QString& connect) {
-            return Database::OpenMoveTarget(m_targetName, connect);
+            return store::OpenMoveTarget(m_targetName, connect);
         });
-        if (const QString begun = m_target->MoveSource(); begun.isEmpty())
+        if (const QString begun = store::MoveSource(*m_target); begun.isEmpty())
             refuseRows();
         else if (begun != m_sourceName)
             raise(unfinished,
                   u"Hierher wurde ein Umzug von '%1' begonnen und nicht beendet. Bitte diesen wiederholen "
                   "oder ein anderes Ziel nennen."_s.arg(begun));
-        m_target->SetMoveSource(m_sourceName);
+        store::SetMoveSource(*m_target, m_sourceName);
         if (password != m_password) m_target->NewPassword(password, m_password);
     }
 
@@ -241,14 +241,14 @@ class Move {
             Attempt attempt(*m_target);
             if (there) m_target->DeleteTableDef(table.Name);
             m_target->AppendTableDef(table);
-            const auto writer = m_target->WriteTable(table.Name);
-            m_source->ReadTable(table.Name, [&](const std::vector<Value>& values) {
+            const auto writer = store::WriteTable(*m_target, table.Name);
+            store::ReadTable(*m_source, table.Name, [&](const std::vector<Value>& values) {
                 ++row;
                 writer->Add(values);
                 pace.row();
             });
             writer->Finish();
-            if (hasCounter(table)) m_target->SetCounter(table.Name, m_source->Counter(table.Name));
+            if (hasCounter(table)) store::SetCounter(*m_target, table.Name, store::Counter(*m_source, table.Name));
             attempt.succeed();
         });
     }

@@ -1,4 +1,5 @@
 #include <store/Database.h>
+#include <store/Transfer.h>
 
 #include <QCryptographicHash>
 #include <QLocale>
@@ -30,6 +31,8 @@ class ColumnTotal {
             m_part += money->scaled() % 10000;
         } else if (const auto* number = std::get_if<double>(&value.data()))
             m_real += *number;
+        else if (const auto* single = std::get_if<float>(&value.data()))
+            m_real += double(*single);
         else if (const auto* date = std::get_if<DateTime>(&value.data()))
             m_real += date->days;
     }
@@ -68,6 +71,7 @@ class RowHash {
             void operator()(qint64 i) const { hash.number('i', static_cast<quint64>(i)); }
             // Engines differ in whether they keep the sign of a zero.
             void operator()(double d) const { hash.number('d', std::bit_cast<quint64>(d == 0 ? 0.0 : d)); }
+            void operator()(float f) const { (*this)(double(f)); }
             void operator()(Currency c) const { hash.number('c', static_cast<quint64>(c.scaled())); }
             void operator()(DateTime t) const {
                 hash.number('t', std::bit_cast<quint64>(t.days == 0 ? 0.0 : t.days));
@@ -98,7 +102,7 @@ TableSum sumOf(Database& db, const QString& table, const std::function<void()>& 
     TableSum sum;
     RowHash hash;
     std::vector<ColumnTotal> totals;
-    db.ReadTable(table, [&](const std::vector<Value>& values) {
+    store::ReadTable(db, table, [&](const std::vector<Value>& values) {
         totals.resize(values.size());
         for (std::size_t i = 0; i < values.size(); ++i) {
             hash.add(values[i]);

@@ -1,3 +1,4 @@
+#include "../jet/Printer.h"
 #include "../jet/Shop.h"
 #include "Fuzz.h"
 

@@ -1,4 +1,5 @@
 #include "Cases.h"
+#include "Printer.h"
 
 #include <jet/Functions.h>
 #include <jet/Translator.h>

@@ -1,3 +1,4 @@
+#include "Printer.h"
 #include "Shop.h"
 
 #include <text/RuntimeError.h>

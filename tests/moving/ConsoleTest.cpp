@@ -1,6 +1,6 @@
 #include "Shops.h"
 
-#include <store/TableWriter.h>
+#include <store/Transfer.h>
 
 #include <QProcess>
 #include <QThread>

@@ -103,7 +103,7 @@ TEST_F(ServerMoveTest, WhatTheServerCannotKeepIsToldWithItsTable) {
         auto db = Database::CreateDatabase(file(u"alt.mdb"_s));
         db->Execute(u"CREATE TABLE Notizen (Inhalt MEMO)"_s);
         db->BeginTrans();
-        const auto writer = db->WriteTable(u"Notizen"_s);
+        const auto writer = store::WriteTable(*db, u"Notizen"_s);
         writer->Add({QString(u"a\0b"_s)});
         writer->Finish();
         db->CommitTrans();

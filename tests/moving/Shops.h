@@ -2,7 +2,7 @@
 
 #include <store/Database.h>
 #include <store/Recordset.h>
-#include <store/TableWriter.h>
+#include <store/Transfer.h>
 
 #include <QFile>
 #include <QProcess>
@@ -36,14 +36,14 @@ inline QByteArray dump(Database& db) {
                   field.DefaultValue, QString::number(field.AllowZeroLength), QString::number(field.Required),
                   QString::number(field.Attributes)});
             if (field.Attributes == dbAutoIncrField)
-                line({u"COUNTER"_s, QString::number(db.Counter(table.Name))});
+                line({u"COUNTER"_s, QString::number(store::Counter(db, table.Name))});
         }
         for (const TableIndex& index : table.Indexes) {
             line({u"INDEX"_s, index.Name, QString::number(index.Unique), QString::number(index.Primary)});
             for (const TableIndex::Column& column : index.Fields)
                 line({column.Name, QString::number(column.Descending)});
         }
-        db.ReadTable(table.Name, [&](const std::vector<Value>& row) {
+        store::ReadTable(db, table.Name, [&](const std::vector<Value>& row) {
             QStringList parts;
             for (const Value& value : row) {
                 const QString kind = QString::number(value.data().index()) + u':';
@@ -83,7 +83,7 @@ inline void makeExtremes(Database& db) {
     db.Execute(u"INSERT INTO Reihe VALUES (1)"_s);
     db.Execute(u"INSERT INTO Reihe VALUES (2)"_s);
     db.BeginTrans();
-    const auto writer = db.WriteTable(u"Alles"_s);
+    const auto writer = store::WriteTable(db, u"Alles"_s);
     const QString letter = QString::fromUtf8("\xF0\x9D\x84\x9E");
     writer->Add({2, true, 255, 32767, std::numeric_limits<int>::max(),
                  double(std::numeric_limits<float>::max()), huge, Currency::fromScaled(high),
@@ -123,7 +123,7 @@ inline void makeShop(const QString& place, int rows) {
     db->Execute(u"CREATE TABLE Kunden (Nummer TEXT(10))"_s);
     db->Execute(u"INSERT INTO Kunden VALUES ('K1')"_s);
     db->BeginTrans();
-    const auto writer = db->WriteTable(u"Artikel"_s);
+    const auto writer = store::WriteTable(*db, u"Artikel"_s);
     for (int i = 1; i <= rows; ++i)
         writer->Add({i, u"Artikel %1"_s.arg(i * 7919 % rows), QString(200, u'x'), Currency::fromScaled(i)});
     writer->Finish();

@@ -2,7 +2,7 @@
 
 #include <app/DemoShop.h>
 #include <store/StoreName.h>
-#include <store/TableWriter.h>
+#include <store/Transfer.h>
 
 #include <limits>
 #include <moving/StoreMove.h>
@@ -30,7 +30,7 @@ class StoreMoveTest : public testing::Test {
         for (const QString& name : {u"Anfang"_s, u"Mitte"_s, u"Zuletzt"_s}) {
             db->Execute(u"CREATE TABLE "_s + name + u" (ID COUNTER, Name TEXT(50), Preis CURRENCY)"_s);
             db->BeginTrans();
-            const auto writer = db->WriteTable(name);
+            const auto writer = store::WriteTable(*db, name);
             for (int i = 1; i <= rows; ++i)
                 writer->Add({i, u"Artikel %1"_s.arg(i), Currency::fromScaled(i * 10)});
             writer->Finish();
@@ -147,7 +147,7 @@ TEST_F(StoreMoveTest, ACancelledMoveIsRefusedByTheTillAndGoesOnWithTheNextCall) 
     EXPECT_TRUE(move().equal());
     const auto target = open(m_target);
     EXPECT_EQ(dump(*open(m_source)), dump(*target));
-    EXPECT_EQ(9000, target->Counter(u"Mitte"_s));
+    EXPECT_EQ(9000, store::Counter(*target, u"Mitte"_s));
 }
 
 TEST_F(StoreMoveTest, NobodySellsIntoTheSourceMeanwhile) {

@@ -425,6 +425,7 @@ QString typed(const Value& value) {
         QString operator()(double d) const {
             return u"'%1'::double precision"_s.arg(QString::number(d, 'g', 17));
         }
+        QString operator()(float f) const { return u"'%1'::real"_s.arg(QString::number(double(f), 'g', 9)); }
         QString operator()(Currency c) const {
             return quoted(Value(c).toText().replace(u',', u'.')) + u"::numeric"_s;
         }

@@ -109,6 +109,7 @@ struct Answer {
                 Answer operator()(double d) const {
                     return {u"double precision"_s, QString::number(d, 'g', 17), d};
                 }
+                Answer operator()(float f) const { return (*this)(double(f)); }
                 Answer operator()(Currency c) const { return {u"numeric"_s, Value(c).toText(), {}}; }
                 Answer operator()(DateTime t) const { return (*this)(t.days); }
                 Answer operator()(const QString& s) const {
@@ -160,6 +161,7 @@ const std::vector<Case>& cases() {
         {"jet_tobyte", {"v"}, 1500},
         {"jet_toshort", {"v"}, 1500},
         {"jet_tolong", {"v"}, 3000},
+        {"jet_tosingle", {"v"}, 600},
         {"jet_todouble", {"v"}, 3000},
         {"jet_tocurrency", {"v"}, 3000},
         {"jet_todate", {"v", "a"}, 3000},

@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 
+#include <latch>
 #include <thread>
 
 namespace {
@@ -177,9 +178,13 @@ TEST_F(ServerTroubleTest, AServerThatIsAwayIsToldAndTheTillGoesOnWhenItIsBack) {
 
     // One that comes back within seconds is not even noticed.
     server->stop(PostgresServer::Stop::Immediate);
-    std::thread till([&] { EXPECT_EQ(sell(u"fünf"_s), 0); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    server->start();
+    std::latch begun(1);
+    std::thread till([&] {
+        begun.count_down();
+        EXPECT_EQ(sell(u"fünf"_s), 0);
+    });
+    begun.wait();
+    server->start(); // takes longer than the first try of the sale
     till.join();
     EXPECT_EQ(onServer(u"SELECT Count(*) FROM L"_s), u"3");
 }

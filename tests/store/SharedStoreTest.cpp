@@ -6,32 +6,38 @@
 #include <QSet>
 
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
 
-/// Runs `act` in a process of its own that shares nothing open with this one; gives what it wrote.
+/// Runs `act` in a process of its own that shares nothing open with this one; gives what it wrote to `out`. What
+/// it waits for comes in at `in`.
 class Child {
   public:
-    explicit Child(const std::function<void(int out)>& act) {
-        int ends[2];
-        if (pipe(ends) != 0) throw std::runtime_error("pipe");
+    explicit Child(const std::function<void(int out, int in)>& act) {
+        int ends[2], back[2];
+        if (pipe(ends) != 0 || pipe(back) != 0) throw std::runtime_error("pipe");
         m_pid = fork();
         if (m_pid == 0) {
             close(ends[0]);
+            close(back[1]);
             int code = 0;
             try {
-                act(ends[1]);
+                act(ends[1], back[0]);
             } catch (...) {
                 code = 1;
             }
             _exit(code);
         }
         close(ends[1]);
+        close(back[0]);
         m_in = ends[0];
+        m_out = back[1];
     }
     ~Child() {
         close(m_in);
+        close(m_out);
         kill(m_pid, SIGKILL);
         waitpid(m_pid, nullptr, 0);
     }
@@ -46,13 +52,31 @@ class Child {
             all += part;
         return all;
     }
+    /// Ends an await() of the child.
+    void go() const { EXPECT_EQ(write(m_out, "g", 1), 1); }
     void kill9() { kill(m_pid, SIGKILL); }
     void wait() { waitpid(m_pid, nullptr, 0); }
 
   private:
     pid_t m_pid = -1;
-    int m_in = -1;
+    int m_in = -1, m_out = -1;
 };
+
+void await(int in) {
+    char byte = 0;
+    if (read(in, &byte, 1) != 1) _exit(3);
+}
+
+/// Returns when this thread of the process sleeps, since it waits for somebody else.
+void untilAsleep(pid_t thread) {
+    for (;;) {
+        QFile stat(u"/proc/self/task/%1/stat"_s.arg(thread));
+        ASSERT_TRUE(stat.open(QIODevice::ReadOnly));
+        const QByteArray text = stat.readAll();
+        if (text.mid(text.lastIndexOf(')') + 2, 1) == "S") return;
+        std::this_thread::yield();
+    }
+}
 
 void tell(int out, const QByteArray& text) {
     if (write(out, text.constData(), static_cast<std::size_t>(text.size())) != text.size()) _exit(2);
@@ -76,7 +100,7 @@ class SharedStoreTest : public StoreTest, public testing::WithParamInterface<boo
 TEST_P(SharedStoreTest, ExclusiveMeansAlone) {
     EXPECT_EQ(open()->Warning().isEmpty(), !GetParam());
     {
-        Child other([&](int out) {
+        Child other([&](int out, int) {
             const auto db = open();
             tell(out, "x");
             pause();
@@ -92,15 +116,20 @@ TEST_P(SharedStoreTest, ExclusiveMeansAlone) {
         EXPECT_EQ(errorOf([&] { open(true); }), 0) << "the lock dies with the process";
     }
     {
-        Child other([&](int out) {
+        Child other([&](int out, int in) {
             const auto db = open(true);
             tell(out, "x");
-            usleep(700 * 1000);
+            await(in);
         });
         ASSERT_EQ(other.read(1), "x");
         EXPECT_EQ(errorOf([&] { open(true); }), 3045);
+        std::thread release([&, waits = gettid()] {
+            untilAsleep(waits);
+            other.go();
+        });
         EXPECT_EQ(errorOf([&] { EXPECT_EQ(countOf(*open(), u"N"_s), 1); }), 0)
             << "a start waits while another one looks at the password";
+        release.join();
         other.wait();
     }
     auto alone = open(true);
@@ -113,21 +142,27 @@ TEST_P(SharedStoreTest, AWriteWaitsForAnotherTillAndThenTells3260) {
     auto rs = db->OpenRecordset(u"N"_s);
     rs->Edit();
     rs->Set(u"Wert", 5);
-    Child other([&](int out) {
+    Child other([&](int out, int in) {
         const auto theirs = open();
         theirs->BeginTrans();
         theirs->Execute(u"UPDATE N SET Wert=9"_s);
         tell(out, "x");
-        usleep(300 * 1000);
+        await(in);
         theirs->CommitTrans();
-        usleep(500 * 1000);
+        await(in);
         theirs->BeginTrans();
         theirs->Execute(u"UPDATE N SET Wert=10"_s);
         tell(out, "y");
         pause();
     });
     ASSERT_EQ(other.read(1), "x");
+    std::thread release([&, waits = gettid()] {
+        untilAsleep(waits);
+        other.go();
+    });
     db->Execute(u"UPDATE N SET Wer='wir'"_s);
+    release.join();
+    other.go();
     ASSERT_EQ(other.read(1), "y");
     EXPECT_EQ(errorOf([&] { rs->Update(); }), 3260);
     EXPECT_TRUE(rs->Editing()) << "the cashier may try again";
@@ -166,7 +201,7 @@ TEST_P(SharedStoreTest, NumbersAreGivenOnceBetweenProcesses) {
     const int each = GetParam() ? 20 : 60; // without the log every write is slow
     std::vector<std::unique_ptr<Child>> tills;
     for (int p = 0; p < processes; ++p)
-        tills.push_back(std::make_unique<Child>([&, p](int out) {
+        tills.push_back(std::make_unique<Child>([&, p](int out, int) {
             const auto db = open();
             auto rs = db->OpenRecordset(u"SELECT * FROM N WHERE 1=0"_s);
             for (int i = 0; i < each; ++i) {

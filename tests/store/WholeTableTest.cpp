@@ -1,6 +1,6 @@
 #include "Support.h"
 
-#include <store/TableWriter.h>
+#include <store/Transfer.h>
 
 namespace {
 
@@ -8,13 +8,13 @@ using Rows = std::vector<std::vector<Value>>;
 
 Rows rowsOf(Database& db, const QString& table) {
     Rows rows;
-    db.ReadTable(table, [&](const std::vector<Value>& row) { rows.push_back(row); });
+    store::ReadTable(db, table, [&](const std::vector<Value>& row) { rows.push_back(row); });
     return rows;
 }
 
 void append(Database& db, const QString& table, const Rows& rows) {
     db.BeginTrans();
-    const auto writer = db.WriteTable(table);
+    const auto writer = store::WriteTable(db, table);
     for (const auto& row : rows)
         writer->Add(row);
     writer->Finish();
@@ -56,10 +56,10 @@ TEST_F(WholeTableTest, RowsAreReadInTheirOrderAcrossTheChunks) {
 TEST_F(WholeTableTest, AWriterConvertsAndRefuses) {
     makeSample();
     auto db = open();
-    EXPECT_EQ(3219, errorOf([&] { std::ignore = db->WriteTable(u"T"_s); }));
+    EXPECT_EQ(3219, errorOf([&] { std::ignore = store::WriteTable(*db, u"T"_s); }));
     db->BeginTrans();
-    EXPECT_EQ(3376, errorOf([&] { std::ignore = db->WriteTable(u"Fehlt"_s); }));
-    const auto writer = db->WriteTable(u"T"_s);
+    EXPECT_EQ(3376, errorOf([&] { std::ignore = store::WriteTable(*db, u"Fehlt"_s); }));
+    const auto writer = store::WriteTable(*db, u"T"_s);
     const std::vector<Value> good{9, u"Z9"_s, u"2,5"_s, 1, Value(), Value(), Value(), Value()};
     const auto with = [&](std::size_t column, const Value& value) {
         auto row = good;
@@ -80,7 +80,7 @@ TEST_F(WholeTableTest, AWriterConvertsAndRefuses) {
 
     db->BeginTrans();
     EXPECT_EQ(3022, errorOf([&] {
-                  const auto twice = db->WriteTable(u"T"_s);
+                  const auto twice = store::WriteTable(*db, u"T"_s);
                   twice->Add(good);
                   twice->Finish();
               }));
@@ -92,29 +92,29 @@ TEST_F(WholeTableTest, ACounterKeepsTheNumbersOfDeletedRows) {
     makeSample();
     auto db = open();
     db->Execute(u"CREATE TABLE Ohne (N LONG)"_s);
-    EXPECT_EQ(3219, errorOf([&] { std::ignore = db->Counter(u"Ohne"_s); }));
-    EXPECT_EQ(3, db->Counter(u"T"_s));
+    EXPECT_EQ(3219, errorOf([&] { std::ignore = store::Counter(*db, u"Ohne"_s); }));
+    EXPECT_EQ(3, store::Counter(*db, u"T"_s));
     db->Execute(u"DELETE FROM T WHERE ID>1"_s);
-    EXPECT_EQ(3, db->Counter(u"T"_s));
-    db->SetCounter(u"T"_s, 40);
+    EXPECT_EQ(3, store::Counter(*db, u"T"_s));
+    store::SetCounter(*db, u"T"_s, 40);
     db->Execute(u"INSERT INTO T (Nummer) VALUES ('neu')"_s);
     EXPECT_EQ(u"41"_s, single(*db, u"SELECT MAX(ID) FROM T"_s));
-    db->SetCounter(u"T"_s, 5); // never below what stands there
-    EXPECT_EQ(41, db->Counter(u"T"_s));
+    store::SetCounter(*db, u"T"_s, 5); // never below what stands there
+    EXPECT_EQ(41, store::Counter(*db, u"T"_s));
 }
 
 TEST_F(WholeTableTest, TheUnfinishedTargetOfAMoveOpensOnlyForTheMover) {
     auto db = Database::CreateDatabase(m_file, u";PWD=geheim"_s, u"/alt/Merivane.mdb"_s);
-    EXPECT_EQ(u"/alt/Merivane.mdb"_s, db->MoveSource());
+    EXPECT_EQ(u"/alt/Merivane.mdb"_s, store::MoveSource(*db));
     EXPECT_EQ(3045, errorOf([&] { open(true, false, u"geheim"_s); })); // the mover holds it alone
     db->Close();
     EXPECT_EQ(3734, errorOf([&] { open(false, false, u"geheim"_s); }));
     EXPECT_EQ(3734, errorOf([&] { open(false, true, u"geheim"_s); }));
-    EXPECT_EQ(3031, errorOf([&] { std::ignore = Database::OpenMoveTarget(m_file); }));
-    db = Database::OpenMoveTarget(m_file, u";PWD=geheim"_s);
-    db->SetMoveSource({});
+    EXPECT_EQ(3031, errorOf([&] { std::ignore = store::OpenMoveTarget(m_file); }));
+    db = store::OpenMoveTarget(m_file, u";PWD=geheim"_s);
+    store::SetMoveSource(*db, {});
     db->Close();
-    EXPECT_EQ(QString(), open(false, false, u"geheim"_s)->MoveSource());
+    EXPECT_EQ(QString(), store::MoveSource(*open(false, false, u"geheim"_s)));
 }
 
 } // namespace

@@ -83,6 +83,7 @@ class Binder {
     Expr* wrap(Expr* e, Type type);
     [[nodiscard]] static const Expr* plainLiteral(const Expr* e);
     [[nodiscard]] static bool fitsCurrency(const Expr* e);
+    [[nodiscard]] static bool isFraction(const Expr* e);
 
     [[nodiscard]] QString textOf(const Expr* e) const;
     [[noreturn]] void fail(int number, const QString& text, qsizetype place) const;

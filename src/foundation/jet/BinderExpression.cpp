@@ -54,9 +54,17 @@ void Binder::expr(Expr*& e, Scope* scope) {
         e->type = Type::Boolean;
         e->condition = true;
         return;
-    case ExprKind::Binary:
+    case ExprKind::Binary: {
         operands(e, scope);
-        return binary(e);
+        binary(e);
+        const bool singles = std::all_of(e->operands.begin(), e->operands.end(),
+                                         [](const Expr* a) { return a->type == Type::Single; });
+        if (singles && (e->op == Op::Add || e->op == Op::Subtract || e->op == Op::Multiply)) {
+            e->type = Type::Double; // computed so, then narrowed
+            e = wrap(e, Type::Single);
+        }
+        return;
+    }
     case ExprKind::Between:
         operands(e, scope);
         align(e->operands);
@@ -362,7 +370,9 @@ bool sameExpr(const Expr* a, const Expr* b) {
     a = meant(a);
     b = meant(b);
     if (a == b) return true;
-    if (a->kind != b->kind || a->op != b->op || a->negated != b->negated || a->form != b->form) return false;
+    if (a->kind != b->kind || a->op != b->op || a->negated != b->negated || a->form != b->form ||
+        a->ansi != b->ansi)
+        return false;
     if (a->query || b->query || a->operands.size() != b->operands.size()) return false;
     if (a->kind == ExprKind::Name) return a->source && a->source == b->source && a->column == b->column;
     if (a->kind == ExprKind::Call && a->function != b->function) return false;

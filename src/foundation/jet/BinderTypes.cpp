@@ -37,8 +37,8 @@ Encoding encodingOf(Type type) {
 bool sameStorage(Type from, Type to) {
     if (from == to || from == Type::Null || to == Type::Null) return true;
     if (isText(from) && isText(to)) return true;
-    if (to == Type::Double || to == Type::Single) return isReal(from) || isWhole(from) || from == Type::Date;
-    if (to == Type::Boolean || to == Type::Date) return false; // not each number is a date
+    if (to == Type::Double) return isReal(from) || isWhole(from) || from == Type::Date;
+    if (to == Type::Boolean || to == Type::Date || to == Type::Single) return false; // not each number is one
     return isWhole(from) && isWhole(to);
 }
 
@@ -49,6 +49,12 @@ const Expr* Binder::plainLiteral(const Expr* e) {
     while (e->kind == ExprKind::Negate || e->kind == ExprKind::Plus)
         e = e->operands[0];
     return e->kind == ExprKind::Literal ? e : nullptr;
+}
+
+// Beside a Single it stands for the Single that is written like it.
+bool Binder::isFraction(const Expr* e) {
+    const Expr* literal = plainLiteral(e);
+    return literal && isReal(literal->type) && literal->literalClass != LiteralClass::BigInteger;
 }
 
 bool Binder::fitsCurrency(const Expr* e) {
@@ -99,6 +105,8 @@ void Binder::compare(Expr*& a, Expr*& b, bool equality) {
     const Type ta = a->type, tb = b->type;
     if (ta == tb || ta == Type::Null || tb == Type::Null) return;
     if (isText(ta) && isText(tb)) return;
+    if (ta == Type::Single && isFraction(b)) return convert(b, ta);
+    if (tb == Type::Single && isFraction(a)) return convert(a, tb);
     if (isText(ta) || isText(tb)) {
         Expr*& text = isText(ta) ? a : b;
         Expr*& other = isText(ta) ? b : a;

@@ -44,8 +44,7 @@ Value converted(const Value& literal, Encoding encoding) {
     case Encoding::Integer:
         return qint64(CLng(literal));
     case Encoding::Single:
-        static_cast<void>(CSng(literal)); // the range alone: the value keeps its digits
-        return literal.toDouble();
+        return CSng(literal);
     case Encoding::Double:
         return literal.toDouble();
     case Encoding::Currency:

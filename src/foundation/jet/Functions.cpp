@@ -42,6 +42,7 @@ Value toBool(Arguments a) {
 Value toByte(Arguments a) { return CByte(a[0]); }
 Value toShort(Arguments a) { return CInt(a[0]); }
 Value toLong(Arguments a) { return CLng(a[0]); }
+Value toSingle(Arguments a) { return CSng(a[0]); }
 Value toDouble(Arguments a) { return a[0].toDouble(); }
 Value toCurrency(Arguments a) { return a[0].toCurrency(); }
 Value toDate(Arguments a) { return a[0].toDate(); }
@@ -69,7 +70,7 @@ Value cByte(Arguments a) { return CByte(a[0]); }
 Value cInt(Arguments a) { return CInt(a[0]); }
 Value cLng(Arguments a) { return CLng(a[0]); }
 Value cDbl(Arguments a) { return CDbl(a[0]); }
-Value cSng(Arguments a) { return double(CSng(a[0])); }
+Value cSng(Arguments a) { return CSng(a[0]); }
 Value cCur(Arguments a) { return CCur(a[0]); }
 Value cDate(Arguments a) { return CDate(a[0]); }
 Value cStr(Arguments a) { return CStr(a[0]); }
@@ -91,6 +92,7 @@ Value typeName(Arguments a) {
     case Type::Long:
         return u"Long"_s;
     case Type::Single:
+        return u"Single"_s;
     case Type::Double:
         return u"Double"_s;
     case Type::Currency:
@@ -164,7 +166,10 @@ Value partition(Arguments a) {
 Value integer(Arguments a) { return vb::Int(a[0]); }
 Value fix(Arguments a) { return vb::Fix(a[0]); }
 Value sgn(Arguments a) { return vb::Sgn(a[0]); }
-Value round(Arguments a) { return vb::Round(a[0], wholeAt(a, 1, 0)); }
+Value round(Arguments a) {
+    const Value rounded = vb::Round(a[0], wholeAt(a, 1, 0));
+    return a[0].type() == Type::Single ? Value(CSng(rounded)) : rounded;
+}
 Value sqr(Arguments a) { return vb::Sqr(a[0].toDouble()); }
 Value exp(Arguments a) { return vb::Exp(a[0].toDouble()); }
 Value log(Arguments a) { return vb::Log(a[0].toDouble()); }
@@ -180,6 +185,7 @@ std::vector<Function> makeFunctions() {
         {"jet_tobyte", strict<toByte>},
         {"jet_toshort", strict<toShort>},
         {"jet_tolong", strict<toLong>},
+        {"jet_tosingle", strict<toSingle>},
         {"jet_todouble", strict<toDouble>},
         {"jet_tocurrency", strict<toCurrency>},
         {"jet_todate", strict<toDate>},

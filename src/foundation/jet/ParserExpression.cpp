@@ -164,7 +164,7 @@ Expr* Parser::predicate(Expr* left) {
         Expr* pattern = binary(0);
         Expr* e = make(ExprKind::Like, left->pos);
         e->negated = negated;
-        e->form = ansi ? CallForm::Distinct : CallForm::Plain;
+        e->ansi = ansi;
         e->operands = operands({left, pattern});
         return done(e, pattern->end);
     }

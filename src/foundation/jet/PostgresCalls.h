@@ -13,7 +13,7 @@ namespace jet {
 ///   d  double precision a number; what is none goes through jet_todouble
 ///   t  double precision a date as days; what is none goes through jet_todate
 ///   c  numeric          money; what is none goes through jet_tocurrency
-///   *  by its own type: boolean, bigint (Byte, Short, Long), double precision (Single, Double), numeric
+///   *  by its own type: boolean, bigint (Byte, Short, Long), real (Single), double precision, numeric
 ///      (Currency), jet_date (Date: ROW(days)::jet_date), text (Text, Memo, and Null, which is NULL::text)
 ///
 /// A function gives boolean for Boolean, bigint for Long, double precision for Double, Single and Date,

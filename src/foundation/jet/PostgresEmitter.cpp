@@ -65,6 +65,7 @@ class PostgresEmitter final : public Emitter {
             void operator()(bool b) const { out += b ? "(-1)" : "0"; }
             void operator()(qint64 i) const { quoted(QByteArray::number(i), "bigint"); }
             void operator()(double d) const { quoted(QByteArray::number(d, 'g', 17), "double precision"); }
+            void operator()(float f) const { (*this)(double(f)); }
             void operator()(Currency c) const {
                 const qint64 scaled = c.scaled();
                 QByteArray digits = QByteArray::number(std::abs(scaled / 10000)) + '.' +
@@ -125,6 +126,7 @@ class PostgresEmitter final : public Emitter {
         case Type::Long:
             return conversion(w, "jet_tolong", from);
         case Type::Single:
+            return conversion(w, "jet_tosingle", from);
         case Type::Double:
             if (isText(type)) return conversion(w, "jet_todouble", from);
             return cast(w, from, to);
@@ -155,15 +157,14 @@ class PostgresEmitter final : public Emitter {
     // be used with one that takes different texts for equal.
     void like(Writer& w, const Expr* e) const override {
         const Expr* pattern = e->operands[1];
-        const bool ansi = e->form == CallForm::Distinct;
         if (pattern->kind != ExprKind::Literal) {
             if (e->negated) w.out += "NOT ";
-            return call(w, ansi ? "jet_alike" : "jet_like", e->operands);
+            return call(w, e->ansi ? "jet_alike" : "jet_like", e->operands);
         }
         const bool ranged = w.beginLikeRange(e);
         w.operandAs(plain(e->operands[0]), Type::Text);
         w.out += e->negated ? " COLLATE \"C\" !~ " : " COLLATE \"C\" ~ ";
-        w.parameter(pattern, ansi ? Encoding::AlikePattern : Encoding::LikePattern);
+        w.parameter(pattern, e->ansi ? Encoding::AlikePattern : Encoding::LikePattern);
         if (ranged) w.out += ')';
     }
 
@@ -390,7 +391,11 @@ class PostgresEmitter final : public Emitter {
         case Type::Short:
         case Type::Long:
             return number(w, e);
-        case Type::Single:
+        case Type::Single: // kept as a double, told apart where the digits matter
+            w.out += '(';
+            w.value(e);
+            w.out += ")::real";
+            return;
         case Type::Double:
             return real(w, e);
         case Type::Currency:

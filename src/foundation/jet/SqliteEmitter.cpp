@@ -31,6 +31,7 @@ class SqliteEmitter final : public Emitter {
                 if (!text.contains('.') && !text.contains('e')) text += ".0";
                 number(text);
             }
+            void operator()(float f) const { (*this)(double(f)); }
             void operator()(Currency c) const { number(QByteArray::number(c.scaled())); }
             void operator()(DateTime t) const { (*this)(t.days); }
             void operator()(const QString& s) const {
@@ -96,6 +97,7 @@ class SqliteEmitter final : public Emitter {
         case Type::Long:
             return through("jet_tolong");
         case Type::Single:
+            return through("jet_tosingle");
         case Type::Double:
             if (from->type == Type::Currency) return around("(", " / 10000.0)");
             return through("jet_todouble");
@@ -114,10 +116,9 @@ class SqliteEmitter final : public Emitter {
     }
 
     void like(Writer& w, const Expr* e) const override {
-        const bool ansi = e->form == CallForm::Distinct;
         const bool ranged = w.beginLikeRange(e);
         if (e->negated) w.out += "NOT ";
-        call(w, ansi ? "jet_alike" : "jet_like", e->operands);
+        call(w, e->ansi ? "jet_alike" : "jet_like", e->operands);
         if (ranged) w.out += ')';
     }
 

@@ -99,6 +99,7 @@ struct Expr {
     Op op = Op::None;
     bool negated = false;
     CallForm form = CallForm::Plain;
+    bool ansi = false; ///< ALIKE instead of LIKE: the wildcards are % and _
     qsizetype pos = 0, end = 0;
     QStringView qualifier{}, name{};
     bool spacedName = false;      ///< the name stood in brackets: never a keyword or function

@@ -21,6 +21,7 @@ namespace jet {
     case Type::Long:
         return 'i';
     case Type::Single:
+        return 'f';
     case Type::Double:
         return 'd';
     case Type::Currency:

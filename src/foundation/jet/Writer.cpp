@@ -65,10 +65,9 @@ bool Writer::beginLikeRange(const Expr* like) {
     const Expr* pattern = like->operands[1];
     while (text->target)
         text = text->target;
-    const bool ansi = like->form == CallForm::Distinct;
     const bool column =
         text->kind == ExprKind::Name && text->source && text->source->table && isText(text->type);
-    if (like->negated || ansi || !column || pattern->kind != ExprKind::Literal || pattern->literal < 0 ||
+    if (like->negated || like->ansi || !column || pattern->kind != ExprKind::Literal || pattern->literal < 0 ||
         pattern->literalClass != LiteralClass::PrefixedPattern)
         return false;
     out += '(';

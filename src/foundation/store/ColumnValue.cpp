@@ -2,7 +2,8 @@
 
 #include "Errors.h"
 
-#include <cmath>
+#include <text/Convert.h>
+
 #include <limits>
 
 namespace store {
@@ -13,12 +14,6 @@ int whole(const Value& value, int low, int high) {
     const int number = value.toLong();
     if (number < low || number > high) RaiseOverflow();
     return number;
-}
-
-double single(double value) {
-    const auto narrowed = static_cast<float>(value);
-    if (std::isinf(narrowed) && !std::isinf(value)) RaiseOverflow();
-    return static_cast<double>(narrowed);
 }
 
 Value convert(const Value& value, Type type) {
@@ -32,7 +27,7 @@ Value convert(const Value& value, Type type) {
     case Type::Long:
         return value.toLong();
     case Type::Single:
-        return single(value.toDouble());
+        return CSng(value);
     case Type::Double:
         return value.toDouble();
     case Type::Currency:

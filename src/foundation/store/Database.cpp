@@ -4,6 +4,8 @@
 #include "Password.h"
 #include "RecordsetImpl.h"
 
+#include <store/Transfer.h>
+
 using namespace Qt::StringLiterals;
 using store::raise;
 
@@ -96,12 +98,8 @@ Database::~Database() { Close(); }
 std::unique_ptr<Database> Database::OpenDatabase(const QString& Name, bool Exclusive, bool ReadOnly,
                                                  const QString& Connect) {
     auto db = open(Name, Exclusive, ReadOnly, Connect);
-    if (const QString source = db->MoveSource(); !source.isEmpty()) raise(3734, source);
+    if (const QString source = store::MoveSource(*db); !source.isEmpty()) raise(3734, source);
     return db;
-}
-
-std::unique_ptr<Database> Database::OpenMoveTarget(const QString& Name, const QString& Connect) {
-    return open(Name, true, false, Connect);
 }
 
 std::unique_ptr<Database> Database::open(const QString& name, bool exclusive, bool readOnly,

@@ -68,6 +68,13 @@ Digits Digits::of(double value) {
     return n;
 }
 
+Digits Digits::of(float value) {
+    Digits n = of(double(value));
+    n.places = 7;
+    if (n.finite) n.round(n.places - n.point, Tie::Away);
+    return n;
+}
+
 Digits Digits::of(qint64 value) { return ofMagnitude(magnitudeOf(value), value < 0); }
 
 Digits Digits::of(Currency value) {

@@ -5,7 +5,7 @@
 #include <QByteArrayView>
 
 /// The decimal digits of a number: 0.d0d1d2... times 10^point, without leading or trailing zeros; no digit is
-/// zero. A double has at most 15 digits, as Visual Basic sees it; Currency and whole numbers are exact.
+/// zero. A double has at most 15 digits, as Visual Basic sees it, a Single 7; Currency and whole numbers are exact.
 struct Digits {
     static constexpr int capacity = 24;
 
@@ -14,8 +14,10 @@ struct Digits {
     int point = 0;
     bool negative = false;
     bool finite = true;
+    int places = 15; ///< as many are written without an exponent
 
     static Digits of(double value);
+    static Digits of(float value);
     static Digits of(qint64 value);
     static Digits of(Currency value);
 

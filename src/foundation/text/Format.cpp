@@ -52,6 +52,10 @@ std::optional<Digits> digitsOf(const Value& value) {
         if (std::isnan(*d)) return {};
         return Digits::of(*d);
     }
+    if (const auto* f = std::get_if<float>(&value.data())) {
+        if (std::isnan(*f)) return {};
+        return Digits::of(*f);
+    }
     if (const auto* c = std::get_if<Currency>(&value.data())) return Digits::of(*c);
     if (const auto* i = std::get_if<qint64>(&value.data())) return Digits::of(*i);
     if (const auto* b = std::get_if<bool>(&value.data())) return Digits::of(qint64{*b ? -1 : 0});
@@ -112,7 +116,8 @@ QString asNamed(const Value& value, const Named& named) {
     case Named::General:
         break;
     }
-    if (value.type() == Type::Currency || value.type() == Type::Long) return value.toText();
+    if (value.type() == Type::Currency || value.type() == Type::Long || value.type() == Type::Single)
+        return value.toText();
     const auto digits = digitsOf(value);
     return digits ? NumberText(digits->toDouble()) : value.toText();
 }

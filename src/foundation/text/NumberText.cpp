@@ -30,14 +30,14 @@ QString plainText(const Digits& n, char16_t decimalPoint, bool leadingZero) {
     char16_t* out = buffer;
     if (n.negative) *out++ = u'-';
     const char* const end = n.d + n.count;
-    if (n.point > 0 && (n.point <= 15 || (n.count > 15 && n.point <= 19))) {
+    if (n.point > 0 && (n.point <= n.places || (n.count > 15 && n.point <= 19))) {
         const int whole = std::min(n.point, n.count);
         out = zeros(put(out, n.d, n.d + whole), n.point - whole);
         if (n.count > n.point) {
             *out++ = decimalPoint;
             out = put(out, n.d + n.point, end);
         }
-    } else if (n.point <= 0 && n.count - n.point <= 15) {
+    } else if (n.point <= 0 && n.count - n.point <= n.places) {
         if (leadingZero) *out++ = u'0';
         *out++ = decimalPoint;
         out = put(zeros(out, -n.point), n.d, end);

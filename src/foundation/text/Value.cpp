@@ -68,13 +68,14 @@ qint64 toBits(const Value& value, int bits) {
 
 Type Value::type() const {
     constexpr Type types[] = {Type::Null,     Type::Boolean, Type::Long, Type::Double,
-                              Type::Currency, Type::Date,    Type::Text};
+                              Type::Currency, Type::Date,    Type::Text, Type::Single};
     return types[m_data.index()];
 }
 
 bool Value::isNumber() const {
     const Type t = type();
-    return t == Type::Boolean || t == Type::Long || t == Type::Double || t == Type::Currency;
+    return t == Type::Boolean || t == Type::Long || t == Type::Single || t == Type::Double ||
+           t == Type::Currency;
 }
 
 bool Value::toBool() const {
@@ -96,6 +97,7 @@ qint64 Value::toInteger() const {
     return std::visit(Overloaded{[](std::monostate) -> qint64 { RaiseInvalidNull(); },
                                  [](bool b) -> qint64 { return b ? -1 : 0; }, [](qint64 i) { return i; },
                                  [](double d) { return roundToInteger(d); },
+                                 [](float f) { return roundToInteger(double(f)); },
                                  [](Currency c) { return roundToInteger(c); },
                                  [](DateTime d) { return roundToInteger(d.days); },
                                  [](const QString& s) { return numberIn(s).toInteger(); }},
@@ -106,6 +108,7 @@ double Value::toDouble() const {
     return std::visit(Overloaded{[](std::monostate) -> double { RaiseInvalidNull(); },
                                  [](bool b) { return b ? -1.0 : 0.0; },
                                  [](qint64 i) { return static_cast<double>(i); }, [](double d) { return d; },
+                                 [](float f) { return double(f); },
                                  [](Currency c) { return c.toDouble(); }, [](DateTime d) { return d.days; },
                                  [](const QString& s) { return inRange(numberIn(s).toDouble()); }},
                       m_data);
@@ -116,6 +119,7 @@ Currency Value::toCurrency() const {
                                  [](bool b) { return Currency::fromScaled(b ? -10000 : 0); },
                                  [](qint64 i) { return Currency::fromInteger(i); },
                                  [](double d) { return Currency::fromDouble(d); },
+                                 [](float f) { return Currency::fromDouble(double(f)); },
                                  [](Currency c) { return c; },
                                  [](DateTime d) { return Currency::fromDouble(d.days); },
                                  [](const QString& s) { return numberIn(s).toCurrency(); }},
@@ -137,6 +141,7 @@ QString Value::toText() const {
         Overloaded{[](std::monostate) -> QString { RaiseInvalidNull(); },
                    [](bool b) { return b ? u"Wahr"_s : u"Falsch"_s; },
                    [](qint64 i) { return QString::number(i); }, [](double d) { return NumberText(d); },
+                   [](float f) { return plainText(Digits::of(f), u','); },
                    [](Currency c) { return plainText(Digits::of(c), u','); },
                    [](DateTime d) { return generalDate(d); }, [](const QString& s) { return s; }},
         m_data);
@@ -189,6 +194,8 @@ QString Str(const Value& value) {
         digits = Digits::of(*c);
     else if (const auto* i = std::get_if<qint64>(&value.data()))
         digits = Digits::of(*i);
+    else if (const auto* f = std::get_if<float>(&value.data()))
+        digits = Digits::of(*f);
     else
         digits = Digits::of(value.toDouble());
     const QString text = plainText(digits, u'.', false);

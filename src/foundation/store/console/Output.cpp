@@ -34,6 +34,8 @@ QString plain(const Value& value) {
         return value.toBool() ? u"-1"_s : u"0"_s;
     case Type::Long:
         return QString::number(value.toInteger());
+    case Type::Single:
+        return value.toText().replace(u',', u'.');
     case Type::Double:
         return real(value.toDouble());
     case Type::Currency:

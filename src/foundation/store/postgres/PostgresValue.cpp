@@ -118,6 +118,7 @@ std::optional<QByteArray> postgresText(const Value& value) {
             const auto [end, fault] = std::to_chars(text, text + sizeof(text), d);
             return QByteArray(text, static_cast<qsizetype>(end - text));
         }
+        std::optional<QByteArray> operator()(float f) const { return (*this)(double(f)); }
         std::optional<QByteArray> operator()(Currency c) const { return moneyText(c); }
         std::optional<QByteArray> operator()(DateTime t) const { return (*this)(t.days); }
         std::optional<QByteArray> operator()(const QString& s) const {
@@ -138,6 +139,7 @@ Value decodePostgres(const char* text, int length, Type type, unsigned oid) {
     case Type::Long:
         return whole(text, length);
     case Type::Single:
+        return static_cast<float>(real(text, length));
     case Type::Double:
         return real(text, length);
     case Type::Currency:

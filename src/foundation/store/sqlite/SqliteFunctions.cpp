@@ -43,6 +43,8 @@ Type typeOfLetter(char letter) {
         return Type::Long;
     case 'd':
         return Type::Double;
+    case 'f':
+        return Type::Single;
     case 'c':
         return Type::Currency;
     case 't':
@@ -166,6 +168,7 @@ Value encode(const Value& value) {
         Value operator()(bool b) const { return qint64(b ? -1 : 0); }
         Value operator()(qint64 i) const { return i; }
         Value operator()(double d) const { return d; }
+        Value operator()(float f) const { return double(f); }
         Value operator()(Currency c) const { return c.scaled(); }
         Value operator()(DateTime t) const { return t.days; }
         Value operator()(const QString& s) const { return s; }
@@ -191,6 +194,8 @@ Value decode(sqlite3_value* value, Type type) {
         if (number) return Currency::fromScaled(sqlite3_value_int64(value));
         break;
     case Type::Single:
+        if (number) return static_cast<float>(sqlite3_value_double(value));
+        break;
     case Type::Double:
         if (number) return sqlite3_value_double(value);
         break;

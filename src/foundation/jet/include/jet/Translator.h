@@ -159,10 +159,6 @@ void lift(QStringView text, Lifted& result);
 /// Runs a query on behalf of the translation: the column heads of a PIVOT come from the data.
 using PivotHeads = std::function<std::vector<Value>(const Statement&, const std::vector<Value>& literals)>;
 
-/// The statement printed from its tree: keywords in capitals, names in brackets, all parentheses. It means
-/// the same. Raises 3075 and 3360.
-[[nodiscard]] QString printed(QStringView text);
-
 class Emitter; ///< one per engine
 
 /// Emitter for SQLite; the functions that its text calls are those of <jet/Functions.h>.

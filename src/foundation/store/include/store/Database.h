@@ -10,8 +10,12 @@
 #include <optional>
 #include <vector>
 
+class Database;
 class Recordset;
-class TableWriter;
+
+namespace store {
+std::unique_ptr<Database> OpenMoveTarget(const QString& name, const QString& connect);
+}
 
 /// `Type` of OpenRecordset.
 inline constexpr int dbOpenDynaset = 2;
@@ -81,15 +85,13 @@ class Database {
     /// Makes an empty store without tables, or with what `Fill` puts into it: a new file, or the schema of an
     /// empty database on a server. Others see all of it or nothing. Raises 3204 when there is one already,
     /// 3343 when somebody else's tables stand there. With `MoveSource` the store is marked from its first
-    /// moment, see SetMoveSource, and opened exclusively.
+    /// moment, see <store/Transfer.h>, and opened exclusively.
     static std::unique_ptr<Database> CreateDatabase(const QString& Name, const QString& Connect = {},
                                                     const QString& MoveSource = {},
                                                     const std::function<void(Database&)>& Fill = {});
     /// Removes a store with everything in it: the file, or the schema on the server. Raises what an exclusive
     /// OpenDatabase does.
     static void DeleteDatabase(const QString& Name, const QString& Connect = {});
-    /// As OpenDatabase, exclusively, and also when the store is the unfinished target of a move.
-    static std::unique_ptr<Database> OpenMoveTarget(const QString& Name, const QString& Connect = {});
 
     ~Database();
     Database(const Database&) = delete;
@@ -140,26 +142,6 @@ class Database {
     /// Questions that travelled to a server and back so far; 0 for a file.
     [[nodiscard]] qint64 RoundTrips() const;
 
-    // For moving whole stores, see <moving/StoreMove.h>.
-
-    /// All rows of a table in their order, each with all columns; with an AutoNumber that is its order.
-    /// `row` must not use this Database. Raises 3376 no such table.
-    void ReadTable(const QString& table, const std::function<void(const std::vector<Value>&)>& row);
-    /// Appends many rows to a table, the AutoNumber included, as fast as the engine can. Needs an open
-    /// transaction, else raises 3219; 3376 no such table.
-    [[nodiscard]] std::unique_ptr<TableWriter> WriteTable(const QString& table);
-    /// The highest AutoNumber that was ever given in this table, deleted rows included; 0 for none. Raises
-    /// 3219 for a table without an AutoNumber, 3376.
-    [[nodiscard]] qint64 Counter(const QString& table);
-    /// The next AutoNumber is one higher; a number that stands in the table is never given again. Raises as
-    /// Counter does.
-    void SetCounter(const QString& table, qint64 last);
-    /// Where the rows of this store come from as long as their move is unfinished, as its mover wrote it;
-    /// empty for a whole store.
-    [[nodiscard]] QString MoveSource();
-    /// Marks the store, so that OpenDatabase refuses it; an empty text takes the mark away.
-    void SetMoveSource(const QString& source);
-
     /// Ends the connection; what is still open on it raises 3420 from then on.
     void Close();
 
@@ -167,6 +149,7 @@ class Database {
     [[nodiscard]] Impl& impl() const { return *m_impl; }
 
   private:
+    friend std::unique_ptr<Database> store::OpenMoveTarget(const QString& name, const QString& connect);
     explicit Database(std::unique_ptr<Impl> impl);
     static std::unique_ptr<Database> open(const QString& name, bool exclusive, bool readOnly,
                                           const QString& connect);

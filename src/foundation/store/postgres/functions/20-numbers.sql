@@ -39,7 +39,7 @@ $$;
 
 -- A number with its decimal digits; of a double people see 15 at most, which is what the server's cast to numeric keeps.
 -- Plain as long as 15 places do, else "1,5E-20". Money and whole numbers keep up to 19 places.
-CREATE OR REPLACE FUNCTION jetx_plain(n numeric, point text, zero boolean) RETURNS text
+CREATE OR REPLACE FUNCTION jetx_plainto(n numeric, point text, zero boolean, places integer) RETURNS text
 LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   size numeric := trim_scale(abs(n));
@@ -56,7 +56,7 @@ BEGIN
   ELSE
     power := length(trunc(size)::text) - 1;
   END IF;
-  IF size >= 1 AND (power < 15 OR length(digits) > 15 AND power < 19) OR size < 1 AND scale(size) <= 15 THEN
+  IF size >= 1 AND (power < places OR length(digits) > 15 AND power < 19) OR size < 1 AND scale(size) <= places THEN
     IF size < 1 AND NOT zero THEN
       plain := substr(plain, 2);
     END IF;
@@ -66,6 +66,17 @@ BEGIN
   END IF;
   RETURN CASE WHEN n < 0 THEN '-' ELSE '' END || replace(plain, '.', point COLLATE "C");
 END $$;
+
+CREATE OR REPLACE FUNCTION jetx_plain(n numeric, point text, zero boolean) RETURNS text
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jetx_plainto(n, point, zero, 15) $$;
+
+-- The seven digits that people see of a single.
+CREATE OR REPLACE FUNCTION jetx_seven(x real) RETURNS numeric
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN x = 0 THEN 0::numeric
+              WHEN abs(x) < 'Infinity'
+              THEN round(x::double precision::numeric, 6 - floor(log(abs(x::double precision::numeric)))::integer) END
+$$;
 
 CREATE OR REPLACE FUNCTION jetx_doubletext(x double precision) RETURNS text
 LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$

@@ -256,3 +256,22 @@ BEGIN
                    'ELSE jetx_single(jet_todouble(x)) END''', kind, field, field);
   END LOOP;
 END $$;
+
+-- A single travels as a double that has its value; where its digits are shown it is told apart as a real.
+DO $$
+DECLARE
+  kind text;
+BEGIN
+  FOREACH kind IN ARRAY ARRAY['boolean', 'bigint', 'double precision', 'numeric', 'jet_date', 'text'] LOOP
+    EXECUTE format('CREATE OR REPLACE FUNCTION jet_tosingle(x %s) RETURNS double precision LANGUAGE sql IMMUTABLE PARALLEL '
+                   'SAFE AS ''SELECT CASE WHEN jet_todouble(x) IS NOT NULL THEN jetx_single(jet_todouble(x)) END''', kind);
+  END LOOP;
+END $$;
+CREATE OR REPLACE FUNCTION jet_totext(x real) RETURNS text
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jetx_plainto(jetx_seven(x), ',', true, 7) $$;
+CREATE OR REPLACE FUNCTION jet_cstr(x real) RETURNS text
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN x IS NULL THEN jet_fail(94, x IS NULL) ELSE jet_totext(x) END
+$$;
+CREATE OR REPLACE FUNCTION jet_typename(x real) RETURNS text
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT CASE WHEN x IS NULL THEN 'Null' ELSE 'Single' END $$;

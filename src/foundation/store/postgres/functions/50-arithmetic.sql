@@ -60,6 +60,8 @@ LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
   SELECT CASE WHEN jet_tolong(digits) < 0 AND x IS NOT NULL THEN jet_fail(5, x::text || digits)::double precision
               WHEN digits IS NOT NULL THEN jetx_double(jetx_even(x::numeric, least(greatest(digits, 0), 400)::integer)) END
 $$;
+CREATE OR REPLACE FUNCTION jet_round(x real, digits bigint DEFAULT 0) RETURNS double precision
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jet_tosingle(jet_round(x::double precision, digits)) $$;
 CREATE OR REPLACE FUNCTION jet_round(x numeric, digits bigint DEFAULT 0) RETURNS numeric
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
   SELECT CASE WHEN jet_tolong(digits) < 0 AND x IS NOT NULL THEN jet_fail(5, x::text || digits)::numeric

@@ -243,6 +243,10 @@ CREATE OR REPLACE FUNCTION jet_str(x bigint) RETURNS text
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jetx_str(x::numeric) $$;
 CREATE OR REPLACE FUNCTION jet_str(x double precision) RETURNS text
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jetx_str(x::numeric) $$;
+CREATE OR REPLACE FUNCTION jet_str(x real) RETURNS text
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN x < 0 THEN '' ELSE ' ' END || jetx_plainto(jetx_seven(x), '.', false, 7)
+$$;
 CREATE OR REPLACE FUNCTION jet_str(x numeric) RETURNS text
 LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$ SELECT jetx_str(x) $$;
 CREATE OR REPLACE FUNCTION jet_str(x jet_date) RETURNS text

@@ -1,4 +1,4 @@
--- Format, for a value that is given as its kind (b i d c t s), its plain text (of a date anything but Null), its number
+-- Format, for a value that is given as its kind (b i d f c t s), its plain text (of a date anything but Null), its number
 -- and its days where it has them.
 CREATE OR REPLACE FUNCTION jetx_format(kind text, plain text, number numeric, days double precision, format text,
                                        firstday bigint, firstweek bigint) RETURNS text
@@ -23,7 +23,7 @@ BEGIN
     RETURN coalesce(CASE WHEN k = 't' THEN jetx_datetext(d) ELSE plain END, '');
   END IF;
   -- Most formats of money and quantities.
-  IF k IN ('i', 'd', 'c') AND plain IS NOT NULL AND f ~ '^#*(#,##)?0([.]0+)?$' THEN
+  IF k IN ('i', 'd', 'f', 'c') AND plain IS NOT NULL AND f ~ '^#*(#,##)?0([.]0+)?$' THEN
     quick := translate(round(n, CASE WHEN strpos(f, '.') > 0 THEN length(f) - strpos(f, '.') ELSE 0 END)::text, '.', ',');
     IF strpos(f, ',') > 0 AND quick ~ '[0-9]{4}' THEN
       quick := reverse(regexp_replace(reverse(split_part(quick, ',', 1)), '([0-9]{3})(?=[0-9])', '\1.', 'g')) ||
@@ -68,7 +68,7 @@ BEGIN
   END IF;
   IF pattern ~ '^:' THEN
     IF pattern = ':number' THEN
-      RETURN CASE WHEN k IN ('c', 'i') OR n IS NULL AND finite THEN plain WHEN finite THEN jetx_doubletext(n::double precision)
+      RETURN CASE WHEN k IN ('c', 'f', 'i') OR n IS NULL AND finite THEN plain WHEN finite THEN jetx_doubletext(n::double precision)
                   ELSE CASE WHEN coalesce(x, d) < 0 THEN '-1,#INF' ELSE '1,#INF' END END;
     ELSIF pattern <> ':date' THEN
       yes := CASE pattern WHEN ':yesno' THEN 'Ja' WHEN ':truefalse' THEN 'Wahr' ELSE 'Ein' END;
@@ -83,7 +83,7 @@ BEGIN
     sort := 'd';
   END IF;
   IF sort = 'd' OR sort = 'l' AND k = 't' THEN
-    IF k <> 't' AND d IS NULL OR k IN ('b', 'i', 'd', 'c') THEN
+    IF k <> 't' AND d IS NULL OR k IN ('b', 'i', 'd', 'f', 'c') THEN
       d := jetx_double(n);
       IF d IS NULL OR NOT jetx_isdate(d) THEN
         RETURN plain;
@@ -113,6 +113,7 @@ DECLARE
 BEGIN
   FOREACH kind SLICE 1 IN ARRAY ARRAY[
       ['boolean', 'b', 'x::integer::numeric * -1', 'NULL'], ['bigint', 'i', 'x::numeric', 'NULL'],
+      ['real', 'f', 'jetx_seven(x)', 'x::double precision'],
       ['double precision', 'd', 'CASE WHEN abs(x) < ''Infinity'' THEN x::numeric END', 'x'], ['numeric', 'c', 'x', 'NULL'],
       ['jet_date', 't', '(x).days::numeric', '(x).days'], ['text', 's', 'NULL', 'NULL']] LOOP
     EXECUTE format('CREATE OR REPLACE FUNCTION jet_format(x %s, format text DEFAULT NULL, firstday bigint DEFAULT 1, '

@@ -24,8 +24,7 @@ enum class Type : std::uint8_t {
 };
 
 /// A value of any of the store's types, with Visual Basic's conversions in the German locale. In memory there
-/// are fewer shapes than column types: Byte, Short and Long are an integer, Single and Double a double, Text
-/// and Memo a text.
+/// are fewer shapes than column types: Byte, Short and Long are an integer, Text and Memo a text.
 class Value {
   public:
     Value() = default; ///< Null
@@ -37,6 +36,8 @@ class Value {
         : m_data(i) {}
     Value(double d)
         : m_data(d) {}
+    Value(float f)
+        : m_data(f) {}
     Value(Currency c)
         : m_data(c) {}
     Value(DateTime d)
@@ -51,11 +52,11 @@ class Value {
         : m_data(QString::fromUtf16(s)) {}
     Value(const void*) = delete;
 
-    /// Null, Boolean, Long, Double, Currency, Date or Text.
+    /// Null, Boolean, Long, Single, Double, Currency, Date or Text.
     [[nodiscard]] Type type() const;
     [[nodiscard]] bool isNull() const { return m_data.index() == 0; }
     [[nodiscard]] bool isText() const { return std::holds_alternative<QString>(m_data); }
-    [[nodiscard]] bool isNumber() const; ///< Boolean, Long, Double or Currency by shape
+    [[nodiscard]] bool isNumber() const; ///< Boolean, Long, Single, Double or Currency by shape
 
     /// Visual Basic conversions (CBool, CLng, CDbl, CCur, CDate, CStr). Raise 94 for Null, 13 where the value
     /// has no such meaning, 6 outside the range of the target.
@@ -74,5 +75,5 @@ class Value {
     [[nodiscard]] const auto& data() const { return m_data; }
 
   private:
-    std::variant<std::monostate, bool, qint64, double, Currency, DateTime, QString> m_data;
+    std::variant<std::monostate, bool, qint64, double, Currency, DateTime, QString, float> m_data;
 };

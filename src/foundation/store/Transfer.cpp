@@ -1,10 +1,8 @@
-// Reading and writing whole tables, and what else a move between two stores needs beyond statements.
-
 #include "ColumnValue.h"
 #include "DatabaseImpl.h"
 #include "Errors.h"
 
-#include <store/TableWriter.h>
+#include <store/Transfer.h>
 
 using namespace Qt::StringLiterals;
 using store::raise;
@@ -53,14 +51,16 @@ void TableWriter::Finish() {
     m_impl->sink.reset();
 }
 
-std::unique_ptr<TableWriter> Database::WriteTable(const QString& table) {
-    store::Connection& connection = *m_impl->connection;
+namespace store {
+
+std::unique_ptr<TableWriter> WriteTable(Database& db, const QString& table) {
+    store::Connection& connection = *db.impl().connection;
     store::Engine& engine = connection.engine();
     if (!engine.inTransaction()) raise(3219);
     connection.refreshStructure();
     const store::TableDefinition& definition = connection.table(table);
     auto impl = std::make_unique<TableWriter::Impl>();
-    impl->connection = m_impl->connection;
+    impl->connection = db.impl().connection;
     impl->table = definition.table.name;
     impl->columns = definition.table.columns;
     impl->sink = engine.rowSink(definition);
@@ -68,8 +68,8 @@ std::unique_ptr<TableWriter> Database::WriteTable(const QString& table) {
 }
 
 // In chunks by key, so that neither engine holds a statement open or the whole table in memory.
-void Database::ReadTable(const QString& table, const std::function<void(const std::vector<Value>&)>& row) {
-    store::Connection& connection = *m_impl->connection;
+void ReadTable(Database& db, const QString& table, const std::function<void(const std::vector<Value>&)>& row) {
+    store::Connection& connection = *db.impl().connection;
     store::Engine& engine = connection.engine();
     connection.refreshStructure();
     const store::TableDefinition definition = connection.table(table);
@@ -97,22 +97,28 @@ void Database::ReadTable(const QString& table, const std::function<void(const st
     }
 }
 
-qint64 Database::Counter(const QString& table) {
-    store::Connection& connection = *m_impl->connection;
+qint64 Counter(Database& db, const QString& table) {
+    store::Connection& connection = *db.impl().connection;
     return connection.engine().counter(counted(connection, table));
 }
 
-void Database::SetCounter(const QString& table, qint64 last) {
-    store::Connection& connection = *m_impl->connection;
+void SetCounter(Database& db, const QString& table, qint64 last) {
+    store::Connection& connection = *db.impl().connection;
     if (connection.engine().readOnly()) raise(3027);
     connection.engine().setCounter(counted(connection, table), last);
 }
 
-QString Database::MoveSource() {
-    return QString::fromUtf8(setting(m_impl->connection->engine(), store::moveSourceKey));
+QString MoveSource(Database& db) {
+    return QString::fromUtf8(setting(db.impl().connection->engine(), store::moveSourceKey));
 }
 
-void Database::SetMoveSource(const QString& source) {
-    if (m_impl->connection->engine().readOnly()) raise(3027);
-    setSetting(m_impl->connection->engine(), store::moveSourceKey, source.toUtf8());
+void SetMoveSource(Database& db, const QString& source) {
+    if (db.impl().connection->engine().readOnly()) raise(3027);
+    setSetting(db.impl().connection->engine(), store::moveSourceKey, source.toUtf8());
 }
+
+std::unique_ptr<Database> OpenMoveTarget(const QString& name, const QString& connect) {
+    return Database::open(name, true, false, connect);
+}
+
+} // namespace store

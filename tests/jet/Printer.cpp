@@ -1,6 +1,6 @@
 #include "Printer.h"
 
-#include "Parser.h"
+#include "jet/Parser.h"
 
 #include <QLocale>
 
@@ -313,7 +313,7 @@ void Printer::expr(const Expr* e) {
     case ExprKind::Like:
         a(0);
         m_out += no;
-        m_out += e->form == CallForm::Distinct ? u" ALIKE " : u" LIKE ";
+        m_out += e->ansi ? u" ALIKE " : u" LIKE ";
         return a(1);
     case ExprKind::IsNull:
         a(0);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tree.h"
+#include "jet/Tree.h"
 
 namespace jet {
 
@@ -36,5 +36,8 @@ class Printer {
     const Tree& m_tree;
     QString m_out;
 };
+
+/// The statement printed from its tree. Raises 3075 and 3360.
+[[nodiscard]] QString printed(QStringView text);
 
 } // namespace jet
