@@ -2,25 +2,27 @@
 #
 # Declares one room of the house: a static library whose public headers live below include/NAME (include/PATH
 # for the forms of a room) and are included as <NAME/Header.h>; private headers stand beside their .cpp and are
-# included in quotes. LINK names the rooms below and the libraries that its public headers need. A room whose
-# name does not end in "ui" must not see Qt6::Widgets.
+# included in quotes. LINK names the rooms below and the libraries that its public headers need; a room that is
+# declared further up in the house does not stand yet and is refused. A room whose name does not end in "ui" must
+# not see Qt6::Widgets.
 function(room name)
   cmake_parse_arguments(R "" "" "HEADERS;SOURCES;FORMS;LINK" ${ARGN})
   if(R_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "room(${name}): what are ${R_UNPARSED_ARGUMENTS}?")
   endif()
+  foreach(link IN LISTS R_LINK)
+    if(NOT TARGET ${link})
+      message(FATAL_ERROR "room(${name}) must not link ${link}, which does not stand yet")
+    endif()
+    if(NOT name MATCHES "ui$" AND (link STREQUAL "Qt6::Widgets" OR link MATCHES "^([a-z]+_)?ui$"))
+      message(FATAL_ERROR "room(${name}) is a core and must not link ${link}")
+    endif()
+  endforeach()
   add_library(${name} STATIC ${R_HEADERS} ${R_SOURCES} ${R_FORMS})
   target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/include")
   target_link_libraries(${name} PUBLIC ${R_LINK} PRIVATE house)
   target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII)
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTOUIC_SEARCH_PATHS "${CMAKE_CURRENT_SOURCE_DIR}")
-  if(NOT name MATCHES "ui$")
-    foreach(link IN LISTS R_LINK)
-      if(link STREQUAL "Qt6::Widgets" OR link MATCHES "^([a-z]+_)?ui$")
-        message(FATAL_ERROR "room(${name}) is a core and must not link ${link}")
-      endif()
-    endforeach()
-  endif()
 endfunction()
 
 # room_test(ROOM SOURCES ... LINK ...): the GoogleTest program test_ROOM, one ctest entry for each test. With

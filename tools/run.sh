@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 tools/install.sh build
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 cmake --preset release >/dev/null
-cmake --build --preset release --target merivane merivane-play
+cmake --build --preset release --target merivane merivane-play merivane-sql merivane-umzug
 bin=$PWD/build/release
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
@@ -20,5 +20,6 @@ fi
 [ -n "${DISPLAY:-}" ] || tools/install.sh wayland
 export MERIVANE_HOME="${MERIVANE_HOME:-${XDG_DATA_HOME:-$HOME/.local/share}/merivane-demo}"
 [ -e "$MERIVANE_HOME/konfig.ini" ] || "$bin/merivane" --create-demo "$MERIVANE_HOME"
+echo "The programs lie in $bin"
 echo "The demo shop lives in $MERIVANE_HOME; receipts are appended to $MERIVANE_HOME/bondrucker.bin"
 exec "$bin/merivane"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs all tests with ctest, offscreen, and the fuzz targets while the tests are being built.
 # Usage: tools/test.sh [ctest arguments]; with arguments the fuzz targets are built but not run.
-# FUZZ_SECONDS sets how long each fuzz target runs.
+# Warnings are errors here, and nowhere else. FUZZ_SECONDS sets how long each fuzz target runs.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install.sh test

@@ -15,16 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::vector<LoginEntry> entries(const QString& source) {
-    std::vector<LoginEntry> list;
-    const auto personal = gDB->OpenRecordset(source);
-    for (; !personal->Eof(); personal->MoveNext()) {
-        list.push_back({u"ID"_s + QString::number(personal->Long(u"ID")),
-                        personal->Text(u"Vorname") + u' ' + personal->Text(u"Name")});
-    }
-    return list;
-}
-
 /// The person's row as it is now, also when they were blocked after the list was filled; nothing, with the
 /// loss told, when it is gone.
 std::optional<PersonalRecord> find(const QString& Key, RowGone wording) {
@@ -44,7 +34,15 @@ void tellBlocked() {
 
 } // namespace
 
-std::vector<LoginEntry> LoadActiveUsers() { return entries(u"SELECT * FROM Personal WHERE Gesperrt=0;"_s); }
+std::vector<LoginEntry> LoadActiveUsers() {
+    std::vector<LoginEntry> list;
+    const auto personal = gDB->OpenRecordset(u"SELECT * FROM Personal WHERE Gesperrt=0;"_s);
+    for (; !personal->Eof(); personal->MoveNext()) {
+        list.push_back({u"ID"_s + QString::number(personal->Long(u"ID")),
+                        personal->Text(u"Vorname") + u' ' + personal->Text(u"Name")});
+    }
+    return list;
+}
 
 LoginResult Anmelden(const QString& Key, const QString& PIN) {
     const auto found = find(Key, RowGone::Daten);
@@ -72,8 +70,6 @@ LoginResult Anmelden(const QString& Key, const QString& PIN) {
     }
     return LoginResult::Done;
 }
-
-std::vector<LoginEntry> LoadAllUsers() { return entries(u"Personal"_s); }
 
 LoginResult KassenAnmelden(const QString& Key, const QString& PIN) {
     const auto found = find(Key, RowGone::IhreDaten);

@@ -62,10 +62,10 @@ QString GetPortText(int Port) {
     return {};
 }
 
-Port::Port(const QString& name, const std::optional<LineSettings>& settings) {
+Port::Port(const QString& name, const std::optional<LineSettings>& settings, PortPatience* patience) {
     const QString path = PortDevice(name);
-    if (settings) m_device = devices::openLine(path, *settings);
-    if (!m_device) m_device = devices::openPlain(path);
+    if (settings) m_device = devices::openLine(path, *settings, patience);
+    if (!m_device) m_device = devices::openPlain(path, patience);
 }
 
 Port Port::Open(const QString& text) {

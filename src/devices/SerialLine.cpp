@@ -1,6 +1,5 @@
 #include "PortDevice.h"
 
-#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QSerialPort>
 
@@ -9,8 +8,9 @@ namespace {
 
 class SerialLine : public Port::Device {
   public:
-    explicit SerialLine(const QString& path)
-        : m_path(path) {
+    SerialLine(const QString& path, PortPatience* patience)
+        : m_path(path)
+        , m_patience(patience) {
         m_port.setPortName(path);
     }
     /// What was not sent is dropped: closing a line that stands still would wait for it.
@@ -28,6 +28,7 @@ class SerialLine : public Port::Device {
         if (m_port.open(QIODevice::WriteOnly)) return true;
         switch (m_port.error()) {
         case QSerialPort::DeviceNotFoundError:
+            if (isFilePath(m_path)) return false;
             raiseUnavailable(m_path);
         case QSerialPort::PermissionError:
             raiseDenied(m_path);
@@ -44,32 +45,35 @@ class SerialLine : public Port::Device {
     void finish() override {
         send();
         // Closing puts the parameters back that the line had before, which would garble bytes on their way.
-        devices::drainLine(m_port);
+        devices::drainLine(m_port, m_patience);
         m_port.close();
     }
 
   private:
     /// The time limit counts from the last byte that went out, so that long receipts may take their time.
     void send() {
+        Standstill still(m_patience);
         while (m_port.bytesToWrite() > 0) {
             const qint64 before = m_port.bytesToWrite();
-            const QDeadlineTimer deadline(stallMs);
-            while (m_port.bytesToWrite() == before) {
-                const auto left = static_cast<int>(deadline.remainingTime());
-                if (left <= 0 || !m_port.waitForBytesWritten(left)) raiseBroken(m_path);
-            }
+            if (!m_port.waitForBytesWritten(lookMs) && m_port.error() != QSerialPort::TimeoutError)
+                raiseBroken(m_path);
+            m_port.clearError();
+            if (m_port.bytesToWrite() < before) still.moved();
+            if (!still.mayGoOn()) raiseBroken(m_path);
         }
         if (m_port.error() != QSerialPort::NoError) raiseBroken(m_path);
     }
 
     QString m_path;
+    PortPatience* m_patience;
     QSerialPort m_port;
 };
 
 } // namespace
 
-std::unique_ptr<Port::Device> openLine(const QString& path, const LineSettings& settings) {
-    auto line = std::make_unique<SerialLine>(path);
+std::unique_ptr<Port::Device> openLine(const QString& path, const LineSettings& settings,
+                                       PortPatience* patience) {
+    auto line = std::make_unique<SerialLine>(path, patience);
     if (!line->open(settings)) return nullptr;
     return line;
 }

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -13,6 +14,7 @@ namespace {
 constexpr double gap = 1 * PageDocument::twipsPerMm;       // between the texts of two columns
 constexpr double padding = 0.5 * PageDocument::twipsPerMm; // between a text and the line above or below it
 constexpr double lineWidth = 0.5 * PageDocument::twipsPerPoint;
+constexpr double smallest = 0.5; // of its size, to which a text shrinks
 constexpr qsizetype mostColumns = 100;
 constexpr double widestColumn = 5000 * PageDocument::twipsPerMm;
 
@@ -32,6 +34,17 @@ TableColumn parseColumn(QStringView text) {
     if (!match.captured(3).isEmpty()) column.width *= PageDocument::twipsPerMm;
     if (column.width > widestColumn) RaiseInvalidCall();
     return column;
+}
+
+/// The typeface of a cell: smaller than `font` where joined words would not fit into its column otherwise.
+std::shared_ptr<const Typeface> fittingFace(const QFont& font, const QString& text, double width) {
+    auto face = Typeface::of(font);
+    const double joined = joinedWidth(text, *face, Digits::OneWidth);
+    if (joined <= width || font.pointSizeF() <= 0) return face;
+    constexpr double steps = 20; // of sizes, since each is kept
+    QFont smaller = font;
+    smaller.setPointSizeF(font.pointSizeF() * std::max(smallest, std::floor(width / joined * steps) / steps));
+    return Typeface::of(smaller);
 }
 
 } // namespace
@@ -54,7 +67,7 @@ TableRow::TableRow(std::vector<TableColumn> columns, const QString& cells, const
     for (size_t i = 0; i < columns.size(); ++i) {
         const TableColumn& format = columns[i];
         if (format.width <= 0) continue;
-        Column column{format, Typeface::of(format.bold ? boldFont : font), {}, 0, 0};
+        Column column{format, {}, {}, 0, 0};
         const double room = std::min(gap, format.width / 4);
         column.textLeft = m_width + (style == TableLines::Around ? room : 0);
         m_width += format.width;
@@ -63,7 +76,9 @@ TableRow::TableRow(std::vector<TableColumn> columns, const QString& cells, const
         column.textRight = m_width - (style == TableLines::Around || !isLast ? room : 0);
         QString text = texts.value(qsizetype(i));
         text.replace(printedBar, u'|');
-        column.lines = breakLines(text, *column.face, column.textRight - column.textLeft, Digits::OneWidth);
+        const double width = column.textRight - column.textLeft;
+        column.face = fittingFace(format.bold ? boldFont : font, text, width);
+        column.lines = breakLines(text, *column.face, width, Digits::OneWidth);
         m_lineCount = std::max(m_lineCount, column.lines.size());
         m_lineHeight = std::max(m_lineHeight, column.face->lineHeight());
         m_ascent = std::max(m_ascent, column.face->ascent());

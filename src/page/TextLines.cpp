@@ -30,10 +30,13 @@ QStringList paragraphsOf(const QString& text) {
 
 qsizetype trailingBlanks(QStringView text) {
     qsizetype count = 0;
-    while (count < text.size() && text[text.size() - 1 - count] == u' ')
+    const auto isBlank = [](QChar c) { return c == u' ' || c == wordJoint; };
+    while (count < text.size() && isBlank(text[text.size() - 1 - count]))
         ++count;
     return count;
 }
+
+QString withBlanks(QString text) { return text.replace(wordJoint, u' '); }
 
 /// Text whose every character is one glyph.
 class PlainParagraph {
@@ -48,7 +51,7 @@ class PlainParagraph {
         double x = 0;
         for (qsizetype i = 0; i < text.size(); ++i) {
             const QChar c = text[i];
-            const Typeface::Glyph glyph = face.glyph(c);
+            const Typeface::Glyph glyph = face.glyph(c == wordJoint ? QChar(u' ') : c);
             const bool inColumn = digits == Digits::OneWidth && c >= u'0' && c <= u'9';
             const double room = inColumn ? face.digitRoom(c) : glyph.advance;
             if (i > 0) x += face.kerning(text[i - 1], c);
@@ -97,7 +100,7 @@ class PlainParagraph {
     }
     [[nodiscard]] TextLine line(qsizetype from, qsizetype to) const {
         to = trimmedEnd(from, to);
-        TextLine made{m_text.mid(from, to - from), pen(to) - pen(from), {}};
+        TextLine made{withBlanks(m_text.mid(from, to - from)), pen(to) - pen(from), {}};
         if (to == from) return made;
         QList<QPointF> positions;
         positions.reserve(to - from);
@@ -134,7 +137,7 @@ void breakShaped(const QString& text, const Typeface& face, double width, std::v
         const QPointF origin(line.naturalTextRect().left(), line.y() + line.ascent());
         QString part = text.mid(line.textStart(), line.textLength());
         part.truncate(part.size() - trailingBlanks(part));
-        TextLine made{part, line.naturalTextWidth(), {}};
+        TextLine made{withBlanks(part), line.naturalTextWidth(), {}};
         for (QGlyphRun run : line.glyphRuns()) {
             QList<QPointF> positions = run.positions();
             for (QPointF& at : positions)
@@ -150,6 +153,16 @@ void breakShaped(const QString& text, const Typeface& face, double width, std::v
 }
 
 } // namespace
+
+double joinedWidth(const QString& text, const Typeface& face, Digits digits) {
+    double widest = 0;
+    for (const QString& paragraph : paragraphsOf(text))
+        for (const QString& word : paragraph.split(u' '))
+            if (word.contains(wordJoint))
+                for (const TextLine& line : breakLines(word, face, unlimited, digits))
+                    widest = std::max(widest, line.width);
+    return widest;
+}
 
 std::vector<TextLine> breakLines(const QString& text, const Typeface& face, double width, Digits digits) {
     std::vector<TextLine> lines;

@@ -21,8 +21,13 @@ enum class Digits {
 
 inline constexpr double unlimited = std::numeric_limits<double>::infinity();
 
+/// Joins two words in a line; printed as a blank.
+inline constexpr QChar wordJoint(0x00A0);
+
 /// Breaks a text into lines of `width` twips: at its own line breaks, else between words, and within a word
 /// that is longer than a line. A line holds at least one character. A tabulator is four blanks; other control
 /// characters print nothing. At least one line, be it empty.
 [[nodiscard]] std::vector<TextLine> breakLines(const QString& text, const Typeface& face, double width,
                                                Digits digits);
+/// Width of the widest words of a text that are joined; 0 without any.
+[[nodiscard]] double joinedWidth(const QString& text, const Typeface& face, Digits digits);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -265,6 +266,19 @@ void VSPrinter::AddTable(const QString& format, const QString& header, const QSt
     if (m_impl->table) return m_impl->addTo(*m_impl->table, format, header, row);
     Table table = m_impl->newTable();
     m_impl->addTo(table, format, header, row);
+}
+
+void VSPrinter::KeepTogether(const std::function<void()>& put) {
+    m_impl->require(State::Open);
+    Impl before = *m_impl;
+    const int pages = before.flow.document().pageCount();
+    put();
+    const bool isParted = m_impl->flow.document().pageCount() > pages;
+    if (!isParted || before.flow.y() <= before.flow.top()) return;
+    Impl parted = std::exchange(*m_impl, std::move(before));
+    m_impl->flow.newPage();
+    put();
+    if (m_impl->flow.document().pageCount() > pages + 1) *m_impl = std::move(parted); // no page holds it
 }
 
 QString VSPrinter::CellText(const QString& text) {

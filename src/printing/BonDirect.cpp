@@ -1,7 +1,7 @@
 #include "BookedData.h"
 #include "Kunde.h"
 
-#include <devices/Port.h>
+#include <devices/ReceiptLine.h>
 #include <printing/Beleg.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
@@ -50,7 +50,7 @@ class BonBytes {
 
 constexpr QByteArrayView reset("\x1B\x40", 2), centred("\x1B\x61\x01", 3), leftAligned("\x1B\x61\x00", 3),
     narrowFont("\x1B\x21\x01", 3), feed("\x1B\x64\x0D", 3);
-// The cut starts with ESC, as the printers in the shops want it.
+// The cut starts with ESC, not with GS.
 constexpr QByteArrayView cut("\x1B\x56\x42\x00", 4);
 
 void addHead(BonBytes& bon, int RechnungID, const Recordset& rechnung) {
@@ -121,9 +121,9 @@ void print(int RechnungID) {
     const int copies = gDruckerKopies;
     for (int copy = 1; copy <= copies; ++copy) {
         // Opened and closed for each copy, so that the drawer on the same line can be opened in between.
-        Port port(u"COM"_s + QString::number(gPrintDirectIOPort));
-        port.write(bonBytes(RechnungID, *rechnung));
-        port.close();
+        if (SendToReceiptPrinter(bonBytes(RechnungID, *rechnung))) continue;
+        MsgBox(u"Der Druck wurde abgebrochen. Die Buchung bleibt davon unberührt."_s);
+        break;
     }
     gKunde = KundeRecord::Standard();
 }

@@ -3,7 +3,6 @@
 
 #include <page/VSPrinter.h>
 #include <printing/Layout.h>
-#include <printing/Texte.h>
 #include <session/Globals.h>
 #include <templates/PropertiesList.h>
 #include <text/Convert.h>
@@ -62,7 +61,7 @@ class BonLayout {
             block.row(u"PLZ/Ort:"_s, kunde.PLZ + u' ' + kunde.Ort);
         }
         if (m_vorlage.Flag(u"infofeld_kundenrabatt_visible"))
-            block.row(u"Kd Rabatt:"_s, Rate(kunde.Rabatt) + u" %"_s);
+            block.row(u"Kd Rabatt:"_s, Percent(kunde.Rabatt));
         return address;
     }
 
@@ -111,11 +110,16 @@ class BonLayout {
         // The amounts of tax need more room than a rate does.
         const QString format =
             Columns({{u'<', m_anzahl + m_name - 20}, {u'>', m_steuer + 12}, {u'>', m_gesamt + 8}});
+        const auto isPrinted = [](const SteuerZeile& steuer) {
+            return steuer.SteuerSatz != 0 || gPrintSteuerNull;
+        };
+        if (std::ranges::any_of(m_bon.Steuern, isPrinted))
+            Row(m_printer, format, {{}, gSteuerText, u"Netto"_s}); // which of the two amounts is which
         Currency netSum;
         for (const SteuerZeile& steuer : m_bon.Steuern) {
-            if (steuer.SteuerSatz != 0 || gPrintSteuerNull)
+            if (isPrinted(steuer))
                 Row(m_printer, format,
-                    {Rate(steuer.SteuerSatz) + u" %"_s, Amount(steuer.Steuer, TotalFormat()),
+                    {Percent(steuer.SteuerSatz), Amount(steuer.Steuer, TotalFormat()),
                      Amount(steuer.Netto, TotalFormat())});
             netSum += Currency::fromDouble(steuer.Netto);
         }
@@ -126,7 +130,7 @@ class BonLayout {
         m_printer.Paragraph(u"\n\n"_s);
         Align(m_printer, m_vorlage.Choice(u"schlusstext_align"));
         m_printer.Paragraph(
-            ExpandTextMakros(m_vorlage.Text(u"schlusstext_text"), m_bon.Datum, m_bon.Betrag_Gesamt));
+            ClosingText(m_vorlage.Text(u"schlusstext_text"), m_bon.Datum, m_bon.Betrag_Gesamt));
         m_printer.TextAlign(0);
     }
 

@@ -3,7 +3,6 @@
 
 #include <page/VSPrinter.h>
 #include <printing/Layout.h>
-#include <printing/Texte.h>
 #include <session/Globals.h>
 #include <templates/PropertiesList.h>
 #include <text/Convert.h>
@@ -39,8 +38,11 @@ class FormularLayout {
         info();
         title();
         lines();
-        totals();
-        closing(schlussText);
+        // A last page with the closing text alone would look like one that came here by mistake.
+        m_printer.KeepTogether([&] {
+            totals();
+            closing(schlussText);
+        });
         m_printer.EndDoc();
     }
 
@@ -97,7 +99,7 @@ class FormularLayout {
                 block.row(u"Amtl. Kennz.:"_s, m_formular.Kunde.Kennzeichen);
         }
         if (m_vorlage.Flag(u"infofeld_kundenrabatt_visible"))
-            block.row(u"Kd Rabatt:"_s, Rate(m_formular.Kunde.Rabatt) + u" %"_s);
+            block.row(u"Kd Rabatt:"_s, Percent(m_formular.Kunde.Rabatt));
         block.clerk();
         block.date();
         block.taxNumber();
@@ -134,7 +136,7 @@ class FormularLayout {
             Row(m_printer, format,
                 {zeile.BestellNummer, NumberText(zeile.Buchungs_Menge),
                  NumberText(zeile.Menge) + u' ' + zeile.Einheit, FormularText(zeile, longText), amount(preis),
-                 Rate(zeile.SteuerSatz) + u" %"_s, amount(preis * zeile.Buchungs_Menge)});
+                 Percent(zeile.SteuerSatz), amount(preis * zeile.Buchungs_Menge)});
             m_net += Currency::fromDouble(zeile.VKPreis_Netto * zeile.Buchungs_Menge);
             m_gross += Currency::fromDouble(brutto * zeile.Buchungs_Menge);
         }
@@ -170,7 +172,7 @@ class FormularLayout {
             if (steuer.SteuerSatz == 0 && !gPrintSteuerNull) continue;
             Row(m_printer, format,
                 {{},
-                 u"zzgl. "_s + Rate(steuer.SteuerSatz) + u" % "_s + gSteuerText + u" auf"_s,
+                 u"zzgl. "_s + Percent(steuer.SteuerSatz) + u' ' + gSteuerText + u" auf"_s,
                  amount(steuer.Netto),
                  amount(steuer.Steuer)});
         }
@@ -184,7 +186,7 @@ class FormularLayout {
         m_printer.Paragraph(u"\n\n"_s);
         m_printer.Font(m_vorlage.Font(u"schlusstext_font"));
         Align(m_printer, m_vorlage.Choice(u"schlusstext_align"));
-        m_printer.Paragraph(ExpandTextMakros(schlussText, m_formular.Datum, m_formular.Betrag_Gesamt));
+        m_printer.Paragraph(ClosingText(schlussText, m_formular.Datum, m_formular.Betrag_Gesamt));
         if (m_formular.Art != FormularArt::Rechnung && !m_formular.Zusatz.trimmed().isEmpty())
             m_printer.Paragraph(u"\n\n"_s + m_formular.Zusatz);
     }

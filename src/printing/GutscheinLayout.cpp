@@ -2,7 +2,6 @@
 
 #include <page/VSPrinter.h>
 #include <printing/Layout.h>
-#include <printing/Texte.h>
 #include <session/Globals.h>
 #include <templates/PropertiesList.h>
 #include <text/Value.h>
@@ -31,7 +30,7 @@ void RenderGutschein(VSPrinter& printer, const PropertiesList& vorlage, const Gu
     PageFont(printer, vorlage);
     printer.Paragraph(u"\n\n"_s);
     Align(printer, vorlage.Choice(u"schlusstext_align"));
-    printer.Paragraph(ExpandTextMakros(vorlage.Text(u"schlusstext_text"), gutschein.Datum, gutschein.Betrag));
+    printer.Paragraph(ClosingText(vorlage.Text(u"schlusstext_text"), gutschein.Datum, gutschein.Betrag));
     printer.TextAlign(0);
     printer.EndDoc();
 }

@@ -32,7 +32,8 @@ QString amount(const Value& value) { return Amount(value, gFormatPreis); }
 SteuerSummen sumOf(const std::vector<BerichtZeile>& lines) {
     SteuerSummen sum;
     for (const BerichtZeile& line : lines)
-        sum += line.Summen;
+        sum += {Currency::fromDouble(line.Netto), Currency::fromDouble(line.Steuer),
+                Currency::fromDouble(line.Brutto)};
     return sum;
 }
 
@@ -104,8 +105,8 @@ class BerichtLayout {
     void payment(const QString& title, const std::vector<BerichtZeile>& lines, const SteuerSummen& sum) {
         head(title, taxWidth());
         for (const BerichtZeile& line : lines)
-            row(Rate(line.SteuerSatz) + u'%', line.Summen);
-        row(u"Summe"_s, sum);
+            row(Rate(line.SteuerSatz) + u'%', line.Netto, line.Steuer, line.Brutto);
+        sumRow(sum);
     }
 
     void till() {
@@ -116,12 +117,13 @@ class BerichtLayout {
         SteuerSummen sum = m_bar;
         sum += m_einlage;
         sum -= m_entnahme;
-        row(u"Summe"_s, sum);
+        sumRow(sum);
         if (m_bericht.Zaehlung) counted(*m_bericht.Zaehlung, sum.Brutto);
     }
 
     void counted(const KassenZaehlung& count, Currency expected) {
         const Currency actual = count.KassenBestand - count.WechselGeld;
+        m_printer.CurrentY(m_printer.CurrentY() + airTwips); // the count is another matter than the bookings
         pair(u"Kassenbestand"_s, amount(count.KassenBestand));
         pair(u"davon Wechselgeld"_s, amount(count.WechselGeld));
         pair(u"Soll"_s, amount(expected));
@@ -138,9 +140,9 @@ class BerichtLayout {
                 Row(m_printer, Columns({{u'<', taxWidth()}}),
                     {(shown->isEmpty() ? u"Sonstige Kreditkarte"_s : *shown) + u':'});
             }
-            row(u"  "_s + Rate(line.SteuerSatz) + u'%', line.Summen);
+            row(u"  "_s + Rate(line.SteuerSatz) + u'%', line.Netto, line.Steuer, line.Brutto);
         }
-        row(u"Summe"_s, m_karte);
+        sumRow(m_karte);
     }
 
     void sums() {
@@ -155,7 +157,7 @@ class BerichtLayout {
         for (const SteuerSummen& part : {m_karte, m_rechnung, m_einlage})
             sum += part;
         sum -= m_entnahme;
-        row(u"Summe"_s, sum);
+        sumRow(sum);
     }
 
     /// A bold line over the width of a table, set off from what stands above.
@@ -170,14 +172,24 @@ class BerichtLayout {
         Row(m_printer, Columns({{u'<', m_name}, {u'>', m_summe}}), {label, value});
     }
 
+    void row(const QString& label, const Value& netto, const Value& steuer, const Value& brutto) {
+        Row(m_printer, taxFormat(), {label, amount(netto), amount(steuer), amount(brutto)});
+    }
     void row(const QString& label, const SteuerSummen& sums) {
-        Row(m_printer, taxFormat(), {label, amount(sums.Netto), amount(sums.Steuer), amount(sums.Brutto)});
+        row(label, sums.Netto, sums.Steuer, sums.Brutto);
+    }
+    void sumRow(const SteuerSummen& sums) {
+        Bold(m_printer, m_vorlage, true);
+        row(u"Summe"_s, sums);
+        Bold(m_printer, m_vorlage, false);
     }
 
     [[nodiscard]] QString taxFormat() const {
         return Columns({{u'<', m_satz}, {u'>', m_netto}, {u'>', m_ust}, {u'>', m_brutto}});
     }
     [[nodiscard]] double taxWidth() const { return m_satz + m_netto + m_ust + m_brutto; }
+
+    static constexpr int airTwips = 120;
 
     VSPrinter& m_printer;
     const PropertiesList& m_vorlage;

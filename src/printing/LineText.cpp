@@ -1,5 +1,6 @@
 #include "LineText.h"
 
+#include <page/VSPrinter.h>
 #include <session/Globals.h>
 #include <session/SonderArtikel.h>
 #include <text/Convert.h>
@@ -19,7 +20,8 @@ QString bonName(const BelegZeile& zeile) {
     const bool several = zeile.Buchungs_Menge > 1;
     if (zeile.Menge > 1 && (several || zeile.Buchungs_Menge == 1))
         text += u' ' + NumberText(zeile.Menge) + u' ' + zeile.Einheit;
-    if (several) text += u" (je "_s + Format(Value(zeile.VKPreis_Brutto), gFormatPreis) + u')';
+    if (several)
+        text += u" (je"_s + VSPrinter::joint + Format(Value(zeile.VKPreis_Brutto), gFormatPreis) + u')';
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "PageLayout.h"
 
 #include <page/VSPrinter.h>
+#include <printing/Texte.h>
 #include <session/Globals.h>
 #include <templates/PropertiesList.h>
 #include <templates/Units.h>
@@ -138,9 +139,18 @@ void Row(VSPrinter& printer, const QString& format, std::initializer_list<QStrin
 QString TotalFormat() { return gRoundDecimal ? u"##,##0.00"_s : gFormatPreis; }
 
 QString Amount(const Value& value, const QString& format) {
-    return Format(value, format) + u' ' + gWaehrungsSymbol;
+    return Format(value, format) + VSPrinter::joint + gWaehrungsSymbol;
 }
 
 QString Rate(double percent) { return Format(Value(percent), u"0.0"); }
+
+QString Percent(double percent) { return Rate(percent) + VSPrinter::joint + u'%'; }
+
+QString ClosingText(const QString& text, QDate day, Currency amount) {
+    const QString sum = u"[SUMME]"_s, expanded = ExpandTextMakros(sum, day, amount);
+    QString joined = expanded;
+    joined.replace(u' ', VSPrinter::joint);
+    return ExpandTextMakros(text, day, amount).replace(expanded, joined);
+}
 
 } // namespace layout

@@ -62,8 +62,11 @@ void Row(VSPrinter& printer, const QString& format, std::initializer_list<QStrin
 
 /// The format of totals.
 [[nodiscard]] QString TotalFormat();
-/// With the currency symbol.
+/// With the currency symbol, which no line parts from it.
 [[nodiscard]] QString Amount(const Value& value, const QString& format);
-[[nodiscard]] QString Rate(double percent); ///< "19,0"
+[[nodiscard]] QString Rate(double percent);    ///< "19,0"
+[[nodiscard]] QString Percent(double percent); ///< "19,0 %"
+/// A closing text with its macros replaced.
+[[nodiscard]] QString ClosingText(const QString& text, QDate day, Currency amount);
 
 } // namespace layout

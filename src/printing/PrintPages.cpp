@@ -1,6 +1,7 @@
 #include "BookedData.h"
 #include "Kunde.h"
 
+#include <devices/Printers.h>
 #include <page/VSPrinter.h>
 #include <printing/Beleg.h>
 #include <printing/Layout.h>
@@ -11,6 +12,8 @@
 #include <session/gAngaben.h>
 #include <store/Recordset.h>
 #include <templates/PropertiesList.h>
+#include <templates/TemplateCheck.h>
+#include <templates/Units.h>
 
 #include <QFileInfo>
 
@@ -26,9 +29,17 @@ std::unique_ptr<Recordset> findKopf(FormularArt art, int nummer) {
     return nullptr;
 }
 
-bool loadVorlage(PropertiesList& vorlage, const QString& fileName, const QString& complaint) {
-    if (vorlage.Load(gDBPath + fileName)) return true;
-    MsgBox(complaint);
+/// The template of a document for `printer`; one that cannot be used is told.
+bool loadVorlage(PropertiesList& vorlage, const QString& fileName, TemplateKind kind, const QString& printer,
+                 const QString& complaint) {
+    if (!vorlage.Load(gDBPath + fileName)) {
+        MsgBox(complaint);
+        return false;
+    }
+    const QSizeF own = paperSize(vorlage).isEmpty() ? PrinterPaper(printer) : QSizeF();
+    const QString fault = templateFault(vorlage, kind, own);
+    if (fault.isEmpty()) return true;
+    MsgBox(u"Mit der Druckvorlage \"%1\" kann nicht gedruckt werden. "_s.arg(fileName) + fault);
     return false;
 }
 
@@ -37,7 +48,7 @@ void printBon(int RechnungID) {
     if (!kopf) return;
     PropertiesList vorlage;
     if (!loadVorlage(
-            vorlage, u"Kassenbon.pld"_s,
+            vorlage, u"Kassenbon.pld"_s, TemplateKind::Bon, gBonDrucker,
             u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht "
             "finden konnte."_s))
         return;
@@ -66,7 +77,7 @@ void printFormular(int ID, const QString& FileName, FormularArt art, const Beleg
     if (!kopf) return;
     PropertiesList vorlage;
     if (!loadVorlage(
-            vorlage, FileName,
+            vorlage, FileName, TemplateKind::Form, gFormularDrucker,
             u"Das Formular kann nicht gedruckt werden, da das System die dafür nötige Druckvorlage nicht "
             "finden, oder öffnen konnte."_s))
         return;
@@ -80,7 +91,7 @@ void printFormular(int ID, const QString& FileName, FormularArt art, const Beleg
         VSPrinter printer;
         printer.Device(gFormularDrucker);
         std::optional<QString> schlussText;
-        if (ask && !askSchlussText(dialoge, schlussText)) break;
+        if (ask && !askSchlussText(dialoge, schlussText)) continue; // each copy is a document of its own
         RenderFormular(printer, vorlage, formular, docName, schlussText);
         printer.PrintDoc();
     }
@@ -90,7 +101,7 @@ void printFormular(int ID, const QString& FileName, FormularArt art, const Beleg
 void printGutschein(int GutscheinID, const QString& Name, Currency Betrag) {
     PropertiesList vorlage;
     if (!loadVorlage(
-            vorlage, u"Gutschein.pld"_s,
+            vorlage, u"Gutschein.pld"_s, TemplateKind::Voucher, gBonDrucker,
             u"Der Gutschein kann nicht gedruckt werden, da das System die Druckvorlage nicht finden oder "
             "öffnen konnte."_s))
         return;

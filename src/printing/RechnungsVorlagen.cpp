@@ -20,7 +20,7 @@ namespace {
 const QString ending = u".rvl"_s;
 constexpr qsizetype longestName = 100;
 
-// The old line end, since other editors of the system read these files, too.
+// With CR and LF, which every editor takes for the end of a line.
 const QString usualText = u"Bitte überweisen Sie den Betrag in Höhe von [SUMME] bis zum DateAdd[10] auf das "
                           "nachfolgende Konto:\r\n"_s;
 

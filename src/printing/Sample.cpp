@@ -143,9 +143,8 @@ void renderForm(VSPrinter& printer, const PropertiesList& vorlage, FormularArt a
 }
 
 BerichtZeile amounts(double percent, double gross, const QString& card = {}) {
-    const Currency brutto = Currency::fromDouble(gross);
-    const Currency netto = Currency::fromDouble(gross / (1 + percent / 100));
-    return {percent, {netto, brutto - netto, brutto}, card};
+    const double net = gross / (1 + percent / 100);
+    return {percent, net, gross - net, gross, card};
 }
 
 void renderReport(VSPrinter& printer, const PropertiesList& vorlage) {

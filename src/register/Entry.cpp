@@ -7,6 +7,7 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/Settings.h>
 #include <session/SonderArtikel.h>
 #include <session/gAngaben.h>
 #include <session/gArtikel.h>
@@ -208,7 +209,7 @@ Entry::Next Entry::freeAmount(const QString& trimmed) {
     const QString rate = gSystem->ReadProfileString(service, lastRate, KonfigIni());
     if (IsNumeric(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
     const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
-    if (show.isEmpty()) gSystem->WriteProfileString(service, showDialog, u"1"_s, KonfigIni());
+    if (show.isEmpty()) KeepSetting(service, showDialog, u"1"_s);
     if (show.isEmpty() || show == u"1"_s)
         ask(m_sale.screen, Dialog::FreierArtikel);
     else
@@ -217,7 +218,7 @@ Entry::Next Entry::freeAmount(const QString& trimmed) {
         Clear();
         return Next::End;
     }
-    gSystem->WriteProfileString(service, lastRate, NumberText(gFreierArtikel.SteuerSatz), KonfigIni());
+    KeepSetting(service, lastRate, NumberText(gFreierArtikel.SteuerSatz));
     const int menge = multiplier();
     gArtikel = freeRecord(SonderArtikel::Diverses.toString(), gFreierArtikel.Name, gFreierArtikel.WarenGruppe,
                           amount, gFreierArtikel.SteuerSatz);

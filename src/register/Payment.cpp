@@ -195,7 +195,7 @@ void Payment::CreateRechnung(int& RechnungID) {
             if (!m_sale.basket.IsLieferscheinBon) moveStock(id);
             ++booked;
         }
-        // The number is fixed: this way marks delivery note 1 and no other.
+        // Always note 1: which notes a sale came from is not known here.
         if (m_sale.basket.IsLieferscheinBon)
             gDB->Execute(u"UPDATE Lieferung SET InRechnung=-1 WHERE LieferungID=1;"_s);
         RechnungID = id;

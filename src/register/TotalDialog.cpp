@@ -63,6 +63,9 @@ bool TotalDialog::Bar() {
     return true;
 }
 
+// The rate stands in the statement as the till writes it. One with decimals has a comma there, which is no
+// number in SQL: the statement fails before a line has changed, and nothing is booked. No reduced rate has
+// decimals; a setting that has is told in this way instead of being booked.
 bool TotalDialog::AHVerkauf() {
     // The rate goes in as it is shown. One with decimals carries a comma, with which the statement fails:
     // nothing is changed then, and nothing is paid.

@@ -3,6 +3,9 @@
 #include <templates/TemplateKeys.h>
 #include <text/RuntimeError.h>
 
+#include <QFileInfo>
+
+#include <optional>
 #include <utility>
 
 namespace {
@@ -22,25 +25,37 @@ QString differenceOf(const PropertiesList& a, const PropertiesList& b) {
     return key;
 }
 
-TemplateKind kindOf(const QString& path, const PropertiesList& list) {
-    if (const auto kind = kindOfFile(path)) return *kind;
-    return kindOfKeys(list).value_or(TemplateKind::Form);
+/// One of the files that a shop prints with, not a variant of it.
+const TemplateFile* shopFileOf(const QString& path) {
+    const TemplateFile* file = templateFileOf(path);
+    return file && QFileInfo(path).fileName().compare(file->name, Qt::CaseInsensitive) == 0 ? file : nullptr;
+}
+
+/// A file of the shop is what its name says. Of any other the keys tell more than a name that merely begins
+/// like one.
+std::optional<TemplateKind> kindOf(const QString& path, const PropertiesList& list) {
+    if (const TemplateFile* file = shopFileOf(path)) return file->kind;
+    if (const auto kind = kindOfKeys(list)) return kind;
+    return kindOfFile(path);
 }
 
 } // namespace
 
-bool TemplateDocument::open(const QString& path) {
+TemplateDocument::Opened TemplateDocument::open(const QString& path) {
     PropertiesList list;
-    if (!list.Load(path)) return false;
+    if (!list.Load(path)) return Opened::NotLoaded;
+    const auto kind = kindOf(path, list);
+    if (!kind) return Opened::NoTemplate;
     m_path = path;
-    m_kind = kindOf(path, list);
+    m_kind = *kind;
     m_list = m_saved = std::move(list);
     m_before.clear();
     m_after.clear();
     endStep();
-    if (completeOldTemplate(m_list, m_kind) && m_list.Save(path)) m_saved = m_list;
+    const bool isShopForm = shopFileOf(path) && m_kind == TemplateKind::Form;
+    if (isShopForm && addOrderNumberWidth(m_list) && m_list.Save(path)) m_saved = m_list;
     emit changed({});
-    return true;
+    return Opened::Yes;
 }
 
 bool TemplateDocument::save() {
@@ -55,7 +70,7 @@ bool TemplateDocument::saveAs(const QString& path) {
     if (!m_list.Save(path)) return false;
     endStep();
     m_path = path;
-    m_kind = kindOf(path, m_list);
+    m_kind = kindOf(path, m_list).value_or(m_kind);
     m_saved = m_list;
     emit saved();
     return true;

@@ -119,6 +119,8 @@ constexpr std::array<std::pair<QStringView, QStringView>, 10> groups{{
     {u"table", u"Bericht"},
 }};
 
+constexpr QStringView orderNumberWidth = u"tabelle_bestellnummer_width";
+
 constexpr TemplateKind allKinds[] = {TemplateKind::Form, TemplateKind::Purchase, TemplateKind::Bon,
                                      TemplateKind::Voucher, TemplateKind::Closing};
 
@@ -176,8 +178,9 @@ std::optional<TemplateKind> kindOfKeys(const PropertiesList& list) {
     for (const TemplateKind kind : allKinds) {
         const auto isOfKind = [kind](const TemplateKey& key) { return key.isUsedBy(kind); };
         const std::ptrdiff_t count = std::ranges::count_if(keys, isOfKind);
-        const bool complete = std::ranges::all_of(
-            keys, [&](const TemplateKey& key) { return !isOfKind(key) || list.find(key.key) != nullptr; });
+        const bool complete = std::ranges::all_of(keys, [&](const TemplateKey& key) {
+            return !isOfKind(key) || list.find(key.key) != nullptr || key.key == orderNumberWidth;
+        });
         if (complete && count > most) {
             best = kind;
             most = count;
@@ -193,9 +196,9 @@ bool isInForce(const PropertiesList& list, QStringView key) {
     return true;
 }
 
-bool completeOldTemplate(PropertiesList& list, TemplateKind kind) {
-    const TemplateKey& added = *findTemplateKey(u"tabelle_bestellnummer_width");
-    if (kind != TemplateKind::Form || list.find(added.key) != nullptr) return false;
+bool addOrderNumberWidth(PropertiesList& list) {
+    const TemplateKey& added = *findTemplateKey(orderNumberWidth);
+    if (list.find(added.key) != nullptr) return false;
     list.insert(u"tabelle_anzahl_width", Property{added.key.toString(),
                                                   added.caption.toString(),
                                                   added.description.toString(),

@@ -52,7 +52,7 @@ QByteArray amountFields(qint64 cents) {
 /// The acts as the cashier sees them: what is shown, asked and told.
 class CZVT::Cashier {
   public:
-    Cashier(const zvt::TerminalConfig& config, zvt::TerminalScreen& screen, Print print)
+    Cashier(const zvt::TerminalConfig& config, WaitScreen& screen, Print print)
         : session(config)
         , m_screen(screen)
         , m_print(std::move(print)) {}
@@ -86,7 +86,7 @@ class CZVT::Cashier {
     enum class Earlier { Settled, Paid, Stop };
     Earlier settleEarlier(std::optional<qint64> amount);
 
-    zvt::TerminalScreen& m_screen;
+    WaitScreen& m_screen;
     Print m_print;
     bool m_busy = false;
     std::optional<qint64> m_lastAmount;
@@ -253,7 +253,7 @@ void CZVT::Cashier::close() {
          MsgIcon::Information);
 }
 
-CZVT::CZVT(const zvt::TerminalConfig& config, zvt::TerminalScreen& screen, Print print)
+CZVT::CZVT(const zvt::TerminalConfig& config, WaitScreen& screen, Print print)
     : m_cashier(std::make_unique<Cashier>(config, screen, std::move(print))) {}
 CZVT::~CZVT() = default;
 

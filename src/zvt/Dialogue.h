@@ -3,10 +3,11 @@
 #include "ProtocolLog.h"
 #include "Transport.h"
 
-#include <optional>
+#include <session/WaitScreen.h>
 #include <zvt/TerminalConfig.h>
-#include <zvt/TerminalScreen.h>
 #include <zvt/protocol/Messages.h>
+
+#include <optional>
 
 namespace zvt {
 
@@ -38,7 +39,7 @@ class Dialogue {
     };
 
     /// `screen` may be nullptr: nothing is shown, and nothing can be cancelled.
-    Dialogue(Transport& transport, const TerminalConfig& config, ProtocolLog& log, TerminalScreen* screen)
+    Dialogue(Transport& transport, const TerminalConfig& config, ProtocolLog& log, WaitScreen* screen)
         : m_transport(transport)
         , m_config(config)
         , m_log(log)
@@ -60,7 +61,7 @@ class Dialogue {
     Transport& m_transport;
     const TerminalConfig& m_config;
     ProtocolLog& m_log;
-    TerminalScreen* m_screen;
+    WaitScreen* m_screen;
     QDeadlineTimer m_deadline;
     int m_dialogueMs = 0;
     bool m_money = false, m_answered = false, m_cancelOpen = false;

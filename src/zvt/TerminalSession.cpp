@@ -1,7 +1,8 @@
 #include "TerminalSession.h"
 
-#include <algorithm>
 #include <zvt/protocol/Fields.h>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -46,7 +47,7 @@ Dialogue::Result TerminalSession::runRegistration(Dialogue& dialogue, bool keepS
     return dialogue.run(command(registration, data), {.amount = {}, .keepStray = keepStray});
 }
 
-bool TerminalSession::connectAndRegister(TerminalScreen* screen, bool keepStray) {
+bool TerminalSession::connectAndRegister(WaitScreen* screen, bool keepStray) {
     m_reason.clear();
     m_transport->close();
     const auto stop = [&] { return screen && givesUp(*screen); };
@@ -84,7 +85,7 @@ Dialogue::Result TerminalSession::repeatReceipt(Dialogue& dialogue) {
                         {.amount = {}, .keepStray = true});
 }
 
-bool TerminalSession::givesUp(TerminalScreen& screen) {
+bool TerminalSession::givesUp(WaitScreen& screen) {
     m_givenUp = m_givenUp || screen.TakeCancel();
     return m_givenUp;
 }
@@ -110,7 +111,7 @@ void TerminalSession::learnLastAct() {
 }
 
 TerminalSession::Outcome TerminalSession::act(const Apdu& command, std::optional<qint64> amount,
-                                              TerminalScreen& screen) {
+                                              WaitScreen& screen) {
     m_cancelled = false;
     m_lines.clear();
     Dialogue::Result result;
@@ -146,12 +147,12 @@ TerminalSession::Outcome TerminalSession::judge(const Dialogue::Result& result,
         return failed(result.failure.text);
     case End::Aborted:
         // A booking that ends in an abort may have been taken back.
-        return result.isBooked() ? Outcome::Unknown : failed(result.failure.text);
+        if (result.isBooked()) return Outcome::Unknown;
+        return failed(withOwnWords(result.failure.text, result.status ? result.status->text : QString()));
     case End::Completed:
         if (result.isBooked()) return booked(*result.status);
         if (result.status && result.status->result)
-            return failed(result.status->text.isEmpty() ? resultText(*result.status->result)
-                                                        : result.status->text);
+            return failed(withOwnWords(resultText(*result.status->result), result.status->text));
         if (!amount) return booked({}); // an end of day need not tell more
         return Outcome::Unknown;
     case End::Lost:
@@ -166,7 +167,7 @@ void TerminalSession::forgetUnsettled() {
     m_askedLast = false;
 }
 
-TerminalSession::Outcome TerminalSession::settle(TerminalScreen& screen) {
+TerminalSession::Outcome TerminalSession::settle(WaitScreen& screen) {
     m_log.note(u"asking how it ended"_s);
     screen.Show(u"Die Verbindung ist unterbrochen.\nDas Terminal wird nach dem Ausgang gefragt..."_s);
     m_givenUp = false;
@@ -220,7 +221,7 @@ TerminalSession::Outcome TerminalSession::compare(const StatusInfo& last) {
     const QString none = u"Das Terminal hat sie nicht ausgeführt."_s;
     if (last.isSameAct(*before)) return failed(none);
     m_last = last;
-    if (!last.isBooked()) return failed(none + u' ' + resultText(*last.result));
+    if (!last.isBooked()) return failed(none + u' ' + withOwnWords(resultText(*last.result), last.text));
     if (m_unsettled->amount && last.amount != m_unsettled->amount) return Outcome::Unknown;
     return booked(last);
 }

@@ -2,9 +2,10 @@
 
 #include "Dialogue.h"
 
+#include <zvt/protocol/Messages.h>
+
 #include <memory>
 #include <optional>
-#include <zvt/protocol/Messages.h>
 
 namespace zvt {
 
@@ -29,7 +30,7 @@ class TerminalSession {
 
     /// One act: `amount` in cents is what its booking must show, nothing for an end of day. An act that
     /// remains Unknown is kept as unsettled().
-    [[nodiscard]] Outcome act(const Apdu& command, std::optional<qint64> amount, TerminalScreen& screen);
+    [[nodiscard]] Outcome act(const Apdu& command, std::optional<qint64> amount, WaitScreen& screen);
     [[nodiscard]] const QString& reason() const { return m_reason; }
     [[nodiscard]] const StatusInfo& status() const { return m_status; } ///< of what was booked
     [[nodiscard]] const StatusInfo& wrong() const { return m_wrong; }
@@ -45,16 +46,16 @@ class TerminalSession {
     /// The cashier decided; what the terminal knows is asked anew before the next act.
     void forgetUnsettled();
     /// Connects again and again and asks, until the terminal tells, the time is over or the cashier gives up.
-    [[nodiscard]] Outcome settle(TerminalScreen& screen);
+    [[nodiscard]] Outcome settle(WaitScreen& screen);
 
   private:
-    [[nodiscard]] bool connectAndRegister(TerminalScreen* screen, bool keepStray);
+    [[nodiscard]] bool connectAndRegister(WaitScreen* screen, bool keepStray);
     [[nodiscard]] Dialogue::Result runRegistration(Dialogue& dialogue, bool keepStray, bool withContainer);
     [[nodiscard]] Dialogue::Result statusEnquiry(Dialogue& dialogue, bool keepStray);
     [[nodiscard]] Dialogue::Result repeatReceipt(Dialogue& dialogue);
     void learnLastAct();
     /// The cashier has cancelled since this act began to connect.
-    [[nodiscard]] bool givesUp(TerminalScreen& screen);
+    [[nodiscard]] bool givesUp(WaitScreen& screen);
     [[nodiscard]] Outcome judge(const Dialogue::Result& result, std::optional<qint64> amount);
     /// Nothing while the terminal has not told.
     [[nodiscard]] std::optional<Outcome> askAgain();

@@ -2,10 +2,10 @@
 #include <session/gUser.h>
 #include <support/ScriptedForms.h>
 #include <support/TempShop.h>
+#include <ui/ListView.h>
 #include <ui/TouchKey.h>
 
 #include <QLineEdit>
-#include <QListWidget>
 
 #include <gtest/gtest.h>
 
@@ -22,8 +22,7 @@ class frmDesktopLoginTest : public testing::Test {
         gKassenUser.ID = m_jonas;
     }
     static QString selected(QDialog& d) {
-        const QListWidgetItem* item = control<QListWidget>(d, u"lvwUsers"_s).currentItem();
-        return item == nullptr ? QString() : item->text();
+        return control<ListView>(d, u"lvwUsers"_s).currentIndex().data().toString();
     }
     TempShop shop;
     ScriptedForms dialogs;

@@ -2,8 +2,10 @@
 #include <access/ui/frmMain.h>
 #include <session/Globals.h>
 #include <session/gUser.h>
+#include <store/Database.h>
 #include <support/ScriptedForms.h>
 #include <support/TempShop.h>
+#include <ui/Form.h>
 #include <ui/TouchKey.h>
 
 #include <QApplication>
@@ -96,7 +98,7 @@ TEST_F(frmLoginTest, TheKeyboardLeadsToTheShellAndBack) {
     EXPECT_FALSE(form.isVisible());
     frmMain* main = shell();
     ASSERT_NE(nullptr, main);
-    EXPECT_TRUE(control<TouchKey>(*main, u"entryKasse"_s).isVisible());
+    EXPECT_TRUE(control<TouchKey>(*main, u"barKasse"_s).isVisible());
 
     pressKey(*main, Qt::Key_F12); // Abmelden
     QApplication::processEvents();
@@ -158,7 +160,39 @@ TEST_F(frmLoginTest, ATillThatIsNothingElseGoesToTheRegisterAndStillHasAShell) {
     clickOn(form, u"cmdMain"_s);
     QApplication::processEvents();
     ASSERT_NE(nullptr, shell());
-    EXPECT_EQ(nullptr, shell()->findChild<TouchKey*>(u"entryKasse"_s));
+    EXPECT_EQ(nullptr, shell()->findChild<TouchKey*>(u"barKasse"_s));
+}
+
+TEST_F(frmLoginTest, AnAreaTakesItsRightOpensOnceAndGoesWithTheShell) {
+    frmLogin& form = open();
+    gDB->Execute(u"UPDATE Personal SET R_Personal=0 WHERE ID=%1"_s.arg(m_jonas));
+    logIn(form, u"Jonas Weber"_s, u"77"_s);
+    const auto areas = [] {
+        QWidgetList open;
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (qobject_cast<AreaForm*>(window) != nullptr && window->isVisible()) open << window;
+        }
+        return open;
+    };
+    dialogs.expectMsgBox(u"Sie haben nicht die nötigen Rechte um diese Aktion auszuführen."_s,
+                         MsgIcon::Critical, MsgAnswer::OK, u"Systemmeldung..."_s);
+    clickOn(*shell(), u"barPersonal"_s);
+    EXPECT_TRUE(areas().isEmpty());
+    gUser.R_Personal = true;
+    clickOn(*shell(), u"barPersonal"_s);
+    ASSERT_EQ(1, areas().size());
+    EXPECT_STREQ("frmPersonal", areas().constFirst()->metaObject()->className());
+    areas().constFirst()->showMinimized();
+    clickOn(*shell(), u"barPersonal"_s);
+    ASSERT_EQ(1, areas().size());
+    EXPECT_FALSE(areas().constFirst()->isMinimized());
+    areas().constFirst()->close();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(areas().isEmpty());
+    clickOn(*shell(), u"barPersonal"_s);
+    clickOn(*shell(), u"barLogout"_s);
+    EXPECT_TRUE(areas().isEmpty()) << "nobody's area stays open behind the login";
+    EXPECT_TRUE(form.isVisible());
 }
 
 TEST_F(frmLoginTest, TheShellOpensOneRegisterAndComesBackFromIt) {
@@ -166,14 +200,14 @@ TEST_F(frmLoginTest, TheShellOpensOneRegisterAndComesBackFromIt) {
     logIn(form, u"Jonas Weber"_s, u"77"_s);
     frmMain* main = shell();
     ASSERT_NE(nullptr, main);
-    clickOn(*main, u"entryKasse"_s);
+    clickOn(*main, u"barKasse"_s);
     pressKey(*main, Qt::Key_F2);
     EXPECT_EQ(1, opened);
     till->close();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(form.isVisible()); // the shell is what the register goes back to
     EXPECT_EQ(main, shell());
-    clickOn(*main, u"entryKasse"_s);
+    clickOn(*main, u"barKasse"_s);
     EXPECT_EQ(2, opened);
     main->close(); // takes the register along
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -56,7 +56,7 @@ const QByteArray login = "window frmLogin\n"
                          "type 2222\n"
                          "key Return\n"
                          "window frmMain\n"
-                         "press entryKasse\n"
+                         "press barKasse\n"
                          "window frmKasse\n";
 
 } // namespace

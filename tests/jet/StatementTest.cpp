@@ -1,3 +1,5 @@
+#include "Cases.h"
+
 #include <jet/Functions.h>
 #include <jet/Translator.h>
 #include <store/Database.h>
@@ -5,45 +7,11 @@
 #include <support/TestStore.h>
 #include <text/RuntimeError.h>
 
-#include <QDir>
-#include <QFile>
-
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// A statement of a file and what it must answer: rows, a number of affected rows, or an error with its
-/// place.
-struct Case {
-    int line = 0;
-    QString statement;
-    QStringList answer;
-};
-
-// "> statement", then its answer: "| value | value" for each row, "= n" for n affected rows, "! number place"
-// for an error. Lines with # are remarks.
-std::vector<Case> readCases(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    std::vector<Case> cases;
-    for (int line = 1; !file.atEnd(); ++line) {
-        const QString text = QString::fromUtf8(file.readLine()).trimmed();
-        if (text.startsWith(u'>'))
-            cases.push_back({line, text.mid(1).trimmed(), {}});
-        else if (!text.isEmpty() && !text.startsWith(u'#') && !cases.empty())
-            cases.back().answer.push_back(text);
-    }
-    return cases;
-}
-
-QString shown(const Value& v) {
-    if (v.isNull()) return u"Null"_s;
-    if (v.type() == Type::Boolean) return v.toBool() ? u"True"_s : u"False"_s;
-    if (v.type() == Type::Currency) return v.toText() + u" €"_s;
-    return v.toText();
-}
 
 QStringList answerOf(Database& db, const QString& statement) {
     QStringList answer;
@@ -57,7 +25,7 @@ QStringList answerOf(Database& db, const QString& statement) {
         for (; !rows->Eof(); rows->MoveNext()) {
             QStringList row;
             for (int i = 0; i < columns; ++i)
-                row += shown(rows->Field(i));
+                row += cases::shown(rows->Field(i));
             answer.push_back((u"| "_s + row.join(u" | "_s)).trimmed());
         }
     } catch (const RuntimeError& e) {
@@ -73,25 +41,25 @@ class Statements : public testing::TestWithParam<QString> {
     void SetUp() override {
         jet::setClock(fixedNow);
         db = Database::CreateDatabase(TestStore::onServer() ? place.name() : u":memory:"_s);
-        for (const Case& c : readCases(QStringLiteral(TEST_DATA "/statements/shop.sql")))
+        for (const cases::Case& c : cases::read(u"shop.sql"_s))
             db->Execute(c.statement);
     }
     void TearDown() override { jet::setClock(nullptr); }
 
     TestStore place;
     std::unique_ptr<Database> db;
-    std::vector<Case> cases = readCases(QStringLiteral(TEST_DATA "/statements/") + GetParam() + u".txt"_s);
+    std::vector<cases::Case> m_cases = cases::read(GetParam() + u".txt"_s);
 };
 
 TEST_P(Statements, AnswerAsWritten) {
-    for (const Case& c : cases)
+    for (const cases::Case& c : m_cases)
         EXPECT_EQ(answerOf(*db, c.statement).join(u'\n').toStdString(), c.answer.join(u'\n').toStdString())
             << qPrintable(GetParam()) << " line " << c.line << ": " << qPrintable(c.statement);
 }
 
 // Printed from the tree they answer alike; only the places of errors are others.
 TEST_P(Statements, AnswerAlikePrinted) {
-    for (const Case& c : cases) {
+    for (const cases::Case& c : m_cases) {
         QString printed;
         try {
             printed = jet::printed(c.statement);
@@ -107,7 +75,7 @@ TEST_P(Statements, AnswerAlikePrinted) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Statements,
+INSTANTIATE_TEST_SUITE_P(Dialect, Statements,
                          testing::Values(u"expressions"_s, u"functions"_s, u"queries"_s, u"changes"_s,
                                          u"errors"_s),
                          [](const auto& test) { return test.param.toStdString(); });

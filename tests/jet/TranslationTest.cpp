@@ -133,7 +133,7 @@ TEST_F(Translation, TellsTheTypesOfItsColumns) {
                                         Currency, Double, Date, Double, Boolean, Text, Long}));
     EXPECT_EQ(s->columns[3].table, u"Ware"_s);
     EXPECT_EQ(s->columns[3].column, u"Preis"_s);
-    EXPECT_EQ(s->columns[10].name, u"Ausdr1000"_s);
+    EXPECT_EQ(s->columns[10].name, u"Ausdr1010"_s);
     EXPECT_TRUE(s->columns[10].column.isEmpty());
     const auto doubled = translator.translate(u"SELECT Ware.ID, Gruppe.ID, Name, Name FROM Ware, Gruppe"_s);
     EXPECT_EQ(doubled->columns[0].name, u"Ware.ID"_s);

@@ -178,3 +178,50 @@ TEST_F(Page, FormatsThatAreNone) {
     EXPECT_EQ(document().plainText(0), QString());
     EXPECT_EQ(printer.CurrentY(), twips(20));
 }
+
+TEST_F(Page, JoinedWordsStayOnOneLine) {
+    const auto joined = [](const QString& text) { return QString(text).replace(u'_', VSPrinter::joint); };
+    printer.StartDoc();
+    printer.AddTable(u"<22mm|>20mm"_s, {}, joined(u"Saft aus Birnen (je_1,79)|1,79_€"_s));
+    printer.AddTable(u"<22mm|>14mm"_s, {}, joined(u"zu schmal|1234567,50_€"_s));
+    printer.AddTable(u"<22mm|>3mm"_s, {}, joined(u"viel zu schmal|1234567,50_€"_s));
+    printer.Paragraph(
+        joined(u"Zahlbar sind in den nächsten vierzehn Tagen ohne jeden Abzug, bitte, 7654321,50_€"_s));
+    printer.EndDoc();
+    const QStringList all = lines();
+    EXPECT_EQ(all.mid(0, 3), (QStringList{u"Saft aus\t1,79 €"_s, u"Birnen"_s, u"(je 1,79)"_s}));
+    EXPECT_EQ(all.value(3), u"zu schmal\t1234567,50 €"_s) << "written smaller";
+    EXPECT_GT(all.value(4).size(), 0) << "half the size has an end";
+    EXPECT_TRUE(all.last().endsWith(u"7654321,50 €"_s));
+    EXPECT_LE(pdf().word(u"1234567,50"_s).area.right(), 20 + 36);
+}
+
+TEST_F(Page, WhatIsKeptTogetherMovesToTheNextPage) {
+    const auto block = [this](int count) {
+        return [this, count] {
+            for (int i = 1; i <= count; ++i)
+                printer.AddTable(u"<50mm"_s, {}, u"B%1"_s.arg(i));
+        };
+    };
+    const auto pagesOf = [&](int before, int count) {
+        printer.PaperSize(11);
+        printer.StartDoc();
+        for (int i = 0; i < before; ++i)
+            printer.Paragraph(u"Z"_s);
+        printer.KeepTogether(block(count));
+        printer.Paragraph(u"Ende"_s);
+        printer.EndDoc();
+        QList<qsizetype> counts;
+        for (int page = 0; page < document().pageCount(); ++page)
+            counts << lines(page).filter(QRegularExpression(u"^B"_s)).size();
+        return counts;
+    };
+    EXPECT_EQ(pagesOf(3, 5), QList<qsizetype>{5});
+    EXPECT_EQ(pagesOf(36, 10), (QList<qsizetype>{0, 10}));
+    EXPECT_EQ(lines(1).value(0), u"B1"_s);
+    EXPECT_EQ(lines(1).last(), u"Ende"_s);
+    const auto parted = pagesOf(36, 60);
+    ASSERT_EQ(parted.size(), 3) << "no page holds it, so it comes as it comes";
+    EXPECT_GT(parted[0], 0);
+    EXPECT_EQ(parted[0] + parted[1] + parted[2], 60);
+}

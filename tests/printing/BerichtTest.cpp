@@ -15,10 +15,6 @@ using testing::ElementsAre;
 
 namespace {
 
-SteuerSummen sums(double net, double tax, double gross) {
-    return {Currency::fromDouble(net), Currency::fromDouble(tax), Currency::fromDouble(gross)};
-}
-
 class Bericht : public testing::Test, protected PaperShop {
   protected:
     static QStringList laidOut(const KassenBericht& bericht,
@@ -43,13 +39,12 @@ TEST_F(Bericht, ADayWithAllWaysOfPayment) {
     bericht.KundenAnzahl = 3;
     bericht.Umsatz = Currency::fromInteger(100);
     bericht.WarenGruppen = {{u"Käse | lose"_s, 1234.5}};
-    bericht.Einlage = {{0, sums(50, 0, 50), {}}};
-    bericht.Entnahme = {{0, sums(20, 0, 20), {}}};
-    bericht.Bar = {{7, sums(100, 7, 107), {}}, {19, sums(10, 1.9, 11.9), {}}};
-    bericht.Karte = {{7, sums(1, 0.07, 1.07), {}},
-                     {7, sums(2, 0.14, 2.14), u"girocard"_s},
-                     {19, sums(10, 1.9, 11.9), u"girocard"_s}};
-    bericht.Rechnung = {{7, sums(200, 14, 214), {}}};
+    bericht.Einlage = {{0, 50, 0, 50, {}}};
+    bericht.Entnahme = {{0, 20, 0, 20, {}}};
+    bericht.Bar = {{7, 100, 7, 107, {}}, {19, 10, 1.9, 11.9, {}}};
+    bericht.Karte = {
+        {7, 1, 0.07, 1.07, {}}, {7, 2, 0.14, 2.14, u"girocard"_s}, {19, 10, 1.9, 11.9, u"girocard"_s}};
+    bericht.Rechnung = {{7, 200, 14, 214, {}}};
     EXPECT_THAT(
         laidOut(bericht),
         ElementsAre(
@@ -82,13 +77,42 @@ TEST_F(Bericht, AnEmptyDayAndACountedTill) {
     EXPECT_TRUE(lines.filter(u"Stornos"_s).isEmpty() && lines.filter(u"Differenz"_s).isEmpty());
 
     bericht.Stornos = 2;
-    bericht.Bar = {{7, sums(100, 7, 107), {}}};
+    bericht.Bar = {{7, 100, 7, 107, {}}};
     bericht.Zaehlung = {Currency::fromDouble(306.5), Currency::fromInteger(200)};
     lines = laidOut(bericht, vorlage);
     EXPECT_THAT(lines, Contains(u"Stornos: 2"_s));
     EXPECT_THAT(lines.mid(lines.indexOf(u"Kassenbestand 306,50 €"_s), 5),
                 ElementsAre(u"Kassenbestand 306,50 €"_s, u"davon Wechselgeld 200,00 €"_s, u"Soll 107,00 €"_s,
                             u"Ist 106,50 €"_s, u"Differenz -0,50 €"_s));
+}
+
+TEST_F(Bericht, OnlySumsAreRoundedToMoney) {
+    KassenBericht bericht = interim();
+    bericht.Bar = {{7, 10.00496, 0.70034, 10.7053, {}}, {19, 10.00496, 1.90094, 11.9059, {}}};
+    const QStringList lines = laidOut(bericht);
+    EXPECT_THAT(lines, Contains(u"7,0% 10,00 € 0,70 € 10,71 €"_s));
+    EXPECT_THAT(lines, Contains(u"19,0% 10,00 € 1,90 € 11,91 €"_s));
+    EXPECT_THAT(lines, Contains(u"Summe 20,01 € 2,60 € 22,61 €"_s)) << "10,0050 twice";
+}
+
+TEST_F(Bericht, SumsAreBoldAndTheCountStandsApart) {
+    KassenBericht bericht = interim();
+    bericht.Zaehlung = {Currency::fromInteger(300), Currency::fromInteger(200)};
+    VSPrinter printer;
+    RenderKassenBericht(printer, testVorlage(TemplateKind::Closing), bericht);
+    double previous = 0, above = 0, below = 0;
+    for (const PageDocument::Item& item : printer.Document().pages[0].items) {
+        const auto* text = std::get_if<PageDocument::Text>(&item);
+        if (text == nullptr || text->glyphs.isEmpty()) continue;
+        const bool bold = text->glyphs[0].rawFont().weight() >= QFont::Bold;
+        if (text->text == u"Summe" || text->text == u"Barbuch.") {
+            EXPECT_EQ(bold, text->text == u"Summe");
+        }
+        if (text->text == u"Kassenbestand") above = text->baseline.y() - previous;
+        if (text->text == u"davon Wechselgeld") below = text->baseline.y() - previous;
+        previous = text->baseline.y();
+    }
+    EXPECT_GT(above, below * 1.3);
 }
 
 TEST_F(Bericht, TheSlipOfAClosing) {

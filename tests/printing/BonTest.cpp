@@ -45,8 +45,8 @@ TEST_F(Bon, CashSaleFromTheFirstLineToTheLast) {
                             u"Bearbeiter: Jonas Weber"_s, u"Datum: 22.11.2026"_s, u"Steuernr.: 12/345"_s,
                             u"Anz Artikelname MwSt G-Preis"_s, u"2 Äpfel (je 1,07) 7,0 2,14 €"_s,
                             u"1 Käse | am Stück 19,0 11,90 €"_s, u"Summe 14,04 €"_s, u"BAR 20,00 €"_s,
-                            u"Rückgeld 5,96 €"_s, u"Enthaltene MwSt"_s, u"7,0 % 0,14 € 2,00 €"_s,
-                            u"19,0 % 1,90 € 10,00 €"_s, u"Netto 12,00 €"_s,
+                            u"Rückgeld 5,96 €"_s, u"Enthaltene MwSt"_s, u"MwSt Netto"_s,
+                            u"7,0 % 0,14 € 2,00 €"_s, u"19,0 % 1,90 € 10,00 €"_s, u"Netto 12,00 €"_s,
                             u"Danke für 14,04 €, zahlbar am 02.12.2026"_s));
     EXPECT_EQ(printers.jobs[0].printer, u"Bondrucker"_s);
     EXPECT_EQ(printers.jobs[0].title, u"Kassenbon"_s);
@@ -82,6 +82,19 @@ TEST_F(Bon, TextsOfALine) {
     EXPECT_THAT(lines.mid(rad + 1, 5), ElementsAre(u"ArtNr. 4711"_s, u"Verkäufer Nr: B-5 rot 28"_s,
                                                    u"SN: S-9"_s, u"erste"_s, u"zweite"_s));
     EXPECT_EQ(lines.count(u"Rest: 20,00 €"_s), 1) << "a voucher shows its text once, long texts or not";
+}
+
+TEST_F(Bon, WhatBelongsTogetherIsNeverParted) {
+    vorlage(u"Kassenbon.pld"_s, TemplateKind::Bon, [](PropertiesList& list) {
+        list.setValue(u"tabelle_artikelname_width", 1.7); // "(je 1234567,50)" does not fit
+        list.setValue(u"tabelle_gpreis_width", 1.5);
+    });
+    const int id = receipt(2469135);
+    line(id, u"Gut"_s, 1234567.5, {{u"Buchungs_Menge"_s, 2}});
+    const QStringList lines = printed(id);
+    EXPECT_THAT(lines, Contains(u"(je 1234567,50)"_s)) << qPrintable(lines.join(u'\n'));
+    EXPECT_THAT(lines, Contains(u"2 Gut 7,0 2469135,00 €"_s)) << qPrintable(lines.join(u'\n'));
+    EXPECT_THAT(lines, Contains(u"Danke für 2469135,00 €, zahlbar am 02.12.2026"_s));
 }
 
 TEST_F(Bon, ACustomersAddressMovesTheTable) {

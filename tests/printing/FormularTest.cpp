@@ -184,13 +184,44 @@ TEST_F(Formular, LongTextsWrapOverPagesAndTheHeadComesAgain) {
     EXPECT_EQ(lines.join(u' ').count(u"Satz 40"_s), 4);
 }
 
-TEST_F(Formular, AnOldTemplateWithoutTheOrderNumberStillPrints) {
+TEST_F(Formular, ATemplateWithoutTheOrderNumberPrints) {
     const PropertiesList present = testVorlage(TemplateKind::Form);
-    PropertiesList old;
+    PropertiesList lean;
     for (const Property& property : present.properties())
-        if (property.key != u"tabelle_bestellnummer_width"_s) old.insert({}, property);
-    ASSERT_TRUE(old.Save(shop.folder() + u"Rechnung.pld"_s));
+        if (property.key != u"tabelle_bestellnummer_width"_s) lean.insert({}, property);
+    ASSERT_TRUE(lean.Save(shop.folder() + u"Rechnung.pld"_s));
     EXPECT_THAT(printed(invoice()), Contains(u"2 1 Stück Äpfel 1,00 € 7,0 % 2,00 €"_s));
+}
+
+TEST_F(Formular, TotalsAndClosingTextStayTogether) {
+    // From a table that leaves them room to one that leaves none, they are on the last page, and both on it.
+    for (int lines = 22; lines <= 28; ++lines) {
+        const int id = receipt(lines);
+        for (int i = 0; i < lines; ++i)
+            line(id, u"Brot"_s, 1);
+        (void)printed(id);
+        const QString last = PdfText(printers.jobs[0].pdf).trimmed().section(u'\f', -1);
+        EXPECT_TRUE(last.contains(u"Zwischensumme"_s) && last.contains(u"Gesamtbetrag"_s) &&
+                    last.contains(u"Danke für"_s))
+            << lines << " lines, last page:\n"
+            << qPrintable(last);
+    }
+}
+
+TEST_F(Formular, ATemplateThatCannotHoldTheAmountsIsTold) {
+    const int id = invoice();
+    const auto tell = [&](const QString& fault) {
+        dialogs.expectMsgBox(u"Mit der Druckvorlage \"Rechnung.pld\" kann nicht gedruckt werden. "_s + fault,
+                             MsgIcon::Information, MsgAnswer::OK, u"Systemmeldung..."_s);
+        Print_Formular(id, u"Rechnung.pld"_s, 0, {});
+        dialogs.verify();
+    };
+    vorlage(u"Rechnung.pld"_s, TemplateKind::Voucher);
+    tell(u"Es fehlt \"tabelle_gpreis_width\" (Breite Gesamtpreis)."_s);
+    vorlage(u"Rechnung.pld"_s, TemplateKind::Form,
+            [](PropertiesList& list) { list.setValue(u"tabelle_epreis_width", 9.0); });
+    tell(u"Über das Papier hinaus reicht \"tabelle_epreis_width\" (Breite Einzelpreis)."_s);
+    EXPECT_TRUE(printers.jobs.empty());
 }
 
 class SchlussText : public Formular {
@@ -217,13 +248,13 @@ TEST_F(SchlussText, IsChosenForEachCopy) {
     EXPECT_EQ(last(2), u"Gesamtbetrag 14,04 €"_s);
 }
 
-TEST_F(SchlussText, CancellingKillsTheCopyAndWhatFollows) {
+TEST_F(SchlussText, CancellingEndsTheDocumentOfThatCopy) {
     const int id = invoice({{u"KundenNummer"_s, customer()}});
-    ASSERT_TRUE(print(id, {{0, u""_s}}));
-    EXPECT_TRUE(printers.jobs.empty());
+    ASSERT_TRUE(print(id, {{1, u""_s}, {0, u""_s}, {2, u"Danke"_s}}));
+    ASSERT_EQ(printers.jobs.size(), 2U);
+    EXPECT_EQ(last(0), u"Danke für 14,04 €, zahlbar am 02.12.2026"_s);
+    EXPECT_EQ(last(1), u"Danke"_s);
     EXPECT_EQ(gKunde.Name_1, u"Standardkunde"_s);
-    ASSERT_TRUE(print(id, {{1, u""_s}, {0, u""_s}}));
-    EXPECT_EQ(printers.jobs.size(), 1U) << "the first copy is on paper";
     EXPECT_EQ(shop.count(u"RechnungsDetail"_s), 2);
 }
 

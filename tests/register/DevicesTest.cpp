@@ -1,13 +1,9 @@
-#include "../devices/Pty.h"
 #include "Till.h"
 
 #include <devices/SerialControl.h>
+#include <support/Pty.h>
 
 #include <QElapsedTimer>
-
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
 
 // What the customer's display shows and when the drawer opens, read at the other end of the line.
 
@@ -28,16 +24,6 @@ class Devices : public Till {
     /// The customer reads exactly this, and nothing more.
     void expectShown(const QByteArray& bytes, const char* when) {
         EXPECT_EQ(display.received(bytes.size()), bytes) << when;
-    }
-    /// The display stands still: it takes no byte more.
-    void jam() {
-        display.hold();
-        fcntl(display.cable(), F_SETFL, O_NONBLOCK);
-        const QByteArray much(4096, 'x');
-        // The system makes room once more by moving what it has taken, as does a read that was under way.
-        for (pollfd room{display.cable(), POLLOUT, 0}; poll(&room, 1, 100) > 0;)
-            while (write(display.cable(), much.constData(), size_t(much.size())) > 0) {
-            }
     }
 
     Pty display;
@@ -227,13 +213,13 @@ TEST_F(Devices, NoDeviceStopsTheSale) {
     // A display that stops taking bytes is told, at the line as at the total, and the sale goes on.
     gKassenLadePort = 0;
     connect(display);
-    jam();
+    display.jam(); // it takes no byte more
     dialogs.expectError(57);
     scan(u"1"_s);
     dialogs.verify();
     EXPECT_EQ(1, reg->basket().rowCount());
     reg->SetLCDDefault(); // the next message drops what the line would not take
-    jam();
+    display.jam();
     dialogs.expectError(57);
     payCash(2);
     EXPECT_EQ(++paid, shop.count(u"Rechnung"_s));

@@ -120,6 +120,19 @@ TEST_F(Entry, FreeAmount) {
     EXPECT_EQ(2, reg->basket().rowCount());
 }
 
+TEST_F(Entry, AFreeAmountIsSoldAlthoughTheIniFileCannotBeWritten) {
+    QFile::remove(KonfigIni());
+    ASSERT_TRUE(QDir().mkpath(KonfigIni()));
+    dialogs.expectMsgBox(u"Einstellungen dieser Kasse können nicht gespeichert werden....*"_s,
+                         MsgIcon::Exclamation);
+    screen.expect("FreierArtikel", [] { gFreierArtikel = {1, u"Kerze"_s, u"Deko"_s, 7}; });
+    scan(u"2,50"_s);
+    screen.expect("FreierArtikel", [] { EXPECT_DOUBLE_EQ(7, gFreierArtikel.SteuerSatz); }); // cancelled
+    scan(u"3,50"_s);
+    EXPECT_EQ(u"400-Diverses|Kerze|1|1 Stück|2,50|2,50"_s, line(0));
+    EXPECT_EQ(1, reg->basket().rowCount());
+}
+
 TEST_F(Entry, NegativeFreeAmountNeedsTheSwitch) {
     shop.setIni(u"SERVICE"_s, u"ShowManualArtikelDialog"_s, u"0"_s);
     gKFMinusBuchung = false;

@@ -94,7 +94,8 @@ TEST_F(StoreTest, ConsoleAnswersJsonLineByLine) {
     EXPECT_EQ(error.value(u"error"_s), 3061);
     EXPECT_EQ(error.value(u"place"_s), 7);
     console.process().write("kein json\n{}\n[1]\n\"SELECT 1\n");
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(console.hear().startsWith("{\"error\":5,")) << i;
+    console.process().write(QByteArray("\"SELECT\0 1\"\n\0\n\0\"SELECT 1\"\n\"SELECT 1\"\0\n", 38));
+    for (int i = 0; i < 8; ++i)
+        EXPECT_TRUE(console.hear().startsWith(i == 4 ? "{\"error\":3075," : "{\"error\":5,")) << i;
     EXPECT_EQ(console.ask(u"SELECT 1+1"_s).value(u"rows"_s).toArray().at(0).toArray().at(0), 2);
 }

@@ -1,10 +1,12 @@
 #include "Password.h"
 #include "Support.h"
 
+#include <jet/Functions.h>
 #include <text/Sort.h>
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 
 #include <csignal>
 #include <sqlite3.h>
@@ -200,4 +202,94 @@ TEST_F(StoreTest, ATransactionIsWrittenWholeOrNotAtAll) {
     db->Execute(u"DELETE FROM T WHERE ID=1"_s);
     db->CommitTrans();
     EXPECT_EQ(countOf(*open(), u"T"_s), 2);
+}
+
+TEST_F(StoreTest, ADoubledValueIsToldByItsColumnsAlone) {
+    auto db = Database::CreateDatabase(m_file);
+    db->Execute(u"CREATE TABLE [Die Ware] (ID COUNTER PRIMARY KEY, Nummer TEXT(9), A LONG, [B C] LONG)"_s);
+    db->Execute(u"CREATE UNIQUE INDEX N ON [Die Ware] (Nummer)"_s);
+    db->Execute(u"CREATE UNIQUE INDEX Zwei ON [Die Ware] (A, [B C])"_s);
+    db->Execute(u"INSERT INTO [Die Ware] (ID, Nummer, A, [B C]) VALUES (5, 'x', 1, 2)"_s);
+    const auto told = [&](const QString& values) {
+        try {
+            db->Execute(u"INSERT INTO [Die Ware] (ID, Nummer, A, [B C]) VALUES (%1)"_s.arg(values));
+        } catch (const RuntimeError& error) {
+            return QString::number(error.Number) + error.Description.mid(error.Description.lastIndexOf(u'('));
+        }
+        return QString();
+    };
+    EXPECT_EQ(told(u"6, 'X', 2, 2"_s), u"3022(Nummer)."_s);
+    EXPECT_EQ(told(u"6, 'y', 1, 2"_s), u"3022(A, B C)."_s);
+    EXPECT_EQ(told(u"5, 'y', 2, 2"_s), u"3022(ID)."_s);
+    EXPECT_EQ(told(u"6, 'y', 2, 2"_s), QString());
+    db->Execute(u"CREATE TABLE Doppelt (A LONG)"_s);
+    db->Execute(u"INSERT INTO Doppelt VALUES (1), (1)"_s);
+    try {
+        db->Execute(u"CREATE UNIQUE INDEX A ON Doppelt (A)"_s);
+        ADD_FAILURE();
+    } catch (const RuntimeError& error) {
+        EXPECT_TRUE(error.Description.endsWith(u"(A)."_s)) << error.Description.toStdString();
+    }
+}
+
+namespace {
+
+QDateTime lateInTheYear() { return {QDate(2031, 12, 31), QTime(23, 59, 58)}; }
+
+} // namespace
+
+TEST_F(StoreTest, StatementsAndDefaultsFollowTheClockThatIsGiven) {
+    const auto systemAgain = qScopeGuard([] { jet::setClock(nullptr); });
+    auto db = Database::CreateDatabase(m_file);
+    db->Execute(u"CREATE TABLE T (ID COUNTER, Tag DATETIME DEFAULT Date(), Zeit DATETIME DEFAULT Time(), "
+                "Stand DATETIME DEFAULT Now(), Wer TEXT(9))"_s);
+    auto rs = db->OpenRecordset(u"T"_s);
+    jet::setClock(lateInTheYear);
+    db->Execute(u"INSERT INTO T (Wer) VALUES ('sql')"_s);
+    rs->AddNew();
+    rs->Set(u"Wer", u"satz"_s);
+    rs->Update();
+    for (const QString& who : {u"sql"_s, u"satz"_s})
+        EXPECT_EQ(single(*db, u"SELECT Tag & '|' & Zeit & '|' & Stand FROM T WHERE Wer='%1'"_s.arg(who)),
+                  u"31.12.2031|23:59:58|31.12.2031 23:59:58"_s);
+    EXPECT_EQ(single(*db, u"SELECT Date() & '|' & Time() & '|' & Now() & '|' & Timer()"_s),
+              u"31.12.2031|23:59:58|31.12.2031 23:59:58|86398"_s);
+    EXPECT_EQ(single(*db, u"SELECT Count(*) FROM T WHERE Tag=Date() AND Stand=Now() AND Tag=#12/31#"_s), u"2"_s);
+    // A date without a year is one of the year that runs.
+    const QString dates = u"SELECT CDate('5.' & (ID + 5) & '.') & IsDate('29.2.') & DateValue(Wer & '3. Mai') "
+                          "FROM (SELECT ID, '' AS Wer FROM T) AS t"_s;
+    EXPECT_EQ(single(*db, dates), u"05.06.2031003.05.2031"_s);
+    db->BeginTrans();
+    jet::setClock([] { return QDateTime(QDate(2032, 1, 1), QTime(0, 0)); });
+    db->Rollback();
+    EXPECT_EQ(single(*db, dates), u"05.06.2032-103.05.2032"_s);
+    jet::setClock(nullptr);
+    EXPECT_EQ(single(*db, u"SELECT Year('5.6.')"_s), QString::number(QDate::currentDate().year()));
+}
+
+TEST_F(StoreTest, TheNumberThatWasGivenLastIsAnswered) {
+    auto db = Database::CreateDatabase(m_file);
+    db->Execute(u"CREATE TABLE T (ID COUNTER, Wer TEXT(9))"_s);
+    db->Execute(u"CREATE TABLE Ohne (Wer TEXT(9))"_s);
+    const auto last = [&] { return single(*db, u"SELECT @@IDENTITY AS Nr"_s); };
+    EXPECT_EQ(last(), u"0"_s);
+    db->Execute(u"INSERT INTO T (Wer) VALUES ('a'), ('b')"_s);
+    EXPECT_EQ(last(), u"2"_s);
+    db->Execute(u"INSERT INTO Ohne VALUES ('x')"_s);
+    db->Execute(u"INSERT INTO T (Wer) SELECT Wer FROM Ohne WHERE Wer='y'"_s);
+    EXPECT_EQ(last(), u"2"_s) << "no number was given";
+    EXPECT_EQ(db->Execute(u"INSERT INTO T (Wer) SELECT Wer FROM T ORDER BY ID"_s), 2);
+    EXPECT_EQ(last(), u"4"_s);
+    auto rs = db->OpenRecordset(u"T"_s);
+    rs->AddNew();
+    rs->Set(u"Wer", u"c"_s);
+    rs->Update();
+    EXPECT_EQ(last(), u"5"_s);
+    Database::OpenDatabase(m_file)->Execute(u"INSERT INTO T (Wer) VALUES ('andere')"_s);
+    EXPECT_EQ(last(), u"5"_s) << "what another till writes does not count";
+    rs->FindFirst(u"ID = @@identity"_s);
+    EXPECT_FALSE(rs->NoMatch());
+    EXPECT_EQ(rs->Text(u"Wer"), u"c"_s);
+    EXPECT_EQ(db->Execute(u"UPDATE T SET Wer='d' WHERE ID=@@IDENTITY"_s), 1);
+    EXPECT_EQ(errorOf([&] { std::ignore = db->OpenRecordset(u"SELECT @@NICHTS"_s); }), 3061);
 }

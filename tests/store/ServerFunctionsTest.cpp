@@ -7,6 +7,8 @@
 #include <text/RuntimeError.h>
 #include <text/Sort.h>
 
+#include <QElapsedTimer>
+
 #include <cmath>
 #include <gtest/gtest.h>
 #include <libpq-fe.h>
@@ -359,6 +361,18 @@ TEST_F(ServerFunctions, SortAsHere) {
         EXPECT_EQ(rows[i][0]->toLongLong() - 1, order[i]) << "place " << i;
         EXPECT_EQ(rows[i][1]->toULongLong(), rank) << texts[order[i]].toStdString();
     }
+}
+
+// The time grows with the length, not with its square.
+TEST_F(ServerFunctions, FormatLongTexts) {
+    QElapsedTimer clock;
+    clock.start();
+    for (const QString& pattern : {u"'@'"_s, u"'0'"_s, u"'d'"_s, u"'x'"_s, u"'\'"_s})
+        EXPECT_EQ(query(u"SELECT length(jet_format(repeat('ä', 100000), repeat(%1, 100000))), "
+                        "length(jet_format(5::bigint, repeat(%1, 50000) || '0'))"_s.arg(pattern))
+                      .size(),
+                  1u);
+    EXPECT_LT(clock.elapsed(), 30000) << "squared it takes minutes";
 }
 
 TEST_F(ServerFunctions, MakeDatesReadable) {

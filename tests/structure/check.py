@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Checks what the compiler does not: one seam for every dialog, no circles of includes inside a room, no file that
-has outgrown its reader, no core that knows of widgets.
+has outgrown its reader, no core that knows of widgets, no setting whose page is silent about having no effect.
 
 usage: check.py ROOT QTDIR  checks the sources below ROOT and prints each offence; exit code 1 when there are any;
                             QTDIR holds the toolkit's headers with the folders QtWidgets and QtGui
@@ -128,13 +128,42 @@ def cores_without_widgets(files: dict[str, str], widgets: set[str]) -> list[str]
     return offences
 
 
+TABLE = "src/foundation/session/SettingsTable.cpp"
+HANDBOOK = "docs/settings.md"
+SETTING = re.compile(r'\.key = u"(\w+)"[^{}]*?\.target = &(g\w+)|switchOf\(u"(\w+)", &(g\w+)\)')
+SESSION = "src/foundation/session/"
+# Read into this, and used through that.
+DERIVED = {"gDecimalStellen": "gFormatPreis", "gDecimalStellenEKPreis": "gFormatEKPreis"}
+
+
+def settings_without_effect(files: dict[str, str], handbook: str) -> list[str]:
+    """A key that nobody reads says so on its page, and one that somebody reads does not."""
+    used = set(re.findall(r"\bg[A-Z]\w*", "\n".join(
+        code_of(text) for name, text in files.items() if name.startswith("src/") and not name.startswith(SESSION))))
+    rows = {}
+    for key, meaning in re.findall(r"^\| `(\w+)` \|(?:[^|]*\|){3}([^|\n]*)\|", handbook, re.M):
+        rows.setdefault(key, []).append(meaning)
+    offences = []
+    for hit in SETTING.finditer(files.get(TABLE, "")):
+        key, target = hit.group(1) or hit.group(3), hit.group(2) or hit.group(4)
+        if key == "Port" or key not in rows:  # several sections have one; a missing row is another test's matter
+            continue
+        effect = DERIVED.get(target, target) in used
+        if effect == ("ohne Wirkung" in rows[key][0]):
+            offences.append(f"{HANDBOOK}: {key} {'has an effect by now' if effect else 'has no effect'}")
+    return offences
+
+
 def check(root: pathlib.Path, widgets: set[str]) -> list[str]:
     files = sources(root, "src", "harness", "tests", "bench")
     if not files:
         return [f"no sources below {root}"]
     stale = [f"{name}: no longer needs its exception" for name in LONG_FILES
              if name not in files or files[name].count("\n") <= LONGEST]
-    return raw_dialogs(files) + long_files(files) + circles(files) + cores_without_widgets(files, widgets) + stale
+    page = root / HANDBOOK
+    handbook = page.read_text(encoding="utf-8") if page.is_file() else ""
+    return (raw_dialogs(files) + long_files(files) + circles(files) + cores_without_widgets(files, widgets)
+            + settings_without_effect(files, handbook) + stale)
 
 
 def self_check() -> list[str]:
@@ -150,6 +179,12 @@ def self_check() -> list[str]:
         ({"src/a/x.cpp": "#include <QLabel>\n"}, "core"),
         ({"src/a/x.cpp": "#include <ui/Theme.h>\n"}, "core"),
         ({"src/a/ui/x.cpp": "#include <QLabel>\n#include <ui/Theme.h>\n"}, None),
+        ({TABLE: '{.key = u"Ton",\n .kind = Truth, .target = &gTon},', HANDBOOK: "| `Ton` | a | b | c | laut |\n"},
+         "no effect"),
+        ({TABLE: 'switchOf(u"Ton", &gTon)', "src/a/x.cpp": "if (gTon) beep();\n",
+          HANDBOOK: "| `Ton` | a | b | c | laut; ohne Wirkung |\n"}, "effect by now"),
+        ({TABLE: 'switchOf(u"Ton", &gTon)', "src/a/x.cpp": "if (gTon) beep();\n",
+          HANDBOOK: "| `Ton` | a | b | c | laut |\n"}, None),
         ({}, "no sources"),
     ]
     failures = []

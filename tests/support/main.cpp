@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QLocale>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <gtest/gtest.h>
@@ -18,6 +19,9 @@ void quiet(QtMsgType type, const QMessageLogContext&, const QString& message) {
 /// Tests with forms need an application; it has no screen of its own.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // What forms remember of a person's desk is no test's business.
+    const QTemporaryDir desk;
+    qputenv("XDG_CONFIG_HOME", desk.path().toUtf8());
     qInstallMessageHandler(quiet);
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     testing::InitGoogleTest(&argc, argv);

@@ -89,6 +89,10 @@ TEST_P(ShippedTemplates, FitTheirPaper) {
                        u"tabelle_artikelname_width", u"tabelle_epreis_width", u"tabelle_steuer_width",
                        u"tabelle_gpreis_width"}),
               width);
+    if (list.Choice(u"page_size") == 1) {
+        EXPECT_EQ(list.Number(u"page_width"), 21.0);
+        EXPECT_EQ(list.Number(u"page_height"), 29.7);
+    }
     EXPECT_LE(columns({u"infofeld_width"}) + 25, width);
     EXPECT_LE(columns({u"table_warengruppe_name", u"table_warengruppe_summe"}), width);
     EXPECT_LE(columns({u"table_steuer", u"table_netto", u"table_ust", u"table_brutto"}), width);
@@ -99,6 +103,14 @@ TEST_P(ShippedTemplates, FitTheirPaper) {
     EXPECT_NEAR(logo.dotsPerMeterX() * 0.0254, 300, 1);
     const double logoWidth = 1000.0 * logo.width() / logo.dotsPerMeterX();
     EXPECT_LE(list.Number(u"kopfzeile_logo_left") * positionMm + logoWidth, paperWidth());
+}
+
+TEST(ShippedVoucher, ItsTitleAndValueAreTheLargestTextOnIt) {
+    PropertiesList list;
+    ASSERT_TRUE(list.Load(shippedTemplateFor(u"Gutschein.pld"_s)));
+    const double text = list.Font(u"page_font").pointSizeF();
+    EXPECT_GT(list.Number(u"gutschein_fontsize"), 2 * text);
+    EXPECT_GE(list.Number(u"formulartitel_fontsize"), list.Number(u"gutschein_fontsize"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ShippedTemplates, testing::ValuesIn(shippedNames()), [](const auto& test) {

@@ -1,4 +1,5 @@
 #include <templates/Shipped.h>
+#include <templates/TemplateCheck.h>
 #include <templates/TemplateDocument.h>
 #include <templates/Units.h>
 #include <templates/ValueText.h>
@@ -18,7 +19,7 @@ class TemplateDocuments : public testing::Test {
     void SetUp() override {
         ASSERT_TRUE(QFile::copy(shippedTemplateFor(path), path));
         ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
-        ASSERT_TRUE(document.open(path));
+        ASSERT_EQ(document.open(path), TemplateDocument::Opened::Yes);
         QObject::connect(&document, &TemplateDocument::changed, &document,
                          [this](const QString& key) { changes << key; });
     }
@@ -99,17 +100,74 @@ TEST_F(TemplateDocuments, SavedAndDeliveredStatesComeBack) {
     EXPECT_EQ(document.path(), other);
 }
 
-TEST_F(TemplateDocuments, AnOldFormIsCompletedOnDiskWhenItIsOpened) {
-    PropertiesList old;
+TEST_F(TemplateDocuments, OnlyTheFormsOfTheShopAreCompletedWhenTheyAreOpened) {
+    using enum TemplateDocument::Opened;
+    PropertiesList lean;
     for (const Property& p : document.list().properties())
-        if (p.key != u"tabelle_bestellnummer_width") old.insert(u"", p);
-    ASSERT_TRUE(old.Save(path));
-    ASSERT_TRUE(document.open(path));
+        if (p.key != u"tabelle_bestellnummer_width") lean.insert(u"", p);
+    ASSERT_TRUE(lean.Save(path));
+    ASSERT_EQ(document.open(path), Yes);
     EXPECT_FALSE(document.isModified());
-    EXPECT_EQ(stored().properties().size(), old.properties().size() + 1);
+    EXPECT_EQ(stored().properties().size(), lean.properties().size() + 1);
 
-    EXPECT_FALSE(document.open(folder.filePath(u"fehlt.pld"_s)));
-    EXPECT_EQ(document.path(), path) << "what was open stays open";
+    for (const QString& name : {u"Rechnung-alt.pld"_s, u"Meine Vorlage.pld"_s}) {
+        const QString other = folder.filePath(name);
+        ASSERT_TRUE(lean.Save(other));
+        ASSERT_EQ(document.open(other), Yes);
+        EXPECT_EQ(document.kind(), TemplateKind::Form);
+        PropertiesList after;
+        ASSERT_TRUE(after.Load(other));
+        EXPECT_TRUE(after == lean) << name.toStdString();
+    }
+}
+
+TEST_F(TemplateDocuments, WhatIsNoTemplateIsNotOpened) {
+    using enum TemplateDocument::Opened;
+    // The keys of a voucher tell more than a name that begins like a form.
+    const QString voucher = folder.filePath(u"Rechnung-Geschenk.pld"_s);
+    ASSERT_TRUE(QFile::copy(shippedTemplateFor(u"Gutschein.pld"_s), voucher));
+    ASSERT_EQ(document.open(voucher), Yes);
+    EXPECT_EQ(document.kind(), TemplateKind::Voucher);
+
+    PropertiesList anything;
+    anything.insert(u"", {u"farbe"_s, {}, {}, PropertyType::Text, u"rot"_s, {}, {}});
+    const QString unknown = folder.filePath(u"farben.pld"_s);
+    ASSERT_TRUE(anything.Save(unknown));
+    EXPECT_EQ(document.open(unknown), NoTemplate);
+    EXPECT_EQ(document.open(folder.filePath(u"fehlt.pld"_s)), NotLoaded);
+    EXPECT_EQ(document.path(), voucher) << "what was open stays open";
+    ASSERT_TRUE(anything.Load(unknown));
+    EXPECT_EQ(anything.properties().size(), 1U);
+}
+
+TEST(TemplateFaults, AreToldWithTheirKey) {
+    const QSizeF unknown;
+    for (const QString& name : shippedTemplates()) {
+        PropertiesList list;
+        ASSERT_TRUE(list.Load(shippedTemplateFor(name)));
+        EXPECT_EQ(templateFault(list, kindOfFile(name).value(), unknown), QString()) << name.toStdString();
+    }
+    PropertiesList bon;
+    ASSERT_TRUE(bon.Load(shippedTemplateFor(u"Kassenbon.pld"_s)));
+    bon.setValue(u"tabelle_gpreis_width", 0.0);
+    EXPECT_EQ(templateFault(bon, TemplateKind::Bon, unknown),
+              u"Es fehlt \"tabelle_gpreis_width\" (Breite Gesamtpreis)."_s);
+    bon.setValue(u"tabelle_gpreis_width", 3.5);
+    EXPECT_EQ(templateFault(bon, TemplateKind::Bon, unknown),
+              u"Über das Papier hinaus reicht \"tabelle_gpreis_width\" (Breite Gesamtpreis)."_s);
+    bon.setValue(u"tabelle_artikelname_width", 9.0);
+    EXPECT_EQ(templateFault(bon, TemplateKind::Bon, unknown),
+              u"Über das Papier hinaus reicht \"tabelle_artikelname_width\" (Breite Artikelname)."_s);
+    bon.setValue(u"page_size", 0);
+    EXPECT_EQ(templateFault(bon, TemplateKind::Bon, unknown), QString()) << "paper that nobody knows";
+    EXPECT_NE(templateFault(bon, TemplateKind::Bon, QSizeF(80, 200)), QString()) << "the printer's own paper";
+
+    const std::pair<TemplateKind, QString> kinds[] = {{TemplateKind::Form, u"tabelle_gpreis_width"_s},
+                                                      {TemplateKind::Purchase, u"tabelle_gpreis_width"_s},
+                                                      {TemplateKind::Voucher, u"gutschein_fontsize"_s},
+                                                      {TemplateKind::Closing, u"table_warengruppe_summe"_s}};
+    for (const auto& [kind, key] : kinds)
+        EXPECT_TRUE(templateFault({}, kind, unknown).contains(key)) << key.toStdString();
 }
 
 TEST(ValueText, IsGermanAndOneLine) {

@@ -3,6 +3,7 @@
 #include <session/Log.h>
 #include <support/ScriptedDialogs.h>
 #include <text/RuntimeError.h>
+#include <zvt/CZVT.h>
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -11,14 +12,13 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-#include <zvt/CZVT.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Notes what the cashier reads; presses the key to cancel when a text comes that is waited for.
-class Screen : public zvt::TerminalScreen {
+class Screen : public WaitScreen {
   public:
     void Begin(const QString& title, const QString& text) override {
         EXPECT_FALSE(open);
@@ -140,6 +140,18 @@ TEST_P(CardTerminalTest, FindsAndPays) {
         EXPECT_FALSE(pay(none));
     }
     EXPECT_EQ(terminal->journal(), QStringList());
+}
+
+TEST_P(CardTerminalTest, TheCashierReadsWhatTheTerminalSaysOfARefusal) {
+    plug({u"abort-words"_s, u"end-words"_s});
+    for (int end = 0; end < 2; ++end) {
+        dialogs.expectMsgBox(
+            u"Die Kartenzahlung wurde nicht ausgeführt.\n\nAbbruch oder Zeitüberschreitung am "
+            "Terminal: Karte abgelehnt"_s,
+            MsgIcon::Exclamation);
+        EXPECT_FALSE(pay(12.34));
+    }
+    EXPECT_TRUE(pay(12.34));
 }
 
 TEST_P(CardTerminalTest, AnotherAmountIsNotPaid) {

@@ -1,8 +1,9 @@
-#include <gtest/gtest.h>
 #include <zvt/protocol/Describe.h>
 #include <zvt/protocol/Fields.h>
 #include <zvt/protocol/Messages.h>
 #include <zvt/protocol/SerialFrame.h>
+
+#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 using namespace zvt;
@@ -96,6 +97,11 @@ TEST(Fields, StatusOfAPayment) {
     EXPECT_EQ(utf8(status("27008AC806096007 4405 5669736121").cardName), "Visa!");
     EXPECT_EQ(utf8(status("27000B000000060 71F2B0412345678").trace), "12345678") << "a long trace number";
     EXPECT_EQ(utf8(status("276C06071F17044E65696E").text), "Nein");
+    // "Betrag  falsch", with blanks and a NUL at its end.
+    const char* additional = "3CF0F1F8 42657472616720 2066616C73636820200000";
+    EXPECT_EQ(utf8(status((QByteArray("27B7") + additional).constData()).text), "Betrag falsch");
+    EXPECT_EQ(utf8(status((QByteArray("276C06071F17044E65696E") + additional).constData()).text),
+              "Nein: Betrag falsch");
 }
 
 TEST(Fields, WhatCannotBeReadIsNotGuessed) {
@@ -165,6 +171,7 @@ TEST(Messages, TextsOfTheTerminal) {
     EXPECT_EQ(utf8(readFailure(command(0x8483), Charset::Cp437).text), "Funktion nicht möglich");
     EXPECT_EQ(utf8(readFailure(command(0x061E, bytes("05")), Charset::Cp437).text),
               "von der Bank abgelehnt (05)");
+    EXPECT_EQ(utf8(withOwnWords(u"Betrag falsch"_s, u"BETRAG FALSCH"_s)), "Betrag falsch") << "says no more";
     EXPECT_EQ(readFailure(command(0x061E), Charset::Cp437).code, 0xFF);
 }
 

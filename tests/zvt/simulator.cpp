@@ -6,9 +6,10 @@
 // containers in a registration).
 #include "SimulatorLine.h"
 
+#include <zvt/protocol/Fields.h>
+
 #include <csignal>
 #include <deque>
-#include <zvt/protocol/Fields.h>
 
 using namespace zvt;
 
@@ -94,7 +95,7 @@ class Simulator {
     void tell(const Apdu& apdu) { (void)say(apdu); }
     void state(int code) { tell(command(0x04FF, QByteArray(1, static_cast<char>(code)))); }
 
-    static Apdu status(const Record& record) {
+    static Apdu status(const Record& record, const QByteArray& words = {}) {
         QByteArray data;
         data.append('\x27').append(static_cast<char>(record.result));
         data.append('\x04').append(bcd(record.amount, 6)).append('\x49').append(bcd(978, 2));
@@ -104,6 +105,8 @@ class Simulator {
             .append(bcd(record.receipt, 2));
         data.append('\x22').append(QByteArray::fromHex("F0F866EEEEEEEEEE1234"));
         data.append('\x8B').append(QByteArray::fromHex("F0F5")).append("Karo\0", 5);
+        if (!words.isEmpty())
+            data.append('\x3C').append(QByteArray::fromHex("F0F1F5")).append(words.leftJustified(15));
         return command(0x040F, data);
     }
     static qint64 amountOf(const Apdu& apdu) {
@@ -176,6 +179,11 @@ class Simulator {
             book(amount, 0x05);
             if (how == "refuse") tell(status(*m_last));
             return tell(command(0x061E, QByteArray(1, '\x05')));
+        }
+        if (how == "abort-words" || how == "end-words") { // a refusal in the terminal's own words
+            book(amount, 0x6C);
+            tell(status(*m_last, "Karte abgelehnt"));
+            return tell(how == "abort-words" ? command(0x061E, QByteArray(1, '\x6C')) : command(0x060F));
         }
         if (how == "break-booked") {
             book(amount);

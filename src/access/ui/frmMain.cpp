@@ -2,6 +2,7 @@
 
 #include <access/ui/KasseOpener.h>
 #include <access/ui/frmMain.h>
+#include <access/ui/frmPersonal.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
@@ -14,14 +15,14 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
-#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
 frmMain::frmMain(KasseOpener& kasse, QWidget* parent)
     : QMainWindow(parent)
     , m_ui(std::make_unique<Ui::frmMain>())
-    , m_kasse(kasse) {
+    , m_kasse(kasse)
+    , m_bar(*this, [](const std::function<void()>& act) { Handle("frmMain", act); }) {
     m_ui->setupUi(this);
     // The whole screen, also where no window manager would maximise it.
     if (const QScreen* display = QGuiApplication::primaryScreen()) setGeometry(display->availableGeometry());
@@ -42,34 +43,35 @@ frmMain::frmMain(KasseOpener& kasse, QWidget* parent)
     // In line with the panels above.
     m_ui->mainStatusBar->setContentsMargins(8, 0, 8, 0);
     fillBar();
-    showBar();
 }
 
 frmMain::~frmMain() = default;
 
 void frmMain::fillBar() {
-    m_bar.Add({u"Kasse"_s, u"Kassenbetrieb"_s, u"Starten Sie den Kassenbetrieb"_s, nullptr,
-               [this] { m_kasse.OpenKasse(); }, u"F2"_s});
-    m_bar.Add({u"Logout"_s, u"Abmelden"_s, u"Meldet den aktuellen Benutzer vom System ab."_s, nullptr,
-               [this] { Logout(); }, u"F12"_s});
-    // A till that is nothing else has its register behind the login; the shell is only the back office there.
-    if (gOnlyKassenModus) m_bar.Remove(u"Kasse"_s);
-}
+    m_areas.add(u"frmPersonal"_s, [] { return new frmPersonal; });
 
-void frmMain::showBar() {
-    for (const ShellEntry& entry : m_bar.Entries()) {
-        auto* key = new TouchKey(entry.Caption, m_ui->mainButtonBar);
-        key->setObjectName(u"entry"_s + entry.Key);
-        key->setToolTip(entry.ToolTip);
-        key->setHint(entry.Shortcut);
-        key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        m_ui->layEntries->addWidget(key);
-        if (m_ui->layEntries->count() == 1) key->setFocus();
-        const auto act = [this, name = entry.Key] { Handle("frmMain", [&] { m_bar.Click(name); }); };
-        connect(key, &TouchKey::clicked, this, act);
-        if (!entry.Shortcut.isEmpty())
-            connect(new QShortcut(QKeySequence(entry.Shortcut), this), &QShortcut::activated, this, act);
+    // A till that is nothing else has its register behind the login; the shell is only the back office there.
+    if (!gOnlyKassenModus) {
+        m_bar.add({u"Kasse"_s, u"Kassenbetrieb"_s, u"Starten Sie den Kassenbetrieb"_s, u"F2"_s,
+                   [this] { m_kasse.OpenKasse(); }});
     }
+    m_bar.add({u"Personal"_s,
+               u"Mitarbeiter"_s,
+               u"Verwalten Sie Ihre Mitarbeiter und vergeben Sie Systemrechte"_s,
+               u"F4"_s,
+               [this] { m_areas.show(u"frmPersonal"_s); },
+               {},
+               &Rechte::R_Personal});
+    m_bar.add({u"Logout"_s, u"Abmelden"_s, u"Meldet den aktuellen Benutzer vom System ab."_s, u"F12"_s,
+               [this] { Logout(); }});
+
+    std::vector<QString> keys;
+    for (const Command& entry : m_bar.all())
+        keys.push_back(entry.key);
+    m_bar.fillBar(*m_ui->layEntries, keys);
+    for (TouchKey* key : m_ui->mainButtonBar->findChildren<TouchKey*>())
+        key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_ui->layEntries->itemAt(0)->widget()->setFocus();
 }
 
 void frmMain::Logout() {
@@ -79,6 +81,7 @@ void frmMain::Logout() {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+    m_areas.closeAll();
     // A register that keeps its open sale stays open beside the login.
     m_kasse.close();
     event->accept();

@@ -35,7 +35,8 @@ void prepareTill(const QString& folder, const QString& printer) {
     CSystem().WriteProfileString(u"PORTS"_s, u"COM1"_s, printer, folder + u"/konfig.ini"_s);
     for (const auto& [name, value] :
          {std::pair{"MERIVANE_HOME", folder}, std::pair{"MERIVANE_RUNTIME", folder},
-          std::pair{"MERIVANE_STATE", folder}, std::pair{"MERIVANE_MASCHINE", u"KASSE-1"_s}}) {
+          std::pair{"MERIVANE_STATE", folder}, std::pair{"XDG_CONFIG_HOME", folder},
+          std::pair{"MERIVANE_MASCHINE", u"KASSE-1"_s}}) {
         qputenv(name, value.toLocal8Bit());
     }
 }

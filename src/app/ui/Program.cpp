@@ -2,8 +2,8 @@
 #include <access/ui/frmLogin.h>
 #include <access/ui/frmSplash.h>
 #include <app/ui/Program.h>
-#include <devices/Port.h>
 #include <devices/Printers.h>
+#include <devices/ReceiptLine.h>
 #include <printing/ui/frmFormularEdit.h>
 #include <register/ui/frmKasse.h>
 #include <session/CSystem.h>
@@ -11,6 +11,7 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/Log.h>
+#include <session/WaitScreen.h>
 #include <session/gZVT.h>
 #include <setup/ui/frmSetup.h>
 #include <store/Database.h>
@@ -18,8 +19,8 @@
 #include <text/CodePage.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
+#include <ui/WaitWindow.h>
 #include <zvt/CZVT.h>
-#include <zvt/ui/TerminalWindow.h>
 
 #include <QFileInfo>
 #include <QLocale>
@@ -56,12 +57,11 @@ QString printerFor(TemplateKind kind) {
 
 /// Receipts of the card terminal go where those of the till go.
 void printTerminalReceipt(const QStringList& lines) {
-    Port port(u"COM"_s + QString::number(gPrintDirectIOPort));
     QByteArray bytes;
     for (const QString& line : lines)
         bytes += ToWindows1252(line) + "\r\n";
-    port.write(bytes + QByteArray(6, '\n'));
-    port.close();
+    if (!SendToReceiptPrinter(bytes + QByteArray(6, '\n')))
+        throw RuntimeError(57, u"Der Druck wurde abgebrochen."_s);
 }
 
 } // namespace
@@ -89,7 +89,9 @@ bool Application::notify(QObject* receiver, QEvent* event) {
 Program::Program(Waiter& waiter)
     : m_dialogsBefore(SetDialogHost(&m_dialogs)) {
     OpenLog();
-    m_terminalWindow = std::make_unique<TerminalWindow>();
+    m_terminalWindow = std::make_unique<WaitWindow>();
+    m_waitWindow = std::make_unique<WaitWindow>();
+    m_waitScreenBefore = SetWaitScreen(m_waitWindow.get());
     SetCardTerminalFactory([this]() -> std::unique_ptr<CardTerminal> {
         const auto config = zvt::TerminalConfig::Read(*gSystem, KonfigIni());
         if (!config.isConfigured()) return nullptr;
@@ -107,6 +109,7 @@ Program::~Program() {
     SetCardTerminalFactory({});
     gDB.reset();
     m_startUp.reset();
+    SetWaitScreen(m_waitScreenBefore);
     CloseLog();
     SetDialogHost(m_dialogsBefore);
 }

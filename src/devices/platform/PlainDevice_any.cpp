@@ -1,6 +1,7 @@
 #include "../PortDevice.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -30,9 +31,15 @@ class PlainDevice : public Port::Device {
 
 } // namespace
 
-std::unique_ptr<Port::Device> openPlain(const QString& path) { return std::make_unique<PlainDevice>(path); }
+bool isFilePath(const QString& path) {
+    return !path.startsWith(u"\\\\.\\"_s) && QFileInfo(path).isAbsolute();
+}
 
-void drainLine(const QSerialPort&) {} // closing waits for the last byte
+std::unique_ptr<Port::Device> openPlain(const QString& path, PortPatience*) {
+    return std::make_unique<PlainDevice>(path);
+}
+
+void drainLine(const QSerialPort&, PortPatience*) {} // closing waits for the last byte
 
 QString platformSerial(int number) { return u"\\\\.\\COM"_s + QString::number(number); }
 

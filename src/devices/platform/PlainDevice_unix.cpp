@@ -2,7 +2,6 @@
 
 #include <text/RuntimeError.h>
 
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QSerialPort>
@@ -23,16 +22,14 @@ namespace devices {
 namespace {
 
 /// tcdrain would wait for ever on a device that holds its line; this gives up when nothing moves.
-void drain(int file, const QString& path) {
-    QDeadlineTimer deadline(stallMs);
+void drain(int file, const QString& path, PortPatience* patience) {
+    Standstill still(patience);
     for (int last = -1;;) {
         int queued = 0;
         if (ioctl(file, TIOCOUTQ, &queued) != 0) raiseBroken(path);
         if (queued == 0) return;
-        if (queued != last)
-            deadline.setRemainingTime(stallMs);
-        else if (deadline.hasExpired())
-            raiseBroken(path);
+        if (queued != last) still.moved();
+        if (!still.mayGoOn()) raiseBroken(path);
         last = queued;
         QThread::msleep(5);
     }
@@ -40,15 +37,16 @@ void drain(int file, const QString& path) {
 
 class PlainDevice : public Port::Device {
   public:
-    explicit PlainDevice(const QString& path)
-        : m_path(path) {
+    PlainDevice(const QString& path, PortPatience* patience)
+        : m_path(path)
+        , m_patience(patience) {
         // Never waits for a carrier, a reader or paper; a pipe whose reader goes away must not end the
         // program.
         static const auto ignored = std::signal(SIGPIPE, SIG_IGN);
         (void)ignored;
         const QByteArray name = QFile::encodeName(path);
         int flags = O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | O_APPEND;
-        if (!path.startsWith(u"/dev/"_s) && QFileInfo(path).isAbsolute()) flags |= O_CREAT;
+        if (isFilePath(path)) flags |= O_CREAT;
         m_file = ::open(name.constData(), flags, 0644);
         if (m_file < 0) {
             if (errno == EACCES || errno == EPERM || errno == EBUSY || errno == EROFS || errno == EISDIR)
@@ -89,7 +87,7 @@ class PlainDevice : public Port::Device {
     }
 
     void finish() override {
-        if (m_isLine) drain(m_file, m_path);
+        if (m_isLine) drain(m_file, m_path, m_patience);
         if (m_isLine) tcsetattr(m_file, TCSANOW, &m_before);
         const int result = ::close(std::exchange(m_file, -1));
         if (result != 0 && errno != EINTR) raiseBroken(m_path);
@@ -105,17 +103,18 @@ class PlainDevice : public Port::Device {
     }
 
     void waitUntilWritable() {
-        const QDeadlineTimer deadline(stallMs);
-        for (;;) {
+        for (const Standstill still(m_patience);;) {
             pollfd wanted{m_file, POLLOUT, 0};
-            const int ready = poll(&wanted, 1, static_cast<int>(deadline.remainingTime()));
+            const int ready = poll(&wanted, 1, lookMs);
             if (ready > 0 && (wanted.revents & (POLLERR | POLLHUP | POLLNVAL))) raiseBroken(m_path);
             if (ready > 0) return;
-            if (ready == 0 || errno != EINTR) raiseBroken(m_path);
+            if (ready < 0 && errno != EINTR) raiseBroken(m_path);
+            if (!still.mayGoOn()) raiseBroken(m_path);
         }
     }
 
     QString m_path;
+    PortPatience* m_patience;
     int m_file = -1;
     bool m_isLine = false;
     termios m_before{};
@@ -123,9 +122,15 @@ class PlainDevice : public Port::Device {
 
 } // namespace
 
-std::unique_ptr<Port::Device> openPlain(const QString& path) { return std::make_unique<PlainDevice>(path); }
+bool isFilePath(const QString& path) { return !path.startsWith(u"/dev/"_s) && QFileInfo(path).isAbsolute(); }
 
-void drainLine(const QSerialPort& line) { drain(line.handle(), line.portName()); }
+std::unique_ptr<Port::Device> openPlain(const QString& path, PortPatience* patience) {
+    return std::make_unique<PlainDevice>(path, patience);
+}
+
+void drainLine(const QSerialPort& line, PortPatience* patience) {
+    drain(line.handle(), line.portName(), patience);
+}
 
 QString platformSerial(int number) { return u"/dev/ttyS"_s + QString::number(number - 1); }
 

@@ -1,5 +1,7 @@
 #include <jet/Functions.h>
+#include <text/RuntimeError.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -29,28 +31,39 @@ class Edge final : public Accumulator {
     bool m_any = false;
 };
 
-/// Variance by running mean and squared distance, which loses no digits for large values.
+/// Variance in two passes over the sorted values, as the functions of the server do it step by step: large
+/// values that lie close together lose no digits, and equal ones give exactly 0.
 template <bool Population, bool Root>
 class Spread final : public Accumulator {
   public:
     void step(std::span<const Value> arguments) override {
-        if (arguments[0].isNull()) return;
-        const double x = arguments[0].toDouble();
-        ++m_count;
-        const double distance = x - m_mean;
-        m_mean += distance / double(m_count);
-        m_squares += distance * (x - m_mean);
+        if (!arguments[0].isNull()) m_values.push_back(arguments[0].toDouble());
     }
     [[nodiscard]] Value result() const override {
-        const qint64 divisor = Population ? m_count : m_count - 1;
+        const auto count = double(m_values.size());
+        const double divisor = Population ? count : count - 1;
         if (divisor < 1) return {};
-        const double variance = m_squares / double(divisor);
+        std::vector<double> values = m_values;
+        std::sort(values.begin(), values.end());
+        const double least = values.front();
+        double above = 0;
+        for (const double x : values)
+            above += x - least;
+        const double mean = least + above / count;
+        double distances = 0, squares = 0;
+        for (const double x : values) {
+            const double distance = x - mean;
+            distances += distance;
+            squares += square(distance);
+        }
+        const double variance = std::max(0.0, squares - square(distances) / count) / divisor;
+        if (!std::isfinite(variance)) RaiseOverflow();
         return Root ? std::sqrt(variance) : variance;
     }
 
   private:
-    qint64 m_count = 0;
-    double m_mean = 0, m_squares = 0;
+    static double square(double x) { return std::abs(x) < 1e-150 ? 0 : x * x; }
+    std::vector<double> m_values;
 };
 
 template <class T>

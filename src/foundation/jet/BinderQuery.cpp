@@ -14,6 +14,17 @@ namespace {
 /// Tables in one FROM; engines join no more than 64.
 constexpr std::size_t maxSources = 60;
 
+/// The tables whose columns stand in an expression.
+void collectSources(const Expr* e, std::vector<const Source*>& found) {
+    while (e->target)
+        e = e->target;
+    if (e->kind == ExprKind::Name && e->source &&
+        std::find(found.begin(), found.end(), e->source) == found.end())
+        found.push_back(e->source);
+    for (const Expr* operand : e->operands)
+        collectSources(operand, found);
+}
+
 } // namespace
 
 void Binder::table(Source* s) {
@@ -167,7 +178,6 @@ void Binder::expandItems(Select* s, Scope& scope) {
 
 // Columns that would share a name are told apart by their table, everything else by a number.
 void Binder::nameOutputs(Select* s) {
-    int unnamed = 1000;
     auto key = [](QStringView name) { return name.toString().toCaseFolded(); };
     QHash<QString, int> seen;
     for (Output& o : s->outputs) {
@@ -177,7 +187,8 @@ void Binder::nameOutputs(Select* s) {
                              ? QStringView(o.source->table->columns[std::size_t(o.column)].name)
                              : o.expr->name;
             else {
-                m_tree.names.push_back(u"Ausdr"_s + QString::number(unnamed++));
+                const auto position = &o - s->outputs.data();
+                m_tree.names.push_back(u"Ausdr"_s + QString::number(1000 + position));
                 o.name = m_tree.names.back();
             }
         }
@@ -311,8 +322,10 @@ void Binder::hideKeys(Select* s, Scope& scope) {
     if (s->grouped || scope.sources.size() < 2) return;
     std::vector<const Source*> shown;
     for (const Output& o : s->outputs)
-        if (o.source && std::find(shown.begin(), shown.end(), o.source) == shown.end())
-            shown.push_back(o.source);
+        collectSources(o.expr, shown);
+    std::erase_if(shown, [&](const Source* source) { // one of a query around this is the same in every row
+        return std::find(scope.sources.begin(), scope.sources.end(), source) == scope.sources.end();
+    });
     if (shown.empty() || shown.size() == scope.sources.size()) return;
     std::vector<Expr*> keys;
     for (const Source* source : shown) {

@@ -63,19 +63,29 @@ void Binder::insertStatement() {
     const Table& to = *s->table;
     m_tree.table = &to;
     std::vector<int>& indexes = m_tree.columnIndexes;
-    if (m_tree.columns.empty())
-        for (std::size_t i = 0; i < to.columns.size(); ++i)
-            indexes.push_back(int(i));
-    for (const NameAt& c : m_tree.columns) {
-        const int index = to.indexOf(c.name);
+    if (m_tree.query) {
+        m_tree.query->named = true;
+        query(m_tree.query, nullptr);
+    }
+    auto fill = [&](QStringView column, qsizetype pos) {
+        const int index = to.indexOf(column);
         if (index < 0)
             fail(3127,
-                 u"Das Feld '"_s + c.name + u"' ist in der Tabelle '"_s + to.name +
-                     u"' unbekannt (Stelle "_s + QString::number(c.pos + 1) + u")."_s,
-                 c.pos);
+                 u"Das Feld '"_s + column + u"' ist in der Tabelle '"_s + to.name +
+                     u"' unbekannt (Stelle "_s + QString::number(pos + 1) + u")."_s,
+                 pos);
         if (std::find(indexes.begin(), indexes.end(), index) != indexes.end())
-            fail(3063, u"Das Feld '"_s + c.name + u"' ist zweimal genannt."_s, c.pos);
+            fail(3063, u"Das Feld '"_s + column + u"' ist zweimal genannt."_s, pos);
         indexes.push_back(index);
+    };
+    for (const NameAt& c : m_tree.columns)
+        fill(c.name, c.pos);
+    if (m_tree.columns.empty() && m_tree.query) { // the names of the query's columns tell where they go
+        for (const Output& o : m_tree.query->outputs)
+            fill(o.name, o.expr ? o.expr->pos : m_tree.query->pos);
+    } else if (m_tree.columns.empty()) {
+        for (std::size_t i = 0; i < to.columns.size(); ++i)
+            indexes.push_back(int(i));
     }
     auto checkCount = [&](std::size_t count, qsizetype pos) {
         if (count != indexes.size())
@@ -92,8 +102,6 @@ void Binder::insertStatement() {
         }
     }
     if (m_tree.query) {
-        m_tree.query->named = true;
-        query(m_tree.query, nullptr);
         checkCount(m_tree.query->outputs.size(), m_tree.query->pos);
         for (std::size_t i = 0; i < indexes.size(); ++i)
             assignOutput(m_tree.query, i, to.columns[std::size_t(indexes[i])]);

@@ -37,9 +37,8 @@ Encoding encodingOf(Type type) {
 bool sameStorage(Type from, Type to) {
     if (from == to || from == Type::Null || to == Type::Null) return true;
     if (isText(from) && isText(to)) return true;
-    if (to == Type::Double || to == Type::Single || to == Type::Date)
-        return isReal(from) || isWhole(from) || from == Type::Date;
-    if (to == Type::Boolean) return false;
+    if (to == Type::Double || to == Type::Single) return isReal(from) || isWhole(from) || from == Type::Date;
+    if (to == Type::Boolean || to == Type::Date) return false; // not each number is a date
     return isWhole(from) && isWhole(to);
 }
 
@@ -166,7 +165,8 @@ void Binder::assign(Expr*& e, const Column& column) {
     }
     const Type from = e->type;
     if (plainLiteral(e) && !isText(to) && to != Type::Date) {
-        if (e->kind != ExprKind::Literal && (to == Type::Boolean || !isNumber(from))) {
+        // A whole number has its range with the sign, which the literal alone does not tell.
+        if (e->kind != ExprKind::Literal && (isWhole(to) || !isNumber(from))) {
             e = wrap(e, to);
             return;
         }

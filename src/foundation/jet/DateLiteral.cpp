@@ -151,7 +151,7 @@ std::optional<QDate> readDate(Reader& in) {
                 year = *first, month = *second, day = *third;
             } else {
                 month = *first, day = *second;
-                year = third ? fullYear(*third, digits3) : QDate::currentDate().year();
+                year = third ? fullYear(*third, digits3) : CurrentYear();
                 if (month > 12 && day <= 12) std::swap(month, day);
             }
         }

@@ -64,6 +64,7 @@ class Emitter {
     [[nodiscard]] virtual bool collatesPositions() const = 0;
     /// What the select list and HAVING have from GROUP BY must be the same text.
     [[nodiscard]] virtual bool comparesGroups() const = 0;
+    [[nodiscard]] virtual bool quantifies() const = 0;   ///< knows "x = ANY (SELECT ..)" and ALL
     [[nodiscard]] virtual const char* comma() const = 0; ///< between the tables of FROM
     virtual void join(Writer& w, const Source* s) const = 0;
     /// The row keys of tables in a join in parentheses can be named from outside.
@@ -109,13 +110,16 @@ class Writer {
     void update(const Tree& tree);
     void remove(const Tree& tree);
     void assigned(const Expr* e, const Column& column);
+    /// The columns of a query as values of a new table's columns.
+    void storedOutputs(const Query& q);
     void pivotHeads(const Tree& tree);
     void pivot(const Tree& tree, const std::vector<QByteArray>& heads);
     void parameter(const Expr* literal, Encoding encoding);
     /// A constant beginning of a LIKE's pattern narrows the search to a part of the index: writes "(range AND
     /// " in front of the whole comparison, which the caller then closes. False when nothing was written.
     [[nodiscard]] bool beginLikeRange(const Expr* like);
-    void clockParameter(Encoding what);
+    /// A parameter that the clock or the store fills: Today and what follows it.
+    void givenParameter(Encoding what);
     /// The row keys by which an aggregate sees the rows in their order, e.g. "\"a\"._rowid_", as terms of
     /// ORDER BY; empty where there is no row or none that could be told.
     [[nodiscard]] QByteArray rowOrder(bool descending);
@@ -174,7 +178,9 @@ class Writer {
     void outputNames(const Select* s);
     void distinctSelect(const Select* s, const Query* q, Rows rows);
     void united(const Query* q, std::size_t count);
+    void storedOutput(const Output& o, Type type);
     void alike(const QByteArray& text);
+    void sortTerm(const Expr* e);
     void selectBody(const Select* s);
     void topWithTies(const Select* s, const Query* q);
     [[nodiscard]] Context enter(const Select* s, const Query* q, const Expr* more = nullptr);
@@ -194,7 +200,7 @@ class Writer {
     const Emitter& m_engine;
     std::vector<Parameter>& m_parameters;
     std::vector<int> m_lastOf, m_previous;
-    std::array<int, 4> m_clock{-1, -1, -1, -1};
+    std::array<int, 5> m_given{-1, -1, -1, -1, -1};
     QByteArray m_filter; ///< of the aggregates of a PIVOT's cell
     Context m_context;
     int m_shift = 0;

@@ -66,6 +66,7 @@ Value converted(const Value& literal, Encoding encoding) {
     case Encoding::TimeOfDay:
     case Encoding::Now:
     case Encoding::Timer:
+    case Encoding::Identity:
         break;
     }
     return {};

@@ -12,6 +12,7 @@ using F = FunctionInfo::Form;
 
 // In alphabetical order: looked up by halving.
 constexpr FunctionInfo functionTable[] = {
+    {u"@@identity", "", 0, 0, R::Long, F::Identity},
     {u"abs", "abs", 1, 1, R::Number, F::Abs},
     {u"asc", "jet_asc", 1, 1, R::Long},
     {u"ascw", "jet_ascw", 1, 1, R::Long},

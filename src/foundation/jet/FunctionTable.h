@@ -37,6 +37,7 @@ struct FunctionInfo {
         RTrim,
         Abs,
         Clock,
+        Identity,
         Count,
         Sum,
         Avg,

@@ -201,7 +201,7 @@ std::vector<Function> makeFunctions() {
         {"jet_cdate", cDate},
         {"jet_cstr", cStr},
         {"jet_cvar", cVar},
-        {"jet_val", strict<val>},
+        {"jet_val", val},
         {"jet_str", strict<str>},
         {"jet_hex", strict<hex>},
         {"jet_oct", strict<oct>},

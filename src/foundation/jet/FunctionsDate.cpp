@@ -64,7 +64,10 @@ Value clockValue(Encoding encoding) {
     }
 }
 
-void setClock(QDateTime (*clock)()) { clockNow = clock ? clock : systemNow; }
+void setClock(QDateTime (*clock)()) {
+    clockNow = clock ? clock : systemNow;
+    SetCurrentYear([] { return clockNow().date().year(); });
+}
 
 void addDateFunctions(std::vector<Function>& list) {
     const Function more[] = {

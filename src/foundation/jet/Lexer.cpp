@@ -184,7 +184,7 @@ Token Lexer::next() {
     if (m_pos >= size) return token;
     const char16_t c = m_text[m_pos].unicode();
     const char16_t ahead = m_pos + 1 < size ? m_text[m_pos + 1].unicode() : u'\0';
-    if (isNameStart(c))
+    if (isNameStart(c) || (c == u'@' && ahead == u'@'))
         name(token);
     else if (isDigit(c) || (c == u'.' && isDigit(ahead) && !m_operand))
         number(token);
@@ -233,6 +233,7 @@ void Lexer::name(Token& token) {
     token.kind = Tok::Name;
     const qsizetype size = m_text.size();
     std::uint32_t hash = 0;
+    if (m_text[m_pos] == u'@') m_pos += 2; // "@@IDENTITY"
     for (; m_pos < size && isNamePart(m_text[m_pos].unicode()); ++m_pos)
         hash = step(hash, m_text[m_pos].unicode());
     token.word = wordOf(m_text.mid(token.pos, m_pos - token.pos), hash);

@@ -103,7 +103,7 @@ class PostgresEmitter final : public Emitter {
 
     void clock(Writer& w, const char* function) const override {
         const QByteArrayView name = function;
-        w.clockParameter(name == "jet_date"   ? Encoding::Today
+        w.givenParameter(name == "jet_date"   ? Encoding::Today
                          : name == "jet_time" ? Encoding::TimeOfDay
                          : name == "jet_now"  ? Encoding::Now
                                               : Encoding::Timer);
@@ -132,8 +132,7 @@ class PostgresEmitter final : public Emitter {
             if (isWhole(type)) return cast(w, from, to);
             return conversion(w, "jet_tocurrency", from);
         case Type::Date:
-            if (isText(type)) return conversion(w, "jet_todate", from);
-            return cast(w, from, to);
+            return conversion(w, "jet_todate", from);
         case Type::Text:
         case Type::Memo:
             if (isWhole(type)) return cast(w, from, to);
@@ -184,9 +183,11 @@ class PostgresEmitter final : public Emitter {
             w.out += " || ";
             return w.operandAs(b, Type::Text);
         }
+        if (e->type == Type::Date) w.out += "jet_todate(";
         number(w, a);
         w.out += e->op == Op::Add ? " + " : e->op == Op::Subtract ? " - " : " * ";
         number(w, b);
+        if (e->type == Type::Date) w.out += ')';
     }
 
     void absolute(Writer& w, const Expr* operand) const override {
@@ -233,7 +234,13 @@ class PostgresEmitter final : public Emitter {
                 w.out += ')';
                 return;
             }
-            return plain("avg", [&] { real(w, of); });
+            // The server's own fails where the squares of the values leave the range.
+            w.out += '(';
+            plain("sum", [&] { real(w, of); });
+            w.out += " / nullif(";
+            plain("count", [&] { real(w, of); });
+            w.out += ", 0))";
+            return;
         case Form::Min:
         case Form::Max:
             return plain(f->sql, [&] {
@@ -254,11 +261,15 @@ class PostgresEmitter final : public Emitter {
             w.out += ")[1]";
             return;
         }
-        plain(name == "jet_stdev"    ? "stddev_samp"
-              : name == "jet_stdevp" ? "stddev_pop"
-              : name == "jet_var"    ? "var_samp"
-                                     : "var_pop",
-              [&] { real(w, of); });
+        // Sorted, so that the digits hang on the values alone.
+        w.out += f->sql;
+        w.out += '(';
+        plain("array_agg", [&] {
+            real(w, of);
+            w.out += " ORDER BY ";
+            real(w, of);
+        });
+        w.out += ')';
     }
 
     const char* otherwise() const override { return "coalesce"; }
@@ -302,6 +313,7 @@ class PostgresEmitter final : public Emitter {
     }
     bool collatesPositions() const override { return false; }
     bool comparesGroups() const override { return true; }
+    bool quantifies() const override { return true; }
     const char* comma() const override { return " CROSS JOIN "; }
 
     bool reachesNestedKeys() const override { return true; }

@@ -103,7 +103,6 @@ class SqliteEmitter final : public Emitter {
             if (isWhole(from->type)) return around("(", " * 10000)");
             return through("jet_tocurrency");
         case Type::Date:
-            if (from->type == Type::Currency) return around("(", " / 10000.0)");
             return through("jet_todate");
         case Type::Text:
         case Type::Memo:
@@ -125,7 +124,12 @@ class SqliteEmitter final : public Emitter {
     void arithmetic(Writer& w, const Expr* e) const override {
         if (const char* function = operatorFunction(*e)) return call(w, function, e->operands);
         if (e->op == Op::Add && isText(e->type)) return row(w, e, " || ");
+        if (e->type == Type::Date)
+            w.out += "jet_todate('d', ";
+        else if (mayOverflow(e))
+            w.out += "jet_real(";
         row(w, e, e->op == Op::Add ? " + " : e->op == Op::Subtract ? " - " : " * ");
+        if (e->type == Type::Date || mayOverflow(e)) w.out += ')';
     }
 
     void negate(Writer& w, const Expr* operand) const override {
@@ -157,6 +161,8 @@ class SqliteEmitter final : public Emitter {
         const FunctionInfo* f = e->function;
         const bool money = f->form == Form::Avg && e->type == Type::Currency;
         const bool countCell = f->form == Form::Count && !filter.isEmpty();
+        const bool real = (f->form == Form::Sum || f->form == Form::Avg) && isReal(e->type);
+        if (real) w.out += "jet_real(";
         if (money) w.out += "jet_tocurrency('d', ";
         if (countCell) w.out += "nullif(";
         w.out += f->sql;
@@ -179,6 +185,7 @@ class SqliteEmitter final : public Emitter {
         w.out += filter;
         if (countCell) w.out += ", 0)";
         if (money) w.out += " / 10000.0)";
+        if (real) w.out += ')';
     }
 
     const char* otherwise() const override { return "ifnull"; }
@@ -200,6 +207,7 @@ class SqliteEmitter final : public Emitter {
     const char* direction(bool descending) const override { return descending ? " DESC" : ""; }
     bool collatesPositions() const override { return true; }
     bool comparesGroups() const override { return false; }
+    bool quantifies() const override { return false; }
     const char* comma() const override { return ", "; }
 
     bool reachesNestedKeys() const override { return false; }
@@ -264,6 +272,17 @@ class SqliteEmitter final : public Emitter {
     }
 
   private:
+    // The engine goes on with infinity, and with Null where that leads nowhere. Dates, money and whole
+    // numbers are far from it.
+    static bool mayOverflow(const Expr* e) {
+        if (!isReal(e->type)) return false;
+        return std::any_of(e->operands.begin(), e->operands.end(), [](const Expr* operand) {
+            while (operand->target || operand->kind == ExprKind::Convert)
+                operand = operand->target ? operand->target : operand->operands[0];
+            return isReal(operand->type) || isText(operand->type);
+        });
+    }
+
     // "a + b + c" is written as it stands: the left side of a row needs no parentheses.
     static void row(Writer& w, const Expr* e, const char* sign) {
         const Expr* a = e->operands[0];
@@ -271,6 +290,7 @@ class SqliteEmitter final : public Emitter {
             a = a->target;
         const bool additive = e->op == Op::Add || e->op == Op::Subtract;
         const bool joins = a->kind == ExprKind::Binary && !isText(e->type) && !isText(a->type) &&
+                           a->type != Type::Date && !mayOverflow(a) &&
                            ((additive && (a->op == Op::Add || a->op == Op::Subtract)) ||
                             (e->op == Op::Multiply && a->op == Op::Multiply && a->type != Type::Currency));
         if (joins)

@@ -15,6 +15,18 @@ int Table::indexOf(QStringView column) const {
     return -1;
 }
 
+namespace {
+
+/// How the head of a column meets a PIVOT expression of that type.
+Encoding headEncoding(Type type) {
+    if (type == Type::Boolean) return Encoding::Boolean;
+    if (type == Type::Currency) return Encoding::Currency;
+    if (type == Type::Date) return Encoding::Date;
+    return isNumber(type) ? Encoding::Double : Encoding::Text;
+}
+
+} // namespace
+
 struct Translator::Impl {
     const Catalogue& catalogue;
     std::shared_ptr<const Emitter> emitter;
@@ -86,12 +98,7 @@ struct Translator::Impl {
         std::vector<QByteArray> literals;
         for (const Value& v : values) {
             QByteArray literal;
-            Value stored = v;
-            if (isText(type) && !v.isNull())
-                stored = Value(v.toText());
-            else if (isNumber(type) && !v.isNull())
-                stored = encode(v, type == Type::Currency ? Encoding::Currency : Encoding::Double);
-            emitter->literal(literal, stored);
+            emitter->literal(literal, encode(v, headEncoding(type)));
             literals.push_back(literal);
             QString name = v.isNull()                  ? u"<>"_s
                            : v.type() == Type::Boolean ? (v.toBool() ? u"-1"_s : u"0"_s)
@@ -111,6 +118,7 @@ struct Translator::Impl {
     void selectInto(Tree& tree, Writer& w, Statement& s) const {
         Ddl ddl;
         ddl.table = tree.into.toString();
+        tree.query->named = true;
         w.out += "INSERT INTO ";
         w.name(tree.into);
         w.out += " (";
@@ -127,7 +135,9 @@ struct Translator::Impl {
             w.name(o.name);
             ddl.add.push_back(c);
         }
-        w.out += ") SELECT * FROM (";
+        w.out += ") SELECT ";
+        w.storedOutputs(*tree.query);
+        w.out += " FROM (";
         w.query(tree.query, Rows::Ordered);
         w.out += ") AS \"%s\" WHERE true";
         if (!tree.emptyTable) s.sql = w.out;

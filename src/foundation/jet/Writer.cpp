@@ -47,9 +47,11 @@ void Writer::parameter(const Expr* literal, Encoding encoding) {
     m_engine.parameter(out, i + 1, type);
 }
 
-void Writer::clockParameter(Encoding what) {
-    int& index = m_clock[std::size_t(what) - std::size_t(Encoding::Today)];
-    const Type type = what == Encoding::Timer ? Type::Double : Type::Date;
+void Writer::givenParameter(Encoding what) {
+    int& index = m_given[std::size_t(what) - std::size_t(Encoding::Today)];
+    const Type type = what == Encoding::Identity ? Type::Long
+                      : what == Encoding::Timer  ? Type::Double
+                                                 : Type::Date;
     if (index < 0) {
         index = int(m_parameters.size());
         m_parameters.push_back({-1, what, type});
@@ -393,19 +395,30 @@ void Writer::inList(const Expr* e) {
     out += ')';
 }
 
-// x op ANY (q): there is a row that fulfils it; x op ALL (q): there is none that does not.
+// x op ANY (q), x op ALL (q). Where no row decides, one that compares with Null leaves it open.
 void Writer::quantified(const Expr* e) {
-    out += e->negated ? "NOT EXISTS (SELECT 1 FROM (" : "EXISTS (SELECT 1 FROM (";
-    query(e->query, Rows::Free);
-    out += ") AS \"%any\" WHERE ";
-    if (e->negated) out += "NOT (";
-    operandAs(e->operands[0], e->query->outputs[0].type);
-    collate(e->operands[0]);
-    out += comparisonSign(e->op);
+    auto left = [&] {
+        operandAs(e->operands[0], e->query->outputs[0].type);
+        collate(e->operands[0]);
+        out += comparisonSign(e->op);
+    };
+    if (m_engine.quantifies()) {
+        left();
+        out += e->negated ? "ALL (" : "ANY (";
+        query(e->query, Rows::Free);
+        out += ')';
+        return;
+    }
+    out += e->negated ? "(SELECT CASE WHEN count(*) FILTER (WHERE NOT c) THEN 0 "
+                      : "(SELECT CASE WHEN count(*) FILTER (WHERE c) THEN 1 ";
+    out += e->negated ? "WHEN count(c) < count(*) THEN NULL ELSE 1 END FROM (SELECT "
+                      : "WHEN count(c) < count(*) THEN NULL ELSE 0 END FROM (SELECT ";
+    left();
     out += "\"%any\".";
     name(e->query->outputs[0].name);
-    if (e->negated) out += ')';
-    out += ')';
+    out += " AS c FROM (";
+    query(e->query, Rows::Free);
+    out += ") AS \"%any\"))";
 }
 
 // Of several rows the first counts.
@@ -479,6 +492,8 @@ void Writer::callExpr(const Expr* e) {
         return m_engine.ending(*this, args[0], args[1]);
     case Form::Clock:
         return m_engine.clock(*this, f->sql);
+    case Form::Identity:
+        return givenParameter(Encoding::Identity);
     default:
         return m_engine.call(*this, f->sql, args);
     }

@@ -203,13 +203,25 @@ Writer::Context Writer::enter(const Select* s, const Query* q, const Expr* more)
         if (isConstant(e) || (!everywhere && !isText(e->type))) continue;
         const bool bare = e->kind == ExprKind::Name || !m_engine.comparesGroups();
         out = bare ? "" : "(";
-        text(e);
+        sortTerm(e);
         if (!bare) out += ')';
         context.groups.push_back({e, out, everywhere});
     }
     out = before;
     m_context = std::move(outer);
     return context;
+}
+
+// A term of GROUP BY or ORDER BY. A bare number would stand for a column by its position, and an engine makes
+// one of "x AND False" by itself.
+void Writer::sortTerm(const Expr* e) {
+    e = plain(e);
+    const bool written = inGroup(e);
+    text(e);
+    if (written) return;
+    const bool truth = e->type == Type::Boolean && e->kind != ExprKind::Name;
+    const bool bare = e->kind == ExprKind::Literal && e->literal < 0 && !isText(e->type);
+    if (truth || bare) out += " + 0";
 }
 
 // FROM to HAVING.
@@ -228,7 +240,7 @@ void Writer::selectBody(const Select* s) {
         out += " GROUP BY ";
         for (std::size_t i = 0; i < s->groupBy.size(); ++i) {
             if (i) out += ", ";
-            text(s->groupBy[i]);
+            sortTerm(s->groupBy[i]);
         }
     }
     if (s->having) {
@@ -366,7 +378,7 @@ void Writer::orderTerms(const Query* q, const Select* s, Terms how, bool ties) {
             out += QByteArray::number(item.position);
             if (s) collatePosition(*o);
         } else {
-            text(o ? o->expr : item.expr);
+            sortTerm(o ? o->expr : item.expr);
         }
         out += m_engine.direction(item.descending);
         apart = apart || (s && tellsRowsApart(item, s));
@@ -421,7 +433,7 @@ void Writer::tieTerms(const Query* q, const Select* s, Terms how, std::vector<bo
             const bool told = std::any_of(q->orderBy.begin(), q->orderBy.end(), [&](const OrderItem& item) {
                 return sameExpr(orderExpr(item, s), g);
             });
-            if (!told) term([&] { text(g); });
+            if (!told) term([&] { sortTerm(g); });
         }
         return;
     }

@@ -13,6 +13,23 @@ void Writer::assigned(const Expr* e, const Column& column) {
     if (mayBeNull) out += ", 0)";
 }
 
+void Writer::storedOutput(const Output& o, Type type) {
+    const bool truth = type == Type::Boolean; // never Null
+    if (truth) {
+        out += m_engine.otherwise();
+        out += '(';
+    }
+    name(o.name);
+    if (truth) out += ", 0)";
+}
+
+void Writer::storedOutputs(const Query& q) {
+    for (std::size_t i = 0; i < q.outputs.size(); ++i) {
+        if (i) out += ", ";
+        storedOutput(q.outputs[i], q.outputs[i].type);
+    }
+}
+
 void Writer::insert(const Tree& tree) {
     const Table& to = *tree.table;
     out += "INSERT INTO ";
@@ -52,13 +69,7 @@ void Writer::insert(const Tree& tree) {
     out += " SELECT ";
     for (std::size_t i = 0; i < tree.query->outputs.size(); ++i) {
         if (i) out += ", ";
-        const bool truth = to.columns[std::size_t(tree.columnIndexes[i])].type == Type::Boolean;
-        if (truth) {
-            out += m_engine.otherwise();
-            out += '(';
-        }
-        name(tree.query->outputs[i].name);
-        if (truth) out += ", 0)";
+        storedOutput(tree.query->outputs[i], to.columns[std::size_t(tree.columnIndexes[i])].type);
     }
     defaults();
     out += " FROM (";

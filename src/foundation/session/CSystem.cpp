@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <map>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -66,12 +67,50 @@ class CSystem::Files {
     std::map<QString, Entry> m_entries;
 };
 
+/// Values that wait for a file which can be written.
+class CSystem::Unwritten {
+  public:
+    [[nodiscard]] const QString* find(const QString& section, const QString& key, const QString& path) const {
+        if (m_entries.empty()) return nullptr; // the usual case, asked at each read
+        const auto found = m_entries.find(nameOf(section, key, path));
+        return found == m_entries.end() ? nullptr : &found->second.Value;
+    }
+    /// What waits for this file, with `more` behind it.
+    [[nodiscard]] std::vector<Entry> with(const std::vector<Entry>& more, const QString& path) const {
+        std::vector<Entry> all;
+        for (const auto& [name, entry] : m_entries)
+            if (name.first == path) all.push_back(entry);
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    }
+    void keep(const std::vector<Entry>& entries, const QString& path) {
+        for (const Entry& entry : entries)
+            m_entries[nameOf(entry.Section, entry.Key, path)] = entry;
+    }
+    void forget(const std::vector<Entry>& entries, const QString& path) {
+        for (const Entry& entry : entries)
+            m_entries.erase(nameOf(entry.Section, entry.Key, path));
+    }
+
+    QString fault;
+    bool isTold = false;
+
+  private:
+    using Name = std::pair<QString, QString>; // of the file; of section and key
+    static Name nameOf(const QString& section, const QString& key, const QString& path) {
+        return {path, (section.trimmed() + u'\n' + key.trimmed()).toCaseFolded()};
+    }
+    std::map<Name, Entry> m_entries;
+};
+
 CSystem::CSystem()
-    : m_files(std::make_unique<Files>()) {}
+    : m_files(std::make_unique<Files>())
+    , m_unwritten(std::make_unique<Unwritten>()) {}
 CSystem::~CSystem() = default;
 
 QString CSystem::ReadProfileString(const QString& Section, const QString& Key, const QString& File) const {
-    QString value = m_files->get(File).value(Section, Key);
+    const QString* unwritten = m_unwritten->find(Section, Key, File);
+    QString value = unwritten ? *unwritten : m_files->get(File).value(Section, Key);
     if (value.size() > valueLimit) {
         value.truncate(valueLimit);
         if (value.back().isHighSurrogate()) value.chop(1);
@@ -101,16 +140,38 @@ void CSystem::WriteProfileStrings(const std::vector<Entry>& Entries, const QStri
     for (const Entry& entry : Entries)
         ini.setValue(entry.Section, entry.Key, entry.Value);
     const QByteArray after = ini.bytes();
-    if (info.exists() && after == before) return;
+    if (info.exists() && after == before) return m_unwritten->forget(Entries, File);
     if (info.exists() && !info.isWritable()) fail(70, u"Zugriff verweigert"_s);
 
     // The whole new file is written beside the old one and then takes its place, with its permissions.
     QSaveFile file(File);
     m_files->forget(File);
     errno = 0;
-    if (file.open(QIODevice::WriteOnly) && file.write(after) == after.size() && file.commit()) return;
+    if (file.open(QIODevice::WriteOnly) && file.write(after) == after.size() && file.commit())
+        return m_unwritten->forget(Entries, File);
     const bool full = file.error() == QFileDevice::ResourceError || errno == ENOSPC;
     fail(full ? 61 : 70, full ? u"Datenträger voll"_s : u"Zugriff verweigert"_s);
+}
+
+void CSystem::KeepProfileStrings(const std::vector<Entry>& Entries, const QString& File) {
+    const std::vector<Entry> all = m_unwritten->with(Entries, File);
+    try {
+        WriteProfileStrings(all, File);
+    } catch (const RuntimeError& error) {
+        constexpr int diskFull = 61, denied = 70, noFolder = 76;
+        if (error.Number != diskFull && error.Number != denied && error.Number != noFolder) throw;
+        IniFile named; // an impossible name must not wait here and spoil every later write
+        for (const Entry& entry : Entries)
+            named.setValue(entry.Section, entry.Key, entry.Value);
+        m_unwritten->keep(all, File);
+        m_unwritten->fault = error.Description;
+        WriteLog(error.Description);
+    }
+}
+
+QString CSystem::TakeKeepFault() {
+    if (m_unwritten->fault.isEmpty() || std::exchange(m_unwritten->isTold, true)) return {};
+    return m_unwritten->fault;
 }
 
 QString CSystem::ComputerName() const {

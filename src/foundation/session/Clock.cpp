@@ -1,3 +1,4 @@
+#include <jet/Functions.h>
 #include <session/Clock.h>
 
 namespace {
@@ -9,4 +10,7 @@ std::function<QDateTime()>& replacement() {
 
 QDateTime Now() { return replacement() ? replacement()() : QDateTime::currentDateTime(); }
 
-void SetClock(std::function<QDateTime()> clock) { replacement() = std::move(clock); }
+void SetClock(std::function<QDateTime()> clock) {
+    replacement() = std::move(clock);
+    jet::setClock(replacement() ? Now : nullptr); // Date() in a statement is the till's day, too
+}

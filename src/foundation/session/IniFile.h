@@ -9,7 +9,7 @@
 /// The bytes of one ini file, line by line, so that whatever is not changed goes back as it came: comments,
 /// order, blank lines, encoding, line ends.
 ///
-/// Read like the classic profile files: "[Section]" and "Key=Value", blanks around either do not count, names
+/// What it holds: "[Section]" and "Key=Value", blanks around either do not count, names
 /// compare without case, ";" at the start of a line is a comment, a value in a pair of quotes loses them, the
 /// first of several equal keys counts.
 class IniFile {

@@ -7,15 +7,19 @@
 using namespace Qt::StringLiterals;
 
 void TellRowGone(RowGone wording) {
-    const QString somebody =
-        u" konnten nicht gefunden werden. Wahrscheinlich wurden diese durch einen anderen Benutzer gelöscht."
-        "\n\nDas System aktualisiert jetzt Ihre Ansicht."_s;
+    const QString gone =
+        u" konnten nicht gefunden werden. Wahrscheinlich wurden diese durch einen anderen Benutzer gelöscht."_s;
+    const QString somebody = gone + u"\n\nDas System aktualisiert jetzt Ihre Ansicht."_s;
     switch (wording) {
     case RowGone::Daten:
         MsgBox(u"Die angeforderten Daten"_s + somebody);
         return;
     case RowGone::IhreDaten:
         MsgBox(u"Die von Ihnen angeforderten Daten"_s + somebody);
+        return;
+    case RowGone::Bereich:
+        MsgBox(u"Die von Ihnen angeforderten Daten"_s + gone +
+               u"\nDas System aktualisiert jetzt Ihre Ansicht..."_s);
         return;
     case RowGone::Zeile:
         MsgBox(u"Das System konnte die angeforderten Daten nicht finden. Wahrscheinlich wurden diese durch "

@@ -1,5 +1,6 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
+#include <session/MsgBox.h>
 #include <session/Settings.h>
 #include <text/Convert.h>
 #include <text/RuntimeError.h>
@@ -84,13 +85,28 @@ void WriteDefaultPrinters(CSystem& system, const QString& file, const QString& d
         if (name.isEmpty() || name.toUpper() == u"DEFAULT"_s)
             missing.push_back({text(setting.section), text(setting.key), defaultPrinter});
     }
-    if (!missing.empty()) system.WriteProfileStrings(missing, file);
+    if (!missing.empty()) system.KeepProfileStrings(missing, file);
+}
+
+void KeepSetting(const QString& section, const QString& key, const QString& value) {
+    gSystem->KeepProfileStrings({{section, key, value}}, KonfigIni());
+    TellUnwrittenSettings();
+}
+
+void TellUnwrittenSettings() {
+    const QString fault = gSystem->TakeKeepFault();
+    if (fault.isEmpty()) return;
+    MsgBox(u"Einstellungen dieser Kasse können nicht gespeichert werden.\n\n"_s + fault +
+               u"\n\nDas Programm arbeitet weiter; was jetzt nicht gespeichert wird, gilt nur bis zu seinem "
+               u"Ende. "
+               "Prüfen Sie die Rechte an der Datei und ihrem Ordner."_s,
+           MsgIcon::Exclamation);
 }
 
 void ReadSettings(CSystem& system, const QString& file) {
     Entries missing;
     const auto writeBack = [&] {
-        if (!missing.empty()) system.WriteProfileStrings(missing, file);
+        if (!missing.empty()) system.KeepProfileStrings(missing, file);
     };
     for (const Setting& setting : Settings()) {
         if (setting.reader != SettingReader::StartUp) continue;

@@ -47,13 +47,18 @@ std::vector<Setting> table() {
          .kind = Integer,
          .target = &gDruckerDefault,
          .fallback = u"0"},
-        // Written where it is not read: shops rely on neither, but have the key in both places by now.
+        // Read here and written there, so each start writes it again as long as this section has none.
         {.section = drucker,
          .key = u"PrintBruttoToFormular",
          .kind = Truth,
          .target = &gPrintBruttoToFormular,
          .back = u"0",
          .backSection = global},
+        {.section = drucker,
+         .key = u"BonWartezeit",
+         .kind = Number,
+         .target = &gBonWartezeit,
+         .fallback = u"30"},
         {.section = drucker, .key = u"PdfOrdner", .kind = Folder, .reader = Elsewhere},
 
         {.section = global, .key = u"DBPath", .kind = Folder, .target = &gDBPath, .reader = Elsewhere},
@@ -181,7 +186,7 @@ std::vector<Setting> table() {
          .kind = Truth,
          .target = &gEnabledAutoClose,
          .back = u"0"},
-        // The first run switches the wrong global on; from the second start on the key decides.
+        // Where the key is missing, the run that writes it books by itself and does not search.
         {.section = service,
          .key = u"EnabledOrderSearch",
          .kind = Truth,

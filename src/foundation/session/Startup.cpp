@@ -244,6 +244,7 @@ void StartUp::loadSession() {
     splash(u"Alle Werte wurden ordnungsgemäß geladen..."_s, 300);
     m_screens.UnloadSplash();
     m_waiter.Yield();
+    TellUnwrittenSettings();
     if (const QString warning = gDB->Warning(); !warning.isEmpty()) MsgBox(warning, MsgIcon::Exclamation);
     statement(CheckSteuerUmstellung);
 }
@@ -252,10 +253,13 @@ void StartUp::findTerminal() {
     const auto read = [](const QString& section, const QString& key) {
         return gSystem->ReadProfileString(section, key, KonfigIni());
     };
+    const auto keep = [](const QString& section, const QString& key, const QString& value) {
+        gSystem->KeepProfileStrings({{section, key, value}}, KonfigIni()); // told behind the splash
+    };
     gZVTEnabled = CreateZVTObject();
     const QString told = read(u"GLOBAL"_s, u"ZVTEnabled"_s);
     if (told.isEmpty())
-        gSystem->WriteProfileString(u"GLOBAL"_s, u"ZVTEnabled"_s, gZVTEnabled ? u"1"_s : u"0"_s, KonfigIni());
+        keep(u"GLOBAL"_s, u"ZVTEnabled"_s, gZVTEnabled ? u"1"_s : u"0"_s);
     else if (told == u"0"_s)
         gZVTEnabled = false;
     if (!gZVTEnabled) return;
@@ -264,7 +268,7 @@ void StartUp::findTerminal() {
     m_waiter.Yield();
     const QString protocol = read(u"ECTerminal"_s, u"Protokoll"_s);
     gZVT->SetProtokoll(protocol == u"1"_s);
-    if (protocol.isEmpty()) gSystem->WriteProfileString(u"ECTerminal"_s, u"Protokoll"_s, u"0"_s, KonfigIni());
+    if (protocol.isEmpty()) keep(u"ECTerminal"_s, u"Protokoll"_s, u"0"_s);
     // A terminal that is still switched off answers to the first payment.
     if (gZVT->FindTerminal()) {
         splash(u"Kompatibles EC - Terminal gefunden - Version wird abgefragt..."_s, terminalMs);

@@ -85,10 +85,14 @@ std::shared_ptr<Plan> Connection::findPlan(Plan& dynaset, std::size_t dynasetLit
 }
 
 void Connection::bind(Prepared& prepared, const jet::Statement& statement,
-                      const std::vector<Value>& literals) {
+                      const std::vector<Value>& literals) const {
     int number = 0;
-    for (const jet::Parameter& parameter : statement.parameters)
-        prepared.bind(++number, jet::encode(parameter, literals));
+    for (const jet::Parameter& parameter : statement.parameters) {
+        if (parameter.encoding == jet::Encoding::Identity)
+            prepared.bindInteger(++number, m_identity);
+        else
+            prepared.bind(++number, jet::encode(parameter, literals));
+    }
 }
 
 Prepared& Connection::prepared(std::unique_ptr<Prepared>& slot, const QByteArray& sql) const {
@@ -130,12 +134,16 @@ qint64 Connection::execute(const QString& sql) {
     // the engine notices by itself. Where the old translation no longer fits, nothing was done yet.
     for (bool again = true;; again = false) {
         try {
-            Prepared& statement = prepared(plan->main, plan->statement->sql);
+            const bool numbers = kind == jet::Kind::Insert && table(plan->statement->target).autoNumber();
+            Prepared& statement =
+                prepared(plan->main, numbers ? plan->statement->sql + m_engine->returningKey() : plan->statement->sql);
             if (kind == jet::Kind::Delete) statement.allowRepeat(); // what is gone stays gone
             bind(statement, *plan->statement, literals);
             tableChanges(plan->statement->target);
             finishNoticing(statement);
-            return m_engine->affected();
+            const qint64 affected = m_engine->affected();
+            if (numbers && affected > 0) numberGiven(m_engine->lastKey());
+            return affected;
         } catch (const RuntimeError& error) {
             if (!again || error.Number != 3000 || !refreshStructure()) throw;
             plan = this->plan(sql, literals);
@@ -169,6 +177,7 @@ bool Connection::refreshStructure() {
     const qint64 version = m_engine->structureVersion();
     if (version == m_structureVersion) return false;
     m_catalogue.load(*m_engine);
+    m_engine->structureKnown(m_catalogue.all());
     m_structureVersion = version;
     m_plans.clear();
     ++m_generation;

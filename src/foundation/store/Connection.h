@@ -67,7 +67,9 @@ class Connection {
                                                  const QString& criteria,
                                                  std::vector<Value>& criteriaLiterals);
     /// Puts the literals into the prepared text that belongs to the plan's statement.
-    static void bind(Prepared& prepared, const jet::Statement& statement, const std::vector<Value>& literals);
+    void bind(Prepared& prepared, const jet::Statement& statement, const std::vector<Value>& literals) const;
+    /// A row of a table with an AutoNumber was written: the number is what @@IDENTITY answers.
+    void numberGiven(qint64 number) { m_identity = number; }
     [[nodiscard]] Prepared& prepared(std::unique_ptr<Prepared>& slot, const QByteArray& sql) const;
 
     /// Runs what gives no rows; the number of rows affected. Raises 3065 for a Select.
@@ -119,6 +121,7 @@ class Connection {
     QCache<QString, std::shared_ptr<Plan>> m_plans{1000};
     qint64 m_structureVersion = -1;
     quint64 m_generation = 1;
+    qint64 m_identity = 0;
     QHash<QString, std::shared_ptr<qint64>> m_changes; ///< how often this connection wrote to a table
     std::unique_ptr<Connection> m_scratch;             ///< an embedded store without anything in it
 };

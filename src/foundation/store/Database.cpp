@@ -182,7 +182,7 @@ void Database::ForEachRow(const QString& SQL,
         fields.push_back(field);
     }
     store::Prepared& prepared = connection.prepared(plan->main, statement.sql);
-    store::Connection::bind(prepared, statement, literals);
+    connection.bind(prepared, statement, literals);
     prepared.stream();
     store::Running running(prepared);
     bool more = running.step(); // a failure at the first row comes before any output

@@ -95,6 +95,8 @@ class Engine {
     /// True when the engine was told, without being asked, that the structure may have changed since
     /// structureVersion() was last read.
     [[nodiscard]] virtual bool heardOfChange() { return false; }
+    /// The structure as it stands now; errors are told in its names.
+    virtual void structureKnown(const std::vector<const TableDefinition*>&) {}
     /// Inside a transaction: nobody else changes the structure until it ends. Raises 3260.
     virtual void lockStructure() {}
     [[nodiscard]] virtual bool inTransaction() const = 0;

@@ -46,7 +46,7 @@ void KeySet::read(bool everything) {
     if (m_distant && !sorted) m_chunk = std::min(m_chunk, mostRows);
     const bool withRows = m_distant && !everything && m_chunk <= mostRows;
     Prepared& statement = chunkStatement(withRows);
-    Connection::bind(statement, *m_plan.statement, m_literals);
+    m_connection.bind(statement, *m_plan.statement, m_literals);
     const int next = static_cast<int>(m_plan.statement->parameters.size()) + 1;
     const qint64 limit = everything ? std::numeric_limits<qint64>::max() : m_chunk;
     statement.bindInteger(next, limit);
@@ -101,7 +101,7 @@ void KeySet::readAhead(std::size_t index) {
                                      " WHERE " + set.key + engine.amongKeys(next));
     }
     Prepared& prepared = *m_plan.rows;
-    if (m_plan.rowHasLiterals) Connection::bind(prepared, statement, m_literals);
+    if (m_plan.rowHasLiterals) m_connection.bind(prepared, statement, m_literals);
     QStringList keys;
     for (std::size_t i = index; i < m_aheadEnd; ++i)
         keys.append(QString::number(m_keys[i]));
@@ -121,7 +121,7 @@ bool KeySet::freshRow(qint64 key, std::vector<Value>& row) const {
                                     '=' + engine.parameter(next, Type::Long));
     }
     Prepared& prepared = *m_plan.row;
-    if (m_plan.rowHasLiterals) Connection::bind(prepared, statement, m_literals);
+    if (m_plan.rowHasLiterals) m_connection.bind(prepared, statement, m_literals);
     prepared.bindInteger(next, key);
     Running running(prepared);
     if (!running.step()) return false;

@@ -112,6 +112,7 @@ void Recordset::Impl::insertBuffer() {
     m_connection->tableChanges(m_plan->base->table.name);
     const qint64 key = insertAnyhow(*prepared);
     m_lastModified = key;
+    if (m_plan->base->autoNumber()) m_connection->numberGiven(key);
     // A set that is not read to its end meets the new row by itself.
     if (m_started && m_keys->complete()) {
         const bool counted = m_seen == m_keys->known();

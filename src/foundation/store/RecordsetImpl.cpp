@@ -62,7 +62,7 @@ void Recordset::Impl::readFixed() {
     m_fixed.clear();
     const jet::Statement& statement = *m_plan->statement;
     store::Prepared& prepared = m_connection->prepared(m_plan->main, statement.sql);
-    store::Connection::bind(prepared, statement, m_literals);
+    m_connection->bind(prepared, statement, m_literals);
     const int before = prepared.reprepared();
     for (store::Running row(prepared); row.step();) {
         std::vector<Value> values;
@@ -224,7 +224,7 @@ void Recordset::Impl::findFirst(const QString& criteria) {
     std::vector<Value> literals = m_literals;
     literals.insert(literals.end(), criteriaLiterals.begin(), criteriaLiterals.end());
     store::Prepared& prepared = m_connection->prepared(find->main, find->statement->sql);
-    store::Connection::bind(prepared, *find->statement, literals);
+    m_connection->bind(prepared, *find->statement, literals);
     store::Running row(prepared);
     m_noMatch = !row.step();
     if (m_noMatch) return;

@@ -210,7 +210,7 @@ class Reader {
             if (!point) return false;
         }
         if (a.length > 2 || b.length > 2) return false;
-        const int year = QDate::currentDate().year();
+        const int year = CurrentYear();
         if (auto date = validDate(year, b.value, a.value)) return take(date);
         return take(validDate(year, a.value, b.value));
     }
@@ -240,7 +240,7 @@ class Reader {
     bool readYear(int day, int month) {
         if (!mark(u'.')) mark(u'-');
         if (is(Token::Number) && !isMark(u':', 1)) return take(validDate(century(next()), month, day));
-        return take(validDate(QDate::currentDate().year(), month, day));
+        return take(validDate(CurrentYear(), month, day));
     }
 
     const Tokens& m_tokens;

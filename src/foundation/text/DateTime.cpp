@@ -16,6 +16,9 @@ DateTime fromDaySeconds(qint64 day, qint64 seconds) {
     return {day < 0 ? static_cast<double>(day) - fraction : static_cast<double>(day) + fraction};
 }
 
+int systemYear() { return QDate::currentDate().year(); }
+int (*currentYear)() = systemYear;
+
 struct Split {
     qint64 day = 0;
     int seconds = 0;
@@ -39,6 +42,9 @@ QDate dateOf(const Split& s) { return s.valid ? QDate::fromJulianDay(epoch + s.d
 QTime timeOf(const Split& s) { return s.valid ? QTime::fromMSecsSinceStartOfDay(s.seconds * 1000) : QTime(); }
 
 } // namespace
+
+int CurrentYear() { return currentYear(); }
+void SetCurrentYear(int (*year)()) { currentYear = year ? year : systemYear; }
 
 DateTime DateTime::fromQDateTime(const QDateTime& value) {
     if (!value.isValid()) RaiseInvalidCall();

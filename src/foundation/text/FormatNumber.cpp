@@ -223,11 +223,17 @@ QString formatNumber(Digits n, QStringView format) {
     const Sections sections = split(format);
     QStringView section = sections.part[0];
     bool ownSign = true;
-    if (n.isZero() && sections.has(2)) {
-        section = sections.part[2];
-    } else if (n.negative && sections.has(1)) {
+    if (n.negative && !n.isZero() && sections.has(1)) {
         section = sections.part[1];
         ownSign = false;
+    }
+    if (sections.has(2)) { // also for what its own section would show as zero
+        Digits shown = n;
+        if (const Shape shape(section); shape.hasPlaces()) static_cast<void>(fit(shown, shape));
+        if (shown.isZero()) {
+            section = sections.part[2];
+            n.negative = false;
+        }
     }
     if (section.isEmpty()) return plainText(n, u',');
     const Shape shape(section);

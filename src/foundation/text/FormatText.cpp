@@ -9,7 +9,12 @@ namespace {
 struct TextShape {
     int places = 0;
     bool fromLeft = false;
-    Case letters = Case::Kept;
+    bool lower = false, upper = false;
+
+    /// Both together leave the letters as they are.
+    [[nodiscard]] Case letters() const {
+        return lower == upper ? Case::Kept : lower ? Case::Lower : Case::Upper;
+    }
 
     explicit TextShape(QStringView section) {
         Scanner scanner(section);
@@ -17,8 +22,8 @@ struct TextShape {
         while (const char16_t c = scanner.next(literal)) {
             if (c == u'@' || c == u'&') ++places;
             if (c == u'!') fromLeft = true;
-            if (c == u'<') letters = Case::Lower;
-            if (c == u'>') letters = Case::Upper;
+            lower = lower || c == u'<';
+            upper = upper || c == u'>';
         }
     }
 };
@@ -30,7 +35,7 @@ QString formatText(QStringView text, QStringView format) {
     if (text.isEmpty()) return sections.has(1) ? literalText(sections.part[1]) : QString();
     const QStringView section = sections.part[0];
     const TextShape shape(section);
-    const QString letters = inCase(text, shape.letters);
+    const QString letters = inCase(text, shape.letters());
     if (shape.places == 0 && section.isEmpty()) return letters;
 
     const int size = static_cast<int>(letters.size());

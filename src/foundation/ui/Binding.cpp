@@ -33,13 +33,21 @@ bool IsEmpty(const QLineEdit* box) { return box->text().trimmed().isEmpty(); }
 bool IsEmpty(const QComboBox* box) { return box->currentText().trimmed().isEmpty(); }
 
 void Binding::text(QLineEdit* box, QString& field, int most) {
+    exact(box, field, most);
+    m_ties.back().take = [box, &field] {
+        field = box->text().trimmed();
+        return true;
+    };
+}
+
+void Binding::exact(QLineEdit* box, QString& field, int most) {
     if (most > 0) box->setMaxLength(most);
     m_ties.push_back({[box, &field] {
                           box->setText(field);
                           box->setCursorPosition(0);
                       },
                       [box, &field] {
-                          field = box->text().trimmed();
+                          field = box->text();
                           return true;
                       }});
 }

@@ -1,9 +1,10 @@
-#include <session/Clock.h>
 #include <session/Globals.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <ui/DigitPad.h>
 #include <ui/Form.h>
+#include <ui/Help.h>
+#include <ui/ShowModal.h>
 #include <ui/Theme.h>
 #include <ui/UserSettings.h>
 
@@ -19,6 +20,7 @@
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -132,8 +134,15 @@ AreaForm::~AreaForm() = default;
 
 void AreaForm::setUpArea(const std::vector<Menu>& menus, const std::vector<QString>& bar) {
     const Theme& t = Theme::Current();
+    m_commands.add({u"HelpIndex"_s, u"&Bedienungsanleitung"_s, {}, u"F1"_s, &ShowHelp});
+    m_commands.add({u"HelpWeb"_s, u"Merivane im &Web"_s, {}, {}, [] { OpenWithSystem(QUrl(gDefaultUrl)); }});
+    m_commands.add({u"HelpInfo"_s, u"&Info..."_s, {}, {}, [this] {
+                        frmAbout about(this);
+                        ShowModal(about);
+                    }});
     for (const Menu& menu : menus)
         m_commands.fillMenu(*menuBar()->addMenu(menu.title), menu.keys);
+    m_commands.fillMenu(*menuBar()->addMenu(u"&Hilfe"_s), {u"HelpIndex"_s, u"HelpWeb"_s, {}, u"HelpInfo"_s});
 
     // The bar stands above what the layout made, under the menus.
     QWidget* page = takeCentralWidget();

@@ -41,6 +41,8 @@ PictureField::PictureField(QWidget* parent)
     : PictureLabel(parent) {
     setAlignment(Qt::AlignCenter);
     setWordWrap(true);
+    // The picture follows the room, and never the room the picture.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     setAcceptDrops(true);
 }
 

@@ -161,6 +161,11 @@ void WizardPane::resizeEvent(QResizeEvent* event) {
     place();
 }
 
+void WizardPane::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    place(); // a page that was hidden had no typeface of its own yet
+}
+
 void WizardPane::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) place();
@@ -370,17 +375,18 @@ void WizardForm::setUpWizard() {
         guard()([&] {
             if (!mayLeave(pane)) return;
             m_wizard->NextPane();
-            entered(m_wizard->paneNumber());
+            arrive();
         });
     });
     connect(m_wizard, &WizardCtl::BackClick, this, [this] {
         guard()([&] {
             m_wizard->PreviousPane();
-            entered(m_wizard->paneNumber());
+            arrive();
         });
     });
     connect(m_wizard, &WizardCtl::FinishClick, this, [this] {
         if (!guard()([this] { finish(); })) m_wizard->Error();
+        if (m_wizard->cancelKey()->isEnabled()) m_wizard->cancelKey()->setFocus();
     });
     connect(m_wizard, &WizardCtl::CancelClick, this, &WizardForm::reject);
 }
@@ -400,5 +406,11 @@ void WizardForm::keyPressEvent(QKeyEvent* event) {
 
 void WizardForm::showEvent(QShowEvent* event) {
     FormDialog::showEvent(event);
-    guard()([this] { entered(m_wizard->paneNumber()); });
+    guard()([this] { arrive(); });
+}
+
+// The focus must not stay on a key that leads elsewhere: Enter goes on.
+void WizardForm::arrive() {
+    if (TouchKey* forward = m_wizard->forwardKey()) forward->setFocus();
+    entered(m_wizard->paneNumber());
 }

@@ -1,10 +1,12 @@
 #include "ui_frmFormularEdit.h"
 
+#include <devices/Printers.h>
 #include <page/VSPrinter.h>
 #include <printing/Sample.h>
 #include <printing/ui/frmFormularEdit.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
+#include <templates/TemplateCheck.h>
 #include <templates/Units.h>
 #include <text/RuntimeError.h>
 #include <ui/Pointer.h>
@@ -74,8 +76,17 @@ void frmFormularEdit::bindKeys() {
 }
 
 bool frmFormularEdit::Open(const QString& path, const QString& printer) {
-    if (!m_document.open(path)) {
-        MsgBox(u"Die Druckvorlage konnte nicht geöffnet werden."_s, MsgIcon::Critical);
+    const QString refusal = u"Die Druckvorlage konnte nicht geöffnet werden."_s;
+    switch (m_document.open(path)) {
+    case TemplateDocument::Opened::Yes:
+        break;
+    case TemplateDocument::Opened::NotLoaded:
+        MsgBox(refusal, MsgIcon::Critical);
+        return false;
+    case TemplateDocument::Opened::NoTemplate:
+        MsgBox(refusal + u"\n\nIn \"%1\" fehlen die Schlüssel, die einen Beleg beschreiben, zum Beispiel "
+                         "\"tabelle_gpreis_width\"."_s.arg(QFileInfo(path).fileName()),
+               MsgIcon::Critical);
         return false;
     }
     m_printer = printer;
@@ -126,6 +137,10 @@ void frmFormularEdit::testPrint() {
         MsgBox(u"Für diese Druckvorlage ist kein Drucker eingerichtet."_s);
         return;
     }
+    if (const QString fault = whyNot(); !fault.isEmpty()) {
+        MsgBox(fault);
+        return;
+    }
     const WaitCursor wait;
     VSPrinter printer;
     printer.Device(m_printer);
@@ -134,8 +149,15 @@ void frmFormularEdit::testPrint() {
     MsgBox(u"Der Probedruck wurde an \"%1\" gegeben."_s.arg(m_printer));
 }
 
+QString frmFormularEdit::whyNot() const {
+    const bool ownPaper = paperSize(m_document.list()).isEmpty() && !m_printer.isEmpty();
+    const QString fault =
+        templateFault(m_document.list(), m_document.kind(), ownPaper ? PrinterPaper(m_printer) : QSizeF());
+    return fault.isEmpty() ? QString() : u"Mit dieser Druckvorlage kann nicht gedruckt werden. "_s + fault;
+}
+
 void frmFormularEdit::renderPreview() {
-    QString fault;
+    QString fault = whyNot();
     try {
         VSPrinter printer;
         RenderSample(printer, m_document.list(), m_document.kind());

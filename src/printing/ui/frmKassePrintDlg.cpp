@@ -1,10 +1,10 @@
 #include "ui_frmKassePrintDlg.h"
 
 #include <printing/ui/frmKassePrintDlg.h>
-#include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
+#include <session/Settings.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 #include <ui/TouchSpin.h>
@@ -67,7 +67,7 @@ void frmKassePrintDlg::reject() {
 void frmKassePrintDlg::setKopies(int copies) {
     m_ui->txtKopie->setText(QString::number(copies));
     gDruckerKopies = copies;
-    gSystem->WriteProfileString(u"DRUCKER"_s, u"Kopies"_s, QString::number(copies), KonfigIni());
+    KeepSetting(u"DRUCKER"_s, u"Kopies"_s, QString::number(copies));
 }
 
 bool frmKassePrintDlg::handlePress(int key) {

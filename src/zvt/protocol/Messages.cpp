@@ -56,6 +56,14 @@ void collectLines(const std::vector<Tlv>& objects, Charset charset, QStringList&
     }
 }
 
+/// What it tells the cashier: the text of the error, and the additional text that many send instead.
+QString ownWords(const Bitmaps& fields, Charset charset) {
+    const QString error = textOf(fields.container, tagErrorText, charset).simplified();
+    const QByteArray* additional = fields.find(0x3C);
+    const QString words = additional ? decodeText(*additional, charset).simplified() : QString();
+    return error.isEmpty() ? words : withOwnWords(error, words);
+}
+
 bool agree(const QString& a, const QString& b) { return a.isEmpty() || b.isEmpty() || a == b; }
 
 } // namespace
@@ -87,7 +95,7 @@ StatusInfo readStatus(const Apdu& apdu, Charset charset) {
     info.date = digits(fields, 0x0D);
     info.time = digits(fields, 0x0C);
     info.cardName = cardNameOf(fields, charset);
-    info.text = textOf(fields.container, tagErrorText, charset);
+    info.text = ownWords(fields, charset);
     return info;
 }
 
@@ -148,6 +156,10 @@ TerminalInfo readTerminal(const Apdu& apdu, Charset charset) {
     return info;
 }
 
+QString withOwnWords(const QString& reason, const QString& own) {
+    return own.isEmpty() || reason.contains(own, Qt::CaseInsensitive) ? reason : reason + u": "_s + own;
+}
+
 Failure readFailure(const Apdu& apdu, Charset charset) {
     Failure failure;
     if (apdu.cls == 0x84)
@@ -158,8 +170,7 @@ Failure readFailure(const Apdu& apdu, Charset charset) {
     if (apdu.cls == 0x06) {
         // A wrong currency is followed by the one that the terminal takes.
         const qsizetype skip = failure.code == 0x6F && apdu.data.size() >= 3 && apdu.data[1] != 0x06 ? 3 : 1;
-        const QString own = textOf(decodeBitmaps(apdu.data.mid(skip)).container, tagErrorText, charset);
-        if (!own.isEmpty()) failure.text += u": "_s + own;
+        failure.text = withOwnWords(failure.text, ownWords(decodeBitmaps(apdu.data.mid(skip)), charset));
     }
     return failure;
 }

@@ -10,6 +10,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -133,6 +134,25 @@ TEST_F(frmFormularEditTest, WhatIsNoTemplateIsRefused) {
                              MsgAnswer::OK, u"Systemmeldung..."_s);
         EXPECT_FALSE(form.Open(folder.filePath(name), {}));
     }
+    PropertiesList colours;
+    colours.insert(u"", {u"farbe"_s, {}, {}, PropertyType::Text, u"rot"_s, {}, {}});
+    ASSERT_TRUE(colours.Save(folder.filePath(u"farben.pld"_s)));
+    dialogs.expectMsgBox(u"Die Druckvorlage konnte nicht geöffnet werden.\n\nIn \"farben.pld\" fehlen...*"_s,
+                         MsgIcon::Critical);
+    EXPECT_FALSE(form.Open(folder.filePath(u"farben.pld"_s), {}));
+}
+
+TEST_F(frmFormularEditTest, AColumnBeyondThePaperIsToldAndNotPrinted) {
+    open(u"Kassenbon.pld"_s, u"Bondrucker"_s);
+    const auto& fault = control<QLabel>(form, u"lblFault"_s);
+    EXPECT_FALSE(fault.isVisible());
+    ASSERT_TRUE(grid().select(u"tabelle_artikelname_width"_s));
+    grid().list().setFocus();
+    typeText(form, u"9"_s);
+    EXPECT_TRUE(waitFor([&] { return fault.isVisible(); }));
+    EXPECT_TRUE(fault.text().contains(u"\"tabelle_artikelname_width\""_s)) << qPrintable(fault.text());
+    dialogs.expectMsgBox(fault.text());
+    clickOn(form, u"cmdTestPrint"_s);
 }
 
 TEST_F(frmFormularEditTest, ATestPrintNeedsAPrinter) {

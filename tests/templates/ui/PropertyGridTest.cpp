@@ -24,7 +24,7 @@ class PropertyGridTest : public testing::Test {
     void open(const QString& name) {
         const QString path = folder.filePath(name);
         ASSERT_TRUE(QFile::copy(shippedTemplateFor(name), path));
-        ASSERT_TRUE(document.open(path));
+        ASSERT_EQ(document.open(path), TemplateDocument::Opened::Yes);
         grid.setDocument(document);
         showForm(grid);
         grid.list().setFocus();

@@ -25,8 +25,6 @@ enum class LoginResult {
 /// For frmLogin: fills gUser as soon as the person was found, so gUser counts only after Done.
 LoginResult Anmelden(const QString& Key, const QString& PIN);
 
-/// For frmDesktopLogin: everybody, blocked ones too.
-[[nodiscard]] std::vector<LoginEntry> LoadAllUsers();
 /// For frmDesktopLogin: fills gKassenUser only when the PIN is right. Its Result is 1 after Done and 0 after
 /// a refusal; NotFound leaves it as it is.
 LoginResult KassenAnmelden(const QString& Key, const QString& PIN);

@@ -22,11 +22,20 @@ struct LineSettings {
 [[nodiscard]] LineSettings ParseLineSettings(QStringView text);
 
 /// The device text of a port number of the settings: "COM1:9600,n,8,1" for 1, and so on; "lpt1:" and "lpt2:"
-/// for 10 and 11; "" for any other. 9 reaches the port 8: shops have wired their drawers to that.
+/// for 10 and 11; "" for any other. 9 reaches the port 8, as docs/settings.md tells.
 [[nodiscard]] QString GetPortText(int Port);
 
-/// A port for the time of one message: opened, written, drained, closed. Never blocks: a device that takes no
-/// byte for a second is a failure.
+/// What a port asks while its device takes nothing.
+class PortPatience {
+  public:
+    virtual ~PortPatience() = default;
+    /// Asked many times a second, with the milliseconds since the last byte went out. False gives the message
+    /// up.
+    [[nodiscard]] virtual bool GoOn(int stillMs) = 0;
+};
+
+/// A port for the time of one message: opened, written, drained, closed. A device that takes no byte for a
+/// second is a failure, unless the one who writes brings more patience.
 ///
 ///     Port port(u"COM1"_s);
 ///     port.write(bytes);
@@ -36,7 +45,9 @@ class Port {
     /// Opens `name`. Without `settings` the line keeps the parameters that are set on the device outside the
     /// program. A path that is no device is a plain file to whose end the bytes go; outside the system's
     /// device folder it is made when missing. Raises 52 name, 68 no such device, 70 no right to it or in use.
-    explicit Port(const QString& name, const std::optional<LineSettings>& settings = {});
+    /// `patience` must live as long as the port.
+    explicit Port(const QString& name, const std::optional<LineSettings>& settings = {},
+                  PortPatience* patience = nullptr);
     /// Gives up what has not been sent yet. Never raises.
     ~Port();
     Port(const Port&) = delete;

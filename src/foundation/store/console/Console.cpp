@@ -252,8 +252,9 @@ int run(const QStringList& arguments) {
             return 2;
         }
         if (words.size() == 2) return runOne(db, words.at(1), options);
+        // Through the descriptor: the stream's own way of reading lines ends at a NUL.
         QFile input;
-        if (!input.open(stdin, QIODevice::ReadOnly)) return 2;
+        if (!input.open(fileno(stdin), QIODevice::ReadOnly)) return 2;
         return options.json ? runJsonLines(db, input, options) : runLines(db, input, options);
     } catch (const RuntimeError& error) {
         complain(error);

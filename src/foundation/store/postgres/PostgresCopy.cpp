@@ -37,8 +37,10 @@ void append(QByteArray& line, const Value& value) {
 /// The server's own way for many rows.
 class CopySink final : public RowSink {
   public:
-    CopySink(PostgresLink& link, const QByteArray& table, const QByteArrayList& columns)
+    CopySink(PostgresLink& link, const Counters& counters, const QByteArray& table,
+             const QByteArrayList& columns)
         : m_link(link)
+        , m_counters(counters)
         , m_epoch(link.epoch())
         , m_table(table) {
         const QByteArray sql = "COPY " + table + " (" + columns.join(", ") + ") FROM STDIN";
@@ -95,10 +97,11 @@ class CopySink final : public RowSink {
     }
     [[noreturn]] void fail(const PGresult* result) {
         if (PQstatus(m_link.handle()) != CONNECTION_OK) raiseLostTransaction();
-        raisePostgres(result);
+        raisePostgres(result, m_counters);
     }
 
     PostgresLink& m_link;
+    const Counters& m_counters;
     quint64 m_epoch;
     QByteArray m_table;
     QByteArray m_waiting;
@@ -112,7 +115,7 @@ std::unique_ptr<RowSink> PostgresEngine::rowSink(const TableDefinition& table) {
     QByteArrayList columns;
     for (const jet::Column& column : table.table.columns)
         columns.append(identifier(column.name));
-    return std::make_unique<CopySink>(m_link, identifier(table.table.name), columns);
+    return std::make_unique<CopySink>(m_link, m_counters, identifier(table.table.name), columns);
 }
 
 } // namespace store

@@ -16,6 +16,12 @@ namespace {
 constexpr int patience = 5000; ///< milliseconds that a lost connection is tried for
 constexpr std::size_t mostDiscarded = 30;
 
+// Without its quotes.
+QString serverName(const QString& name) {
+    const QByteArray quoted = jet::postgresName(name);
+    return QString::fromUtf8(quoted.mid(1, quoted.size() - 2)).replace(u"\"\""_s, u"\""_s);
+}
+
 bool failed(const PGresult* result) {
     const ExecStatusType status = PQresultStatus(result);
     return status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK && status != PGRES_EMPTY_QUERY;
@@ -66,12 +72,26 @@ void PostgresEngine::forget(PostgresPrepared& statement) noexcept {
 void PostgresEngine::ready() {
     if (m_link.readingRows()) raise(3219);
     if (m_broken) raiseLostTransaction();
-    if (m_link.alive()) return;
+    if (m_link.alive()) return tellYear();
     if (m_transaction) {
         m_broken = true;
         raiseLostTransaction();
     }
     reconnect();
+}
+
+// The till's clock counts, also when its year is another by now. What a transaction sets goes with it when it
+// is taken back.
+void PostgresEngine::tellYear() {
+    const int year = CurrentYear();
+    if (year == m_yearTold || m_transaction) return;
+    try {
+        ask("SET merivane.year = " + QByteArray::number(year));
+        m_yearTold = year;
+    } catch (const LostConnection&) {
+        m_link.close();
+        reconnect();
+    }
 }
 
 void PostgresEngine::reconnect() {
@@ -162,7 +182,7 @@ bool PostgresEngine::tryStatement(PostgresPrepared& statement, bool mayPrepareAn
         statement.m_epoch = 0;
         return false;
     }
-    raisePostgres(fault->get());
+    raisePostgres(fault->get(), m_counters);
 }
 
 void PostgresEngine::startStream(PostgresPrepared& statement) {
@@ -176,7 +196,7 @@ void PostgresEngine::startStream(PostgresPrepared& statement) {
         for (const PostgresResult& result : m_link.roundTrip(orders))
             if (failed(result.get())) {
                 endRows();
-                raisePostgres(result.get());
+                raisePostgres(result.get(), m_counters);
             }
         statement.m_epoch = m_link.epoch();
     }
@@ -189,7 +209,7 @@ PostgresResult PostgresEngine::nextRow(PostgresPrepared& statement, bool first) 
             PostgresResult row = m_link.nextRow();
             if (row && PQresultStatus(row.get()) != PGRES_SINGLE_TUPLE) {
                 endRows();
-                raisePostgres(row.get());
+                raisePostgres(row.get(), m_counters);
             }
             return row;
         } catch (const LostConnection& how) {
@@ -223,7 +243,7 @@ void PostgresEngine::take(PostgresPrepared& statement, PostgresResult result) {
 
 PostgresResult PostgresEngine::ask(const QByteArray& sql) {
     PostgresResult result = m_link.simple(sql);
-    if (failed(result.get())) raisePostgres(result.get());
+    if (failed(result.get())) raisePostgres(result.get(), m_counters);
     return result;
 }
 
@@ -296,6 +316,13 @@ qint64 PostgresEngine::structureVersion() {
 bool PostgresEngine::heardOfChange() {
     if (m_link.readingRows() || m_broken || !m_link.alive()) return false; // the next statement sees to it
     return m_reconnected || m_link.told() != m_toldSeen;
+}
+
+void PostgresEngine::structureKnown(const std::vector<const TableDefinition*>& tables) {
+    m_counters.clear();
+    for (const TableDefinition* table : tables)
+        if (const jet::Column* counter = table->autoNumber())
+            m_counters.insert(serverName(table->table.name), counter->name);
 }
 
 void PostgresEngine::lockStructure() {

@@ -32,6 +32,7 @@ class PostgresEngine final : public Engine {
     qint64 lastKey() const override { return m_lastKey; }
     qint64 structureVersion() override;
     bool heardOfChange() override;
+    void structureKnown(const std::vector<const TableDefinition*>& tables) override;
     void lockStructure() override;
     bool inTransaction() const override { return m_transaction; }
     void begin() override;
@@ -78,6 +79,7 @@ class PostgresEngine final : public Engine {
     /// Makes sure that there is a connection, outside a transaction a new one if need be.
     void ready();
     void reconnect();
+    void tellYear();
     [[noreturn]] void lost(const LostConnection& how, bool writes);
     /// One try; false when the text has to be prepared anew first.
     [[nodiscard]] bool tryStatement(PostgresPrepared& statement, bool mayPrepareAnew);
@@ -112,6 +114,8 @@ class PostgresEngine final : public Engine {
     qint64 m_toldSeen = 0;
     bool m_reconnected = false;
     quint64 m_names = 0;
+    Counters m_counters;
+    int m_yearTold = 0;
     PostgresPrepared* m_streaming = nullptr;
     std::vector<QByteArray> m_discarded; ///< names that the server may forget
     std::unique_ptr<Prepared> m_structureVersion;

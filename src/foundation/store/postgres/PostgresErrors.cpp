@@ -23,19 +23,20 @@ QString field(const PGresult* result, int code) {
 }
 
 // "Key (\"Nummer\")=(4711) already exists": the columns are all that a person needs.
-QString keyOf(const PGresult* result) {
+QString keyOf(const PGresult* result, const Counters& counters) {
     const QString detail = field(result, PG_DIAG_MESSAGE_DETAIL);
     const qsizetype open = detail.indexOf(u'(');
     const qsizetype close = detail.indexOf(u")=", open);
     if (open < 0 || close < 0) return field(result, PG_DIAG_CONSTRAINT_NAME);
-    return detail.mid(open + 1, close - open - 1).remove(u'"');
+    const QString columns = detail.mid(open + 1, close - open - 1).remove(u'"');
+    return columns == u"_rowid_" ? counters.value(field(result, PG_DIAG_TABLE_NAME), columns) : columns;
 }
 
 // States of class 57P and 08 also come without the connection's end, e.g. from a pooler.
-[[noreturn]] void raiseState(const QString& state, const PGresult* result) {
+[[noreturn]] void raiseState(const QString& state, const PGresult* result, const Counters& counters) {
     const QString message = field(result, PG_DIAG_MESSAGE_PRIMARY);
     const auto is = [&](const char16_t* wanted) { return state == QStringView(wanted); };
-    if (is(u"23505")) raise(3022, keyOf(result));
+    if (is(u"23505")) raise(3022, keyOf(result, counters));
     if (is(u"23502")) raise(3314, field(result, PG_DIAG_COLUMN_NAME));
     if (is(u"23514")) raiseCheck(field(result, PG_DIAG_CONSTRAINT_NAME));
     if (is(u"22012")) RaiseDivisionByZero();
@@ -67,12 +68,12 @@ void raiseTold(int number, const QString& description) {
     throw RuntimeError(number, description, u"Store"_s);
 }
 
-void raisePostgres(const PGresult* result) {
+void raisePostgres(const PGresult* result, const Counters& counters) {
     const QString state = field(result, PG_DIAG_SQLSTATE);
     bool digits = false;
     if (const int number = state.mid(1).toInt(&digits); digits && state.startsWith(u'J'))
         throw RuntimeError(number, field(result, PG_DIAG_MESSAGE_PRIMARY), u"Store"_s);
-    raiseState(state, result);
+    raiseState(state, result, counters);
 }
 
 bool isStalePlan(const PGresult* result) {

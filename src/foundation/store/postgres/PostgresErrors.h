@@ -2,6 +2,7 @@
 
 #include <text/RuntimeError.h>
 
+#include <QHash>
 #include <QString>
 
 typedef struct pg_result PGresult;
@@ -11,9 +12,12 @@ namespace store {
 /// Raises a fault of the server's side with its own words.
 [[noreturn]] void raiseTold(int number, const QString& description);
 
+/// By the server's names of the tables, the column that a table's row key is made of.
+using Counters = QHash<QString, QString>;
+
 /// Raises what a failed statement means to the program: the dialect's functions report their number as the
 /// state "Jnnnn", everything else is told from the server's own state.
-[[noreturn]] void raisePostgres(const PGresult* result);
+[[noreturn]] void raisePostgres(const PGresult* result, const Counters& counters);
 
 /// True when preparing the text anew may help.
 [[nodiscard]] bool isStalePlan(const PGresult* result);

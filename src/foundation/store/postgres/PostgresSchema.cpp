@@ -98,7 +98,8 @@ void PostgresEngine::setUp() {
                      " SET default_transaction_isolation = 'read committed';" +
                      QByteArray(wishes);
     if (readOnly()) sql += "; SET default_transaction_read_only = on";
-    ask(sql);
+    m_yearTold = CurrentYear();
+    ask(sql + "; SET merivane.year = " + QByteArray::number(m_yearTold));
     if (m_place == Place::New) return;
     takeHold();
     if (readOnly()) return;

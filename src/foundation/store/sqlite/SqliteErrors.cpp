@@ -24,6 +24,13 @@ QString columnOf(const QString& message) {
     return what.mid(what.indexOf(u'.') + 1);
 }
 
+QString columnsOf(const QString& message) {
+    QStringList columns = behindColon(message).split(u", "_s);
+    for (QString& column : columns)
+        column = column.mid(column.indexOf(u'.') + 1);
+    return columns.join(u", "_s);
+}
+
 // The checks are length("Column")<=30 and length("Column")>0; see the engine's tableSql.
 [[noreturn]] void raiseCheck(const QString& message) {
     static const QRegularExpression pattern(u"length\\(\"(.*)\"\\)(<=|>)"_s,
@@ -44,7 +51,7 @@ QString columnOf(const QString& message) {
         if (message.contains(u"REAL value in INT"_s)) RaiseOverflow();
         raise(3421, message.mid(message.lastIndexOf(u'.') + 1));
     default:
-        raise(3022, behindColon(message));
+        raise(3022, columnsOf(message));
     }
 }
 

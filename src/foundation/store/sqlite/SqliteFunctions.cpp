@@ -8,6 +8,7 @@
 
 #include <QVarLengthArray>
 
+#include <cmath>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -134,6 +135,16 @@ void finishAggregate(sqlite3_context* context) {
     });
 }
 
+// jet_real(x): what an operation of doubles gave, as long as it is a number.
+void checkReal(sqlite3_context* context, int, sqlite3_value** values) {
+    auto* pending = static_cast<PendingError*>(sqlite3_user_data(context));
+    guarded(context, *pending, [&] {
+        if (sqlite3_value_type(values[0]) == SQLITE_FLOAT && !std::isfinite(sqlite3_value_double(values[0])))
+            RaiseOverflow();
+        sqlite3_result_value(context, values[0]);
+    });
+}
+
 // store_convert(value, "Text", "Long", "Column"): what a column keeps when its type changes.
 void convertColumn(sqlite3_context* context, int, sqlite3_value** values) {
     auto* pending = static_cast<PendingError*>(sqlite3_user_data(context));
@@ -211,6 +222,8 @@ void registerFunctions(sqlite3* db, PendingError& pending) {
                                          new AggregateData{&aggregate, &pending}, nullptr, stepAggregate,
                                          finishAggregate,
                                          [](void* data) { delete static_cast<AggregateData*>(data); }));
+    check(sqlite3_create_function_v2(db, "jet_real", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS,
+                                     &pending, checkReal, nullptr, nullptr, nullptr));
     check(sqlite3_create_function_v2(db, "store_convert", 4, SQLITE_UTF8 | SQLITE_DETERMINISTIC, &pending,
                                      convertColumn, nullptr, nullptr, nullptr));
     check(sqlite3_create_collation_v2(db, jet::collationName, SQLITE_UTF8, nullptr, compareGerman, nullptr));

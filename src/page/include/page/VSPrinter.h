@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class PageDocument;
@@ -73,6 +74,10 @@ class VSPrinter {
     void CurrentY(int twips);
     [[nodiscard]] int CurrentY() const;
 
+    /// Joins the words beside it, so that no line ends between them; printed as a blank. What is joined is
+    /// never broken in a cell: where its column is too narrow it is written smaller, down to half its size.
+    static constexpr QChar joint{0x00A0};
+
     /// Prints a text, wrapped between CurrentX and the right margin, and goes to the line below it and back
     /// to the left margin. Line breaks in the text are kept; an empty text is an empty line. A word that is
     /// longer than a line is broken. Where less than 1 cm is left, lines run on beyond the margin instead.
@@ -97,6 +102,9 @@ class VSPrinter {
     /// that does not fit on the page goes to the next one as a whole, or in parts when no page holds it.
     /// A table that is wider than the page is drawn as it is. Raises 5 for a format that is none.
     void AddTable(const QString& format, const QString& header, const QString& row);
+    /// What `put` puts stands on one page: where it would cross the end of this one and a page can hold it,
+    /// it begins on a new one. `put` may be called twice and must do the same each time. Not within a table.
+    void KeepTogether(const std::function<void()>& put);
     /// A text from outside as the content of one cell: a "|" in it is printed and parts no cells.
     [[nodiscard]] static QString CellText(const QString& text);
 

@@ -33,8 +33,9 @@ void Print_BON(int RechnungID);
 
 /// A booked document as a form on gFormularDrucker, laid out by the template `FileName` in gDBPath,
 /// gDruckerKopies times. `kind` 0 is a receipt or an invoice, 1 an offer, 2 a delivery note. With
-/// gAskSchlussText each copy of kind 0 asks for its closing text; cancelling gives up that copy and those
-/// behind it. The customer of the session is the standard customer afterwards, unless printing failed.
+/// gAskSchlussText each copy of kind 0 asks for its closing text; cancelling gives up the document of that
+/// copy alone, and the next one asks again. The customer of the session is the standard customer afterwards,
+/// unless printing failed.
 void Print_Formular(int ID, const QString& FileName, int kind, const BelegDialoge& dialoge);
 
 /// A voucher on gBonDrucker, laid out by "Gutschein.pld" in gDBPath, dated today.

@@ -15,6 +15,7 @@ class VSPrinter;
 /// The interim and the closing report of a till and the slip of its closing, laid out by
 /// "Kassenabschluss.pld". As in <printing/Layout.h> a layout goes from StartDoc to EndDoc.
 
+/// Sums of a block; money.
 struct SteuerSummen {
     Currency Netto, Steuer, Brutto;
 
@@ -22,10 +23,10 @@ struct SteuerSummen {
     SteuerSummen& operator-=(const SteuerSummen& other);
 };
 
-/// What was booked at one tax rate in one way of payment.
+/// What was booked at one tax rate in one way of payment, as exact as the store sums it up.
 struct BerichtZeile {
     double SteuerSatz = 0; ///< percent
-    SteuerSummen Summen;
+    double Netto = 0, Steuer = 0, Brutto = 0;
     QString KartenTyp; ///< of card payments
 };
 

@@ -12,9 +12,14 @@ class TemplateDocument : public QObject {
   public:
     using QObject::QObject;
 
-    /// False when the file cannot be loaded; the document stays as it was. What an old form lacks is added
-    /// and saved at once.
-    [[nodiscard]] bool open(const QString& path);
+    enum class Opened {
+        Yes,
+        NotLoaded,  ///< missing, damaged or no file of properties
+        NoTemplate, ///< properties, but those of no document
+    };
+    /// The document stays as it was unless the answer is Yes. The four forms of a shop get the width of order
+    /// numbers when they lack it, and are saved at once; no other file is changed.
+    [[nodiscard]] Opened open(const QString& path);
     /// False when the file cannot be written.
     [[nodiscard]] bool save();
     /// The document goes by the new name from then on.

@@ -34,13 +34,13 @@ struct TemplateKey {
 [[nodiscard]] QString groupOf(QStringView key);
 
 /// The kind whose keys a list has, for a file whose name tells none: the one with most keys when it has those
-/// of more than one. std::nullopt when no kind's keys are complete.
+/// of more than one. std::nullopt when no kind's keys are complete, but for the one that a form can do
+/// without.
 [[nodiscard]] std::optional<TemplateKind> kindOfKeys(const PropertiesList& list);
 
 /// Whether a value has any effect at present: the free paper size only with `page_size` 3, `page_font` only
 /// without the printer's own font, `page_fontname` and `page_fontsize` only with it.
 [[nodiscard]] bool isInForce(const PropertiesList& list, QStringView key);
 
-/// Adds what templates of earlier versions lack: `tabelle_bestellnummer_width` to a form. True when something
-/// was added.
-bool completeOldTemplate(PropertiesList& list, TemplateKind kind);
+/// Adds `tabelle_bestellnummer_width`, which a form can do without, where it is missing. True when it was.
+bool addOrderNumberWidth(PropertiesList& list);

@@ -5,8 +5,7 @@
 #include <QSizeF>
 
 /// What the numbers of a template are on paper. A "centimetre" of a position is 544 twips and one of the
-/// paper 480, not the 567 of a ruler; the layouts of the shops depend on it. Widths of columns are true
-/// centimetres.
+/// paper 480, not the 567 of a ruler. Widths of columns are true centimetres.
 
 inline constexpr int twipsPerPosition = 544, twipsPerPaper = 480;
 inline constexpr double mmPerTwip = 25.4 / 1440;

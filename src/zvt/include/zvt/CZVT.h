@@ -1,13 +1,13 @@
 #pragma once
 
+#include <session/WaitScreen.h>
 #include <session/gZVT.h>
+#include <zvt/TerminalConfig.h>
 
 #include <QStringList>
 
 #include <functional>
 #include <memory>
-#include <zvt/TerminalConfig.h>
-#include <zvt/TerminalScreen.h>
 
 /// The till's side of a card terminal on the network or on a serial line. It says "booked" only of what the
 /// terminal has confirmed: when the line breaks after a payment was sent, it asks the terminal what became of
@@ -22,7 +22,7 @@ class CZVT : public CardTerminal {
     using Print = std::function<void(const QStringList& lines)>;
 
     /// `screen` is kept by reference. `config` must be configured.
-    CZVT(const zvt::TerminalConfig& config, zvt::TerminalScreen& screen, Print print = {});
+    CZVT(const zvt::TerminalConfig& config, WaitScreen& screen, Print print = {});
     ~CZVT() override;
 
     void SetProtokoll(bool on) override;

@@ -9,7 +9,8 @@
 
 class frmLogin;
 class frmSplash;
-class TerminalWindow;
+class WaitScreen;
+class WaitWindow;
 
 /// The Qt application of the till: speaks German whatever the system does, and tells and logs an exception
 /// that no handler caught instead of going down with it; the sale on the screen is in the store already.
@@ -51,7 +52,8 @@ class Program : private StartUpScreens {
     TouchDialogHost m_dialogs;
     DialogHost* m_dialogsBefore;
     std::unique_ptr<PrinterList> m_printers;
-    std::unique_ptr<TerminalWindow> m_terminalWindow;
+    std::unique_ptr<WaitWindow> m_terminalWindow, m_waitWindow;
+    WaitScreen* m_waitScreenBefore = nullptr;
     std::unique_ptr<StartUp> m_startUp;
     std::unique_ptr<frmSplash> m_splash;
     std::unique_ptr<frmLogin> m_login;

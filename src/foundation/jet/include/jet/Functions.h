@@ -23,9 +23,12 @@ struct Function {
     Value (*call)(std::span<const Value> arguments) = nullptr; ///< may raise RuntimeError
     bool deterministic = true;
 };
+/// Beside them the engine offers jet_real(x), which raises 6 for a REAL that is no finite number and else
+/// gives its argument.
 [[nodiscard]] const std::vector<Function>& functions();
 
-/// The clock behind Date(), Time() and Now(); the system's unless another is given. nullptr gives it back.
+/// The clock behind Date(), Time(), Now() and the year of dates that are written without one; the system's
+/// unless another is given. nullptr gives it back.
 void setClock(QDateTime (*now)());
 
 /// An aggregate beyond the engine's own (First, Last, StDev, StDevP, Var, VarP, ...), called with the same

@@ -82,7 +82,8 @@ enum class Encoding {
     Today,
     TimeOfDay,
     Now,
-    Timer ///< seconds since midnight
+    Timer,   ///< seconds since midnight
+    Identity ///< the AutoNumber that the connection gave last; the store puts it in
 };
 
 /// What to bind for a literal, by its meaning: a Boolean as bool, money as Currency, a date as DateTime; each
@@ -91,7 +92,7 @@ enum class Encoding {
 [[nodiscard]] Value encode(const Value& literal, Encoding encoding);
 
 struct Parameter {
-    int literal = 0; ///< index into the literals that `lift` found, -1 for what the clock gives
+    int literal = 0; ///< index into the literals that `lift` found, -1 for what the clock or the store gives
     Encoding encoding = Encoding::AsIs;
     Type type = Type::Null; ///< of the parameter in the text; a whole number may be bound for a Double
 };

@@ -17,7 +17,8 @@ class CSystem {
     CSystem& operator=(const CSystem&) = delete;
 
     /// The value, at most 255 characters; "" if section, key or file is missing. Blanks around the value do
-    /// not count, and a pair of quotes around it is taken off.
+    /// not count, and a pair of quotes around it is taken off. A value that KeepProfileStrings could not
+    /// write is read as if it stood in the file.
     [[nodiscard]] virtual QString ReadProfileString(const QString& Section, const QString& Key,
                                                     const QString& File) const;
     /// Creates file and section as needed; the folder must exist. Raises 70 or 61 when the file cannot be
@@ -30,11 +31,19 @@ class CSystem {
         QString Section, Key, Value;
     };
     virtual void WriteProfileStrings(const std::vector<Entry>& Entries, const QString& File);
+    /// For what the program writes of its own accord: when the file cannot be written (61, 70, 76), the
+    /// values hold as long as this object lives, and the next call tries them once more. Raises 5 and 321 as
+    /// above.
+    void KeepProfileStrings(const std::vector<Entry>& Entries, const QString& File);
+    /// Why values were not written, the first time that one asks after it happened; "" otherwise.
+    [[nodiscard]] QString TakeKeepFault();
     /// The machine's name, the identity `Maschine` of a till, at most 50 characters; the environment variable
     /// MERIVANE_MASCHINE overrides.
     [[nodiscard]] virtual QString ComputerName() const;
 
   private:
     class Files;
+    class Unwritten;
     std::unique_ptr<Files> m_files;
+    std::unique_ptr<Unwritten> m_unwritten;
 };

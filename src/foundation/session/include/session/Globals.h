@@ -15,53 +15,59 @@ class CSystem;
 extern std::unique_ptr<Database> gDB;    ///< the one connection
 extern std::unique_ptr<CSystem> gSystem; ///< ini files, computer name
 
-extern QString gAppPath; ///< program folder, ends in a separator
-extern QString gDBPath;  ///< folder of the store, templates and pictures, ends in a separator
-extern QString gDefaultUrl;
-extern int gSetupDone; ///< 1 when the settings dialog saved
+inline QString gAppPath; ///< program folder, ends in a separator
+inline QString gDBPath;  ///< folder of the store, templates and pictures, ends in a separator
+inline QString gDefaultUrl;
+inline int gSetupDone = 0; ///< 1 when the settings dialog saved
 
 // Printers and receipts
-extern QString gBonDrucker, gFormularDrucker, gKassenabschlussDrucker;
-extern int gDruckerKopies, gDruckerDefault;
-extern bool gAskSchlussText, gPrintSpecialBon, gPrintSteuerNull, gPrintZusatzInfo, gPrintBruttoToFormular;
-extern int gPrintMode; ///< 0 none, 1 receipt, 2 form, 3 ask
+inline QString gBonDrucker, gFormularDrucker, gKassenabschlussDrucker;
+inline int gDruckerKopies = 0, gDruckerDefault = 0;
+inline bool gAskSchlussText = false, gPrintSpecialBon = false, gPrintSteuerNull = false,
+            gPrintZusatzInfo = false, gPrintBruttoToFormular = false;
+inline double gBonWartezeit = 0; ///< seconds for which a receipt printer that pauses is waited for
+inline int gPrintMode = 0;       ///< 0 none, 1 receipt, 2 form, 3 ask
 
 // Till
-extern bool gAHVerkaufAktiv, gAbfrageLoginProOrder, gShowKundenKFZInfo, gPrintDirectIO;
-extern int gPrintDirectIOPort;
-extern QString gSteuerText;
-extern bool gRoundDecimal, gShowLagerBestand, gEnabledIMDisplayModus, gDisabledAskForNewArtikel,
-    gIsSoundCardAktiv, gShowWechselgeldDialog, gProtocolAbrechnung, gAbfrageProgrammEnde,
-    gAbfrageKassenBestand, gAutoPresseUpdate, gOnlyKassenModus, gEnabledSWShortCut, gEKPreisNettoAngabe,
-    gVKPreisNettoAngabe;
-extern QString gWaehrungsSymbol;
-extern int gDecimalStellen, gDecimalStellenEKPreis;
-extern QString gFormatPreis, gFormatEKPreis;        ///< "###0.00" with that many decimals
-extern double gHalberSteuerSatz, gVollerSteuerSatz; ///< percent
-extern bool gEnabledCancelAbschluss, gZVTEnabled;
+inline bool gAHVerkaufAktiv = false, gAbfrageLoginProOrder = false, gShowKundenKFZInfo = false,
+            gPrintDirectIO = false;
+inline int gPrintDirectIOPort = 0;
+inline QString gSteuerText;
+inline bool gRoundDecimal = false, gShowLagerBestand = false, gEnabledIMDisplayModus = false,
+            gDisabledAskForNewArtikel = false, gIsSoundCardAktiv = false, gShowWechselgeldDialog = false,
+            gProtocolAbrechnung = false, gAbfrageProgrammEnde = false, gAbfrageKassenBestand = false,
+            gAutoPresseUpdate = false, gOnlyKassenModus = false, gEnabledSWShortCut = false,
+            gEKPreisNettoAngabe = false, gVKPreisNettoAngabe = false;
+inline QString gWaehrungsSymbol;
+inline int gDecimalStellen = 0, gDecimalStellenEKPreis = 0;
+inline QString gFormatPreis, gFormatEKPreis;                ///< "###0.00" with that many decimals
+inline double gHalberSteuerSatz = 0, gVollerSteuerSatz = 0; ///< percent
+inline bool gEnabledCancelAbschluss = false, gZVTEnabled = false;
 
 // Company
-extern QString gUSt, gKopf1, gKopf2, gKopf3, gKopf4, gKopf5;
+inline QString gUSt, gKopf1, gKopf2, gKopf3, gKopf4, gKopf5;
 
 // Service
-extern bool gHeron, gEnabledAutoClose, gEnabledOrderSearch;
+inline bool gHeron = false, gEnabledAutoClose = false, gEnabledOrderSearch = false;
 
 // Devices
-extern int gKassenLadePort;
-extern QString gKassenLadeOpenCode;
-extern int gKundenLCDPort, gKundenLCDClearCode;
+inline int gKassenLadePort = 0;
+inline QString gKassenLadeOpenCode;
+inline int gKundenLCDPort = 0, gKundenLCDClearCode = 0;
 
 // Switches of the register's functions
-extern bool gKFBenutzerWechsel, gKFZwischenBericht, gKFKassenBestand, gKFGutschrift, gKFKasseneinlage,
-    gKFKassenentnahme, gKFKassenlade, gKFLangText, gKFGutscheinErstellen, gKFGutscheinEinloesen,
-    gKFGutscheinAuszahlung, gKFBestellungParken, gKFWarenrueckgabe, gKFWarenAnkauf, gKFRechnungsHistorie,
-    gKFAngebotsHistorie, gKFLieferscheinHistorie, gKFArtikelInfo, gKFFreierArtikelPreis, gKFKunden, gKFRabatt,
-    gKFAuftrag, gKFMinusBuchung;
+inline bool gKFBenutzerWechsel = false, gKFZwischenBericht = false, gKFKassenBestand = false,
+            gKFGutschrift = false, gKFKasseneinlage = false, gKFKassenentnahme = false, gKFKassenlade = false,
+            gKFLangText = false, gKFGutscheinErstellen = false, gKFGutscheinEinloesen = false,
+            gKFGutscheinAuszahlung = false, gKFBestellungParken = false, gKFWarenrueckgabe = false,
+            gKFWarenAnkauf = false, gKFRechnungsHistorie = false, gKFAngebotsHistorie = false,
+            gKFLieferscheinHistorie = false, gKFArtikelInfo = false, gKFFreierArtikelPreis = false,
+            gKFKunden = false, gKFRabatt = false, gKFAuftrag = false, gKFMinusBuchung = false;
 
 /// Screen colours as 0xBBGGRR: background, foreground, panel, second panel.
-extern int gColorBack1, gColorBack2, gColorBack3, gColorBack4;
+inline int gColorBack1 = 0, gColorBack2 = 0, gColorBack3 = 0, gColorBack4 = 0;
 
-extern Currency gKassenBestand; ///< till balance in memory
+inline Currency gKassenBestand; ///< till balance in memory
 
 /// Brings every global and record back to its start value; for tests and a second start in one process.
 void ResetSession();

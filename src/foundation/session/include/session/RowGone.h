@@ -10,6 +10,7 @@ class Recordset;
 enum class RowGone {
     Daten,     ///< "Die angeforderten Daten ..."
     IhreDaten, ///< "Die von Ihnen angeforderten Daten ..."
+    Bereich,   ///< the same as the areas of the back office tell it
     Zeile,     ///< of the open sale, as a fault
 };
 

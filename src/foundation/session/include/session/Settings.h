@@ -44,9 +44,16 @@ struct Setting {
 /// nullptr for a key that does not exist; names compare without case.
 [[nodiscard]] const Setting* FindSetting(const QString& section, const QString& key);
 
-/// Writes the name of the default printer into each printer key that is empty or "DEFAULT".
+/// Writes a setting that the program changes by itself into konfig.ini. A file that cannot be written is told
+/// once in a session; the value holds until its end. Raises 5 and 321 as CSystem does.
+void KeepSetting(const QString& section, const QString& key, const QString& value);
+/// Tells the person, once in a session, that settings could not be written.
+void TellUnwrittenSettings();
+
+/// Writes the name of the default printer into each printer key that is empty or "DEFAULT", as far as the
+/// file can be written.
 void WriteDefaultPrinters(CSystem& system, const QString& file, const QString& defaultPrinter);
 /// Fills the globals from `file`, writes missing keys back where the table says so and builds the money
-/// formats. A value that raises 13 leaves its global as it was. Raises 70 or 61 when a key cannot be written
-/// back, 6 for an integer beyond 32 bits.
+/// formats. A value that raises 13 leaves its global as it was. What cannot be written back is left to
+/// TellUnwrittenSettings. Raises 6 for an integer beyond 32 bits, 321 as CSystem does.
 void ReadSettings(CSystem& system, const QString& file);

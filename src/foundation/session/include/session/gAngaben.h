@@ -11,31 +11,31 @@ struct RabattAngabe {
     Currency Prozent;
     int Ergebnis = 0;
 };
-extern RabattAngabe gRabattAngabe;
+inline RabattAngabe gRabattAngabe;
 
 struct PreisAngabe {
     int Ergebnis = 0;
     Currency Preis;
 };
-extern PreisAngabe gPreisAngabe;
+inline PreisAngabe gPreisAngabe;
 
 struct FreierArtikel {
     int Ergebnis = 0;
     QString Name, WarenGruppe;
     double SteuerSatz = 0; ///< percent
 };
-extern FreierArtikel gFreierArtikel;
+inline FreierArtikel gFreierArtikel;
 
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
 struct BestellNummerWahl {
     QString BestellNummer, ArtikelNummer;
 };
-extern BestellNummerWahl gBestellNummerWahl;
+inline BestellNummerWahl gBestellNummerWahl;
 
 /// The closing text of an invoice: `Ergebnis` 0 cancelled, 1 the one of the template, 2 `Text`.
 struct VorlagenAuswahl {
     int Ergebnis = 0;
     QString Text;
 };
-extern VorlagenAuswahl gVorlagenAuswahl;
+inline VorlagenAuswahl gVorlagenAuswahl;

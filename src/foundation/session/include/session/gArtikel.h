@@ -33,4 +33,4 @@ struct ArtikelRecord {
     QString Zusatz1, Zusatz2;
 };
 
-extern ArtikelRecord gArtikel;
+inline ArtikelRecord gArtikel;

@@ -17,4 +17,4 @@ struct KundeRecord {
     static KundeRecord Standard();
 };
 
-extern KundeRecord gKunde;
+inline KundeRecord gKunde = KundeRecord::Standard();

@@ -15,7 +15,7 @@ struct UserRecord : Rechte {
     QString Name, Vorname, Strasse, PLZ, Ort, Telefon, Mobil, EMail, PIN;
     bool Gesperrt = false;
 };
-extern UserRecord gUser;
+inline UserRecord gUser;
 
 /// The person who works at the register.
 struct KassenUserRecord : Rechte {
@@ -24,7 +24,7 @@ struct KassenUserRecord : Rechte {
     QString Name, Vorname, PIN;
     bool Gesperrt = false;
 };
-extern KassenUserRecord gKassenUser;
+inline KassenUserRecord gKassenUser;
 
 /// True while a login at the register cannot be cancelled.
-extern bool gLoginPflicht;
+inline bool gLoginPflicht = false;

@@ -26,7 +26,7 @@ class CardTerminal {
 };
 
 /// nullptr when there is none. To be used only while gZVTEnabled.
-extern std::unique_ptr<CardTerminal> gZVT;
+inline std::unique_ptr<CardTerminal> gZVT;
 
 /// Makes the component from the settings in force; nullptr when none is configured.
 using CardTerminalFactory = std::function<std::unique_ptr<CardTerminal>()>;

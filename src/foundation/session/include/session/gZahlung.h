@@ -12,4 +12,4 @@ struct ZahlungRecord {
     QString KartenTyp; ///< "" for all but card payments
 };
 
-extern ZahlungRecord gZahlung;
+inline ZahlungRecord gZahlung;

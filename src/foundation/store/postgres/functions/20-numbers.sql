@@ -199,7 +199,7 @@ BEGIN
 END $$;
 
 -- The number that a text begins with, decimal point, 0 when it is none.
-CREATE OR REPLACE FUNCTION jet_val(source text) RETURNS double precision
+CREATE OR REPLACE FUNCTION jetx_val(source text) RETURNS double precision
 LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   t text COLLATE "C" := translate(source COLLATE "C", E' \t\n\r\u00a0', '');
@@ -227,3 +227,8 @@ BEGIN
   x := jetx_double(n.value);
   RETURN CASE WHEN abs(x) = 'Infinity' THEN sign(x) * 1.7976931348623157e308 ELSE x END;
 END $$;
+
+CREATE OR REPLACE FUNCTION jet_val(source text) RETURNS double precision
+LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
+  SELECT CASE WHEN source IS NULL THEN jet_fail(94, source IS NULL)::double precision ELSE jetx_val(source) END
+$$;

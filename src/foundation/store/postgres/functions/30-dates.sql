@@ -117,7 +117,7 @@ LANGUAGE sql IMMUTABLE PARALLEL SAFE AS $$
                                  THEN jetx_validday(jetx_century('n', a), b, c) END) END
 $$;
 
--- A date as somebody wrote it, NULL when it is none; a year that is not told is the one that runs.
+-- A date as somebody wrote it, NULL when it is none; a year that is not told is the one that runs where the caller is.
 CREATE OR REPLACE FUNCTION jetx_parsedate(source text) RETURNS double precision
 LANGUAGE plpgsql STABLE STRICT PARALLEL SAFE AS $$
 DECLARE
@@ -138,7 +138,8 @@ DECLARE
   hastime boolean := false;
   found integer;
   ok boolean;
-  thisyear CONSTANT integer := extract(year FROM current_date);
+  thisyear CONSTANT integer := coalesce(nullif(current_setting('merivane.year', true), '')::integer,
+                                        extract(year FROM current_date)::integer);
 BEGIN
   WHILE rest <> '' LOOP
     part := regexp_match(rest, E'^[ \t\u00a0]*([0-9]+|[A-Za-zÄä]+|[./:,-])');

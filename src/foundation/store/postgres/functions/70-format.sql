@@ -1,6 +1,7 @@
 -- The pieces of Format. A format is cut into marks, each a letter and its text: C for a character with a meaning of its
 -- own, L for text that stands for itself; an empty L is something that is not shown. The shape has one character for
--- each mark, the character itself or E'\x01'.
+-- each mark, the character itself or E'\x01'. Formats and texts may be long: what walks along them has their characters
+-- in an array and gathers the pieces of the result in one, since neither looking into a text nor appending to it is cheap.
 
 CREATE OR REPLACE FUNCTION jetx_marks(format text) RETURNS text[]
 LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE AS $$
@@ -64,35 +65,41 @@ DECLARE
   room integer := 0; -- places to pass over before the text
   at integer := 1;
   mark text COLLATE "C";
-  result text COLLATE "C" := '';
+  chars text[];
+  size integer;
+  result text[] := '{}';
 BEGIN
   IF source = '' COLLATE "C" THEN
     RETURN coalesce(jetx_literal(jetx_section(marks, shape, 2)), '');
   END IF;
-  -- The last of both letters counts.
-  mark := right(translate(inside, translate(inside, '<>', ''), ''), 1);
-  letters := CASE mark WHEN '<' THEN jet_lcase(source) WHEN '>' THEN jet_ucase(source) ELSE source END;
+  -- Both letters together leave the text as it is.
+  letters := CASE WHEN (strpos(inside, '<') > 0) = (strpos(inside, '>') > 0) THEN source
+                  WHEN strpos(inside, '<') > 0 THEN jet_lcase(source) ELSE jet_ucase(source) END;
+  size := length(letters);
   IF NOT fromleft THEN
-    room := greatest(0, places - length(letters));
+    room := greatest(0, places - size);
   ELSIF places > 0 THEN
-    at := 1 + greatest(0, length(letters) - places);
+    at := 1 + greatest(0, size - places);
   END IF;
+  chars := string_to_array(substr(letters, at, places), NULL);
+  size := cardinality(chars);
+  places := 1;
   FOREACH mark IN ARRAY section LOOP
     IF mark IN ('C@', 'C&') THEN
-      IF room = 0 AND at <= length(letters) THEN
-        result := result || substr(letters, at, 1);
-        at := at + 1;
+      IF room = 0 AND places <= size THEN
+        result := array_append(result, chars[places]);
+        places := places + 1;
       ELSE
         room := greatest(room - 1, 0);
         IF mark = 'C@' THEN
-          result := result || ' ';
+          result := array_append(result, ' ');
         END IF;
       END IF;
     ELSIF mark NOT IN ('C!', 'C<', 'C>') THEN
-      result := result || substr(mark, 2);
+      result := array_append(result, substr(mark, 2));
     END IF;
   END LOOP;
-  RETURN result || substr(letters, at);
+  RETURN array_to_string(result, '') || substr(letters, at + places - 1);
 END $$;
 
 CREATE OR REPLACE FUNCTION jetx_formatnumber(number numeric, marks text[], shape text) RETURNS text
@@ -100,7 +107,8 @@ LANGUAGE plpgsql IMMUTABLE STRICT PARALLEL SAFE AS $$
 DECLARE
   section text[] := jetx_section(marks, shape, 1);
   chosen text[];
-  inside text COLLATE "C";
+  inside text[] COLLATE "C"; -- its characters, as in a shape
+  following text COLLATE "C";
   ownsign boolean := true;
   n numeric := abs(number);
   -- What the section asks for.
@@ -124,7 +132,7 @@ DECLARE
   place integer := 0;
   decimal integer := 0;
   power integer;
-  result text COLLATE "C" := '';
+  result text[] := '{}';
 BEGIN
   IF number = 0 THEN
     chosen := jetx_section(marks, shape, 3);
@@ -138,11 +146,11 @@ BEGIN
   IF section = '{}' THEN
     RETURN jetx_plain(number, ',', true);
   END IF;
-  inside := jetx_shape(section);
-  WHILE i <= length(inside) LOOP
-    c := substr(inside, i, 1);
+  inside := string_to_array(jetx_shape(section), NULL);
+  WHILE i <= cardinality(inside) LOOP
+    c := inside[i];
     IF c IN ('0', '#') THEN
-      items := items || c;
+      items := array_append(items, c);
       IF pointseen THEN
         decimals := decimals + 1;
         IF c = '0' THEN
@@ -157,22 +165,23 @@ BEGIN
         commas := 0;
       END IF;
     ELSIF c = '.' AND NOT pointseen THEN
-      items := items || c;
+      items := array_append(items, c);
       pointseen := true;
     ELSIF c = ',' THEN
       IF NOT pointseen AND wholeplaces > 0 THEN
         commas := commas + 1;
       END IF;
-    ELSIF c IN ('e', 'E') AND expsign IS NULL AND substr(inside, i + 1, 1) IN ('+', '-') THEN
-      items := items || 'E'::text;
-      expsign := substr(inside, i, 2);
-      expdigits := least(12, length(substring(substr(inside, i + 2) FROM '^0*')));
-      i := i + 1 + length(substring(substr(inside, i + 2) FROM '^0*[0#]*'));
+    ELSIF c IN ('e', 'E') AND expsign IS NULL AND inside[i + 1] IN ('+', '-') THEN
+      items := array_append(items, 'E');
+      expsign := c || inside[i + 1];
+      following := array_to_string(inside[i + 2:], ''); -- once, since there is one exponent
+      expdigits := least(12, length(substring(following FROM '^0*')));
+      i := i + 1 + length(substring(following FROM '^0*[0#]*'));
     ELSE
       IF c = '%' THEN
         percents := percents + 1;
       END IF;
-      items := items || ('L' || substr(section[i], 2));
+      items := array_append(items, 'L' || substr(section[i], 2));
     END IF;
     i := i + 1;
   END LOOP;
@@ -191,43 +200,49 @@ BEGIN
     END IF;
   END IF;
   n := trim_scale(n);
+  chosen := jetx_section(marks, shape, 3);
+  IF n = 0 AND number <> 0 AND wholeplaces + decimals > 0 AND chosen <> '{}' THEN -- shown as zero it counts as one
+    RETURN jetx_formatnumber(abs(number), chosen, jetx_shape(chosen));
+  END IF;
   whole := CASE WHEN n >= 1 THEN trunc(n)::text ELSE '' END;
   fraction := CASE WHEN scale(n) > 0 THEN right(n::text, scale(n)) ELSE '' END;
 
   IF number < 0 AND ownsign AND (n <> 0 OR wholeplaces + decimals = 0) THEN
-    result := '-';
+    result := '{-}';
   END IF;
   pointseen := false;
   FOREACH c IN ARRAY items LOOP
     IF c IN ('0', '#') AND pointseen THEN
       decimal := decimal + 1;
       IF c = '0' OR decimal <= forced OR decimal <= length(fraction) THEN
-        result := result || coalesce(nullif(substr(fraction, decimal, 1), ''), '0');
+        result := array_append(result, coalesce(nullif(substr(fraction, decimal, 1), ''), '0'));
       END IF;
     ELSIF c IN ('0', '#') OR c = '.' AND wholeplaces = 0 AND decimals > 0 THEN
       -- With the first place come the digits that have none.
       FOR p IN REVERSE CASE WHEN place = 0 THEN greatest(length(whole), wholeplaces) - 1 ELSE wholeplaces - 1 - place END
                .. CASE WHEN c = '.' THEN 0 ELSE wholeplaces - 1 - place END LOOP
         IF p >= wholeplaces OR p < length(whole) OR place >= firstzero THEN
-          result := result || coalesce(nullif(substr(whole, greatest(length(whole) - p, 0), CASE WHEN p < length(whole) THEN 1 ELSE 0 END), ''), '0');
+          result := array_append(result, coalesce(nullif(substr(whole, greatest(length(whole) - p, 0),
+                                                                CASE WHEN p < length(whole) THEN 1 ELSE 0 END), ''), '0'));
           IF grouped AND p > 0 AND p % 3 = 0 THEN
-            result := result || '.';
+            result := array_append(result, '.');
           END IF;
         END IF;
       END LOOP;
       place := place + 1;
     ELSIF c = 'E' THEN
-      result := result || left(expsign, 1) || CASE WHEN exponent < 0 THEN '-' WHEN expsign ~ '[+]$' THEN '+' ELSE '' END ||
-                lpad(abs(exponent)::text, greatest(expdigits, length(abs(exponent)::text)), '0');
+      result := array_append(result, left(expsign, 1) ||
+                             CASE WHEN exponent < 0 THEN '-' WHEN expsign ~ '[+]$' THEN '+' ELSE '' END ||
+                             lpad(abs(exponent)::text, greatest(expdigits, length(abs(exponent)::text)), '0'));
     END IF;
     IF c = '.' THEN
       pointseen := true;
-      result := result || ',';
-    ELSIF c ~ '^L' THEN
-      result := result || substr(c, 2);
+      result := array_append(result, ',');
+    ELSIF left(c, 1) = 'L' THEN
+      result := array_append(result, substr(c, 2));
     END IF;
   END LOOP;
-  RETURN result;
+  RETURN array_to_string(result, '');
 END $$;
 
 -- Without marks the shape stands for itself.
@@ -238,6 +253,7 @@ DECLARE
   shortmonths CONSTANT text[] := '{Jan,Feb,Mrz,Apr,Mai,Jun,Jul,Aug,Sep,Okt,Nov,Dez}';
   weekdays CONSTANT text[] := '{Sonntag,Montag,Dienstag,Mittwoch,Donnerstag,Freitag,Samstag}';
   low CONSTANT text COLLATE "C" := lower(shape COLLATE "C");
+  written CONSTANT text[] := string_to_array(shape, NULL);
   daynumber integer;
   seconds integer;
   day integer;
@@ -248,10 +264,11 @@ DECLARE
   hour integer;
   behindhour boolean := false; -- "m" means minutes now
   behind boolean;
+  token text COLLATE "C";
   c text COLLATE "C";
   run integer;
   i integer := 1;
-  result text COLLATE "C" := '';
+  result text[] := '{}';
 BEGIN
   IF NOT jetx_isdate(days) THEN
     RETURN '';
@@ -262,19 +279,16 @@ BEGIN
   month := extract(month FROM jetx_calendar(daynumber));
   year := extract(year FROM jetx_calendar(daynumber));
   weekday := weekdays[jetx_weekday(daynumber, 1)];
-  WHILE i <= length(low) LOOP
-    c := substr(low, i, 1);
+  FOR token IN SELECT m[1] FROM regexp_matches(low,
+      E'(d{1,6}|m{1,4}|hh?|nn?|ss?|ww?|yyyy|yy?|ttttt|am/pm|a/p|ampm|(?:.|\n))', 'g') AS m LOOP
+    c := left(token, 1);
     EXIT WHEN c = ';';
     behind := behindhour;
-    IF strpos('dmhnswqyct', c) > 0 THEN
-      run := length(substring(substr(low, i) FROM '^(?:d{1,6}|m{1,4}|hh?|nn?|ss?|ww?|yyyy|yy?|ttttt|.)'));
-    ELSE
-      run := CASE WHEN c = 'a' THEN length(substring(substr(low, i) FROM '^a(?:m/pm|/p|mpm)?')) ELSE 1 END;
-    END IF;
+    run := length(token);
     IF c IN ('d', 'm', 'y', 'n', 's', 'w', 'q', 'c', 't') THEN
       behindhour := false;
     END IF;
-    result := result || CASE c
+    result := array_append(result, CASE c
       WHEN 'd' THEN CASE run WHEN 1 THEN day::text
                              WHEN 2 THEN lpad(day::text, 2, '0')
                              WHEN 3 THEN left(weekday, 2)
@@ -295,28 +309,28 @@ BEGIN
                              ELSE jetx_weekday(daynumber, CASE WHEN firstday BETWEEN 1 AND 7 THEN firstday ELSE 2 END::integer)::text END
       WHEN 'q' THEN ((month + 2) / 3)::text
       WHEN 'c' THEN jetx_datetext(days)
-      WHEN 't' THEN CASE run WHEN 5 THEN jetx_clock(seconds) ELSE substr(shape, i, 1) END
+      WHEN 't' THEN CASE run WHEN 5 THEN jetx_clock(seconds) ELSE written[i] END
       WHEN '/' THEN '.'
-      ELSE '' END;
+      ELSE '' END);
     IF c = 'h' THEN
       hour := seconds / 3600;
       IF twelve THEN
         hour := (hour + 11) % 12 + 1;
       END IF;
-      result := result || lpad(hour::text, greatest(run, length(hour::text)), '0');
+      result := array_append(result, lpad(hour::text, greatest(run, length(hour::text)), '0'));
       behindhour := true;
     ELSIF c = 'a' AND run > 1 THEN -- the case of the first letter tells that of the mark
-      IF substr(low, i, run) <> 'ampm' THEN -- German has no words for the system's
+      IF token <> 'ampm' THEN -- German has no words for the system's
         c := CASE WHEN seconds < 43200 THEN 'am' ELSE 'pm' END;
         IF run = 3 THEN
           c := left(c, 1);
         END IF;
-        result := result || CASE WHEN substr(shape, i, 1) COLLATE "C" = 'A' THEN upper(c) ELSE c END;
+        result := array_append(result, CASE WHEN written[i] COLLATE "C" = 'A' THEN upper(c) ELSE c END);
       END IF;
     ELSIF c NOT IN ('d', 'm', 'y', 'n', 's', 'w', 'q', 'c', 't', '/') THEN
-      result := result || CASE WHEN marks IS NULL THEN substr(shape, i, 1) ELSE substr(marks[i], 2) END;
+      result := array_append(result, CASE WHEN marks IS NULL THEN written[i] ELSE substr(marks[i], 2) END);
     END IF;
     i := i + run;
   END LOOP;
-  RETURN result;
+  RETURN array_to_string(result, '');
 END $$;

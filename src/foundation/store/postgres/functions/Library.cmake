@@ -11,7 +11,8 @@ set(scripts
   65-like.sql
   70-format.sql
   75-format.sql
-  80-finance.sql)
+  80-finance.sql
+  85-aggregates.sql)
 set(texts "")
 foreach(script IN LISTS scripts)
   set(path "${CMAKE_CURRENT_LIST_DIR}/${script}")

@@ -4,6 +4,11 @@
 
 #include <compare>
 
+/// The year of a date that is written without one; the system's unless another clock is given. nullptr gives
+/// that back.
+[[nodiscard]] int CurrentYear();
+void SetCurrentYear(int (*year)());
+
 /// A point in time as the store keeps it: days since 30.12.1899 with the time of day as the fraction.
 /// Negative values count the day downwards and the fraction upwards (-1.25 is 29.12.1899 06:00).
 /// Range 1.1.100 to 31.12.9999. A pure time has day 0, a pure date the fraction 0. Resolution is one second;

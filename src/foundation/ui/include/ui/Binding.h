@@ -51,8 +51,9 @@ bool FirstFailure(std::initializer_list<Check> checks);
 ///     m_binding.fill();
 class Binding {
   public:
-    /// `most` characters at the most; 0 for any number.
+    /// `most` characters at the most; 0 for any number. Blanks at the ends are not taken.
     void text(QLineEdit* box, QString& field, int most = 0);
+    void exact(QLineEdit* box, QString& field, int most = 0); ///< with all its blanks
     void flag(QCheckBox* box, bool& field);
     /// An amount; `failure` is told when the box holds none.
     void money(QLineEdit* box, Currency& field, const QString& format, const QString& failure);

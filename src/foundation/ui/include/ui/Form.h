@@ -111,7 +111,7 @@ class AreaForm : public QMainWindow {
         std::vector<QString> keys;
     };
     /// Behind setupUi and the commands: menus, the bar above the form, the status bar, and the memory of
-    /// window and splitters. The layout names its central widget `page` and its status bar `mainStatusBar`.
+    /// window and splitters. The menu of help comes by itself.
     void setUpArea(const std::vector<Menu>& menus, const std::vector<QString>& bar);
     [[nodiscard]] Commands& commands() { return m_commands; }
     [[nodiscard]] FormGuard& guard() { return m_guard; }

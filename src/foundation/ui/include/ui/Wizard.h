@@ -60,6 +60,7 @@ class WizardPane : public QWidget {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -159,5 +160,6 @@ class WizardForm : public FormDialog {
     void showEvent(QShowEvent* event) override;
 
   private:
+    void arrive();
     WizardCtl* m_wizard = nullptr;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <access/ShellBar.h>
+#include <ui/Areas.h>
+#include <ui/Commands.h>
 
 #include <QMainWindow>
 
@@ -20,8 +21,8 @@ class frmMain : public QMainWindow {
     explicit frmMain(KasseOpener& kasse, QWidget* parent = nullptr);
     ~frmMain() override;
 
-    /// The bar as a table.
-    [[nodiscard]] const ShellBar& Bar() const { return m_bar; }
+    /// The entries of the bar.
+    [[nodiscard]] const Commands& Bar() const { return m_bar; }
 
   signals:
     void Unloaded();
@@ -31,10 +32,10 @@ class frmMain : public QMainWindow {
 
   private:
     void fillBar();
-    void showBar();
     void Logout();
 
     std::unique_ptr<Ui::frmMain> m_ui;
     KasseOpener& m_kasse;
-    ShellBar m_bar;
+    Commands m_bar;
+    Areas m_areas;
 };

@@ -36,6 +36,8 @@ class frmFormularEdit : public QDialog {
     void restoreShipped();
     void testPrint();
     void renderPreview();
+    /// Why the document cannot be printed; empty when it can.
+    [[nodiscard]] QString whyNot() const;
     void showState();
     /// The selection follows a change that was undone.
     void showChange(const QString& key);

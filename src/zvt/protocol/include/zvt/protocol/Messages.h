@@ -1,11 +1,12 @@
 #pragma once
 
+#include <zvt/protocol/Apdu.h>
+#include <zvt/protocol/Texts.h>
+
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-#include <zvt/protocol/Apdu.h>
-#include <zvt/protocol/Texts.h>
 
 namespace zvt {
 
@@ -19,7 +20,7 @@ struct StatusInfo {
     QString receipt, trace, turnover; ///< digits, "" when they were not told
     QString date, time;               ///< "MMDD", "HHMMSS"
     QString cardName;                 ///< "" when neither name nor a known kind was told
-    QString text;                     ///< what the terminal adds about a failure
+    QString text;                     ///< what the terminal adds in its own words, in one line
     bool complete = true;             ///< every byte was understood
 
     [[nodiscard]] bool isBooked() const { return result == 0; }
@@ -56,6 +57,8 @@ struct Failure {
     int code = 0xFF;
     QString text;
 };
+/// Our words for a reason with the terminal's own behind them, unless these say nothing more.
+[[nodiscard]] QString withOwnWords(const QString& reason, const QString& own);
 [[nodiscard]] Failure readFailure(const Apdu& apdu, Charset charset);
 
 } // namespace zvt

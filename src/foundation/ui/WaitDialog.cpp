@@ -1,0 +1,31 @@
+#include "WaitDialog.h"
+
+#include "ui_WaitDialog.h"
+
+#include <ui/Theme.h>
+
+#include <utility>
+
+WaitDialog::WaitDialog(const QString& title, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::WaitDialog>()) {
+    m_ui->setupUi(this);
+    setModal(true);
+    setWindowTitle(title);
+    m_ui->wizPane->setHeaderTitle(title);
+    const int edge = Theme::Current().keyHeight;
+    m_ui->lblText->setMinimumSize(edge * 9, edge * 2);
+    m_ui->cmdCancel->setFixedSize(edge * 5 / 2, edge);
+    connect(m_ui->cmdCancel, &TouchKey::clicked, this, [this] { m_cancel = true; });
+}
+
+WaitDialog::~WaitDialog() = default;
+
+void WaitDialog::setText(const QString& text) {
+    m_ui->lblText->setText(text);
+    setAccessibleDescription(text);
+}
+
+bool WaitDialog::takeCancel() { return std::exchange(m_cancel, false); }
+
+void WaitDialog::reject() { m_cancel = true; }
