@@ -125,9 +125,10 @@ TEST_F(Entry, AFreeAmountIsSoldAlthoughTheIniFileCannotBeWritten) {
     ASSERT_TRUE(QDir().mkpath(KonfigIni()));
     dialogs.expectMsgBox(u"Einstellungen dieser Kasse können nicht gespeichert werden....*"_s,
                          MsgIcon::Exclamation);
-    screen.expect("FreierArtikel", [] { gFreierArtikel = {1, u"Kerze"_s, u"Deko"_s, 7}; });
+    screen.expect(till::Dialog::FreierArtikel, [] { gFreierArtikel = {1, u"Kerze"_s, u"Deko"_s, 7}; });
     scan(u"2,50"_s);
-    screen.expect("FreierArtikel", [] { EXPECT_DOUBLE_EQ(7, gFreierArtikel.SteuerSatz); }); // cancelled
+    screen.expect(till::Dialog::FreierArtikel,
+                  [] { EXPECT_DOUBLE_EQ(7, gFreierArtikel.SteuerSatz); }); // cancelled
     scan(u"3,50"_s);
     EXPECT_EQ(u"400-Diverses|Kerze|1|1 Stück|2,50|2,50"_s, line(0));
     EXPECT_EQ(1, reg->basket().rowCount());
