@@ -3,6 +3,7 @@
 #include <page/VSPrinter.h>
 #include <printing/KassenBericht.h>
 #include <session/Globals.h>
+#include <session/SonderArtikel.h>
 #include <templates/PropertiesList.h>
 #include <text/Value.h>
 
@@ -77,8 +78,8 @@ class BerichtLayout {
         m_printer.Paragraph(m_bericht.Zeitpunkt.toString(u"dd.MM.yyyy - hh:mm"_s) + u'\n');
         statistic();
         if (m_vorlage.Flag(u"table_warengruppe_visible")) groups();
-        payment(u"Gesamt 401-Einlage"_s, m_bericht.Einlage, m_einlage);
-        payment(u"Gesamt 401-Entnahme"_s, m_bericht.Entnahme, m_entnahme);
+        payment(u"Gesamt "_s + SonderArtikel::Einlage.toString(), m_bericht.Einlage, m_einlage);
+        payment(u"Gesamt "_s + SonderArtikel::Entnahme.toString(), m_bericht.Entnahme, m_entnahme);
         payment(u"Gesamt BAR Buchungen"_s, m_bericht.Bar, m_bar);
         till();
         cards();

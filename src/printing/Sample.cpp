@@ -4,6 +4,7 @@
 #include <printing/Layout.h>
 #include <printing/Sample.h>
 #include <session/Globals.h>
+#include <session/SonderArtikel.h>
 #include <text/RuntimeError.h>
 
 #include <map>
@@ -76,7 +77,7 @@ constexpr SampleLine sampleLines[] = {
     {2, u"2003000000016", u"Frische Vollmilch 3,8 %", 1, u"l", 1.79, 1.79, 7, u"", u""},
     {1, u"2006000000208", u"Haferflocken Großblatt", 500, u"g", 1.39, 1.39, 7, u"", u""},
     {6, u"2005000000034", u"Apfelsaft naturtrüb", 0.7, u"l", 2.29, 2.49, 19, u"Aktionspreis", u""},
-    {6, u"400-Pfand", u"Pfand Flasche", 1, u"Stück", 0.15, 0.15, 19, u"", u""},
+    {6, SonderArtikel::Pfand.utf16(), u"Pfand Flasche", 1, u"Stück", 0.15, 0.15, 19, u"", u""},
     {0.385, u"2101002000000", u"Bergkäse vom Stück, zwölf Monate gereift", 1, u"kg", 24.9, 24.9, 7, u"", u""},
     {1, u"2010000000038", u"Kochbuch Suppen", 1, u"Stück", 19.95, 19.95, 7, u"",
      u"Gebunden, 192 Seiten, mit einem Register der Zutaten nach der Jahreszeit."},

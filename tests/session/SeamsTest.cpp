@@ -1,5 +1,7 @@
+#include <session/Bilder.h>
 #include <session/CSystem.h>
 #include <session/Clock.h>
+#include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/Log.h>
 #include <session/MsgBox.h>
@@ -40,6 +42,19 @@ class NotingHost : public DialogHost {
   private:
     DialogHost* m_before;
 };
+
+TEST(Seams, PicturesLieInTheFolderThatAllTillsShare) {
+    const QTemporaryDir folder;
+    gDBPath = folder.path() + u'/';
+    EXPECT_EQ(gDBPath + u"artimg_4711.bmp"_s, BildDatei(Bild::Artikel, u"4711"_s));
+    EXPECT_EQ(gDBPath + u"kundimg_7.bmp"_s, BildDatei(Bild::Kunde, u"7"_s));
+    EXPECT_EQ(gDBPath + u"persimg_7.bmp"_s, BildDatei(Bild::Person, u"7"_s));
+    EXPECT_TRUE(VorhandenesBild(Bild::Person, u"7"_s).isEmpty());
+    QFile picture(BildDatei(Bild::Person, u"7"_s));
+    EXPECT_TRUE(picture.open(QIODevice::WriteOnly));
+    EXPECT_EQ(picture.fileName(), VorhandenesBild(Bild::Person, u"7"_s));
+    gDBPath.clear();
+}
 
 } // namespace
 
