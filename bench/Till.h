@@ -39,8 +39,7 @@ inline void openShop(const QString& folder, const QString& store, int digits = 5
     }
     gDB->Execute(
         u"INSERT INTO Artikel (Nummer, Name, WarenGruppe, Menge, Einheit, SteuerSatz, EKPreis, VKPreis, "
-        u"SollBestand, IstBestand, Aktiv, LagerAktiv, Rabatt) "
-        u"SELECT CStr(2000000 + "_s +
+        u"SollBestand, IstBestand, Aktiv, LagerAktiv, Rabatt) SELECT CStr(2000000 + "_s +
         number.join(u" + "_s) +
         u"), 'Artikel', 'Gruppe', 1, 'Stück', 7, 1, 1.99, 2, 100, -1, -1, -1 FROM "_s + from.join(u", "_s));
 }

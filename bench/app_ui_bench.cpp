@@ -50,8 +50,7 @@ QString makeShop(const QTemporaryDir& place) {
     demo::createShop(folder);
     auto db = Database::OpenDatabase(folder + u"/daten/Merivane.mdb"_s);
     const qint64 added = db->Execute(
-        u"INSERT INTO Artikel (Nummer, Name, WarenGruppe, Menge, Einheit, SteuerSatz, EKPreis, VKPreis, "
-        u"Aktiv, "
+        u"INSERT INTO Artikel (Nummer, Name, WarenGruppe, Menge, Einheit, SteuerSatz, EKPreis, VKPreis, Aktiv, "
         "LagerAktiv, Rabatt) SELECT TOP 100000 a.Nummer & '-' & b.Nummer, a.Name, a.WarenGruppe, a.Menge, "
         "a.Einheit, a.SteuerSatz, a.EKPreis, a.VKPreis, a.Aktiv, a.LagerAktiv, a.Rabatt "
         "FROM Artikel AS a, Artikel AS b WHERE b.Nummer LIKE '200*';"_s);

@@ -22,7 +22,8 @@ class Raw {
   public:
     explicit Raw(const PostgresServer& server)
         : m_connection(PQconnectdb(server.uri(u"laden"_s).toUtf8().constData())) {
-        // The tables of the shop once more, with the same bounds of their texts but without keys and triggers.
+        // The tables of the shop once more, with the same bounds of their texts but without keys and
+        // triggers.
         done(PQexec(m_connection, R"(
             CREATE SCHEMA roh;
             CREATE SEQUENCE roh.nummer;
@@ -71,9 +72,9 @@ class Raw {
                 "\"LangText\", \"Zusatz1\", \"Zusatz2\", \"PreisInfo\", \"BestellNummer\") VALUES "
                 "($2, 'KASSE', 46348, 0.5, 1, 0, 'Standardkunde', $1, 'Artikel', 1, 1, 'Stück', 1, 1.99, "
                 "1.8598, 1.99, 7, '', 'Gruppe', '', '', '', '', 'nicht verfügbar')");
-        prepare("move",
-                "UPDATE roh.\"Artikel\" SET \"IstBestand\"=\"IstBestand\" - 1 WHERE \"LagerAktiv\"=-1 AND "
-                "\"Nummer\"=$1");
+        prepare(
+            "move",
+            "UPDATE roh.\"Artikel\" SET \"IstBestand\"=\"IstBestand\" - 1 WHERE \"LagerAktiv\"=-1 AND \"Nummer\"=$1");
         prepare("serial",
                 "UPDATE roh.\"ArtikelSerienNummern\" SET \"VKDatum\"='22.11.2026', \"RechnungID\"=$2 WHERE "
                 "\"ArtikelNummer\"=$1 AND \"SNNummer\"=''");

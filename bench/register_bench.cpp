@@ -21,42 +21,32 @@ class Raw {
     Raw(const QString& path, int articles) {
         check(sqlite3_open(path.toUtf8().constData(), &m_db));
         run("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=OFF;"
-            "CREATE TABLE artikel (nummer TEXT UNIQUE, name TEXT, langtext TEXT, warengruppe TEXT, zusatz1 "
-            "TEXT,"
+            "CREATE TABLE artikel (nummer TEXT UNIQUE, name TEXT, langtext TEXT, warengruppe TEXT, zusatz1 TEXT,"
             " zusatz2 TEXT, menge REAL, einheit TEXT, steuersatz REAL, ekpreis INTEGER, vkpreis INTEGER,"
             " vkpreis2 INTEGER, vkpreis3 INTEGER, sollbestand REAL, istbestand REAL, aktiv INTEGER,"
-            " lageraktiv INTEGER, rabatt INTEGER, preisangabe INTEGER, volumenangabe INTEGER, snangabe "
-            "INTEGER,"
-            " freifeld TEXT);"
-            "CREATE TABLE bestellung (id INTEGER PRIMARY KEY, maschine TEXT, datum REAL, zeit REAL, kunde "
-            "INTEGER,"
-            " personal INTEGER, artikelnummer TEXT, artikelname TEXT, buchungs_menge REAL, menge REAL, "
-            "einheit TEXT,"
+            " lageraktiv INTEGER, rabatt INTEGER, preisangabe INTEGER, volumenangabe INTEGER, snangabe INTEGER, freifeld TEXT);"
+            "CREATE TABLE bestellung (id INTEGER PRIMARY KEY, maschine TEXT, datum REAL, zeit REAL, kunde INTEGER,"
+            " personal INTEGER, artikelnummer TEXT, artikelname TEXT, buchungs_menge REAL, menge REAL, einheit TEXT,"
             " ekpreis INTEGER, vkpreis INTEGER, vkpreis_rabatt INTEGER, steuersatz REAL, israbatt INTEGER,"
             " snnummer TEXT, warengruppe TEXT, langtext TEXT, zusatz1 TEXT, zusatz2 TEXT, preisinfo TEXT);"
             "CREATE INDEX b1 ON bestellung(maschine); CREATE INDEX b2 ON bestellung(artikelnummer);"
-            "CREATE TABLE rechnung (id INTEGER PRIMARY KEY, maschine TEXT, datum REAL, zeit REAL, betrag "
-            "INTEGER);"
+            "CREATE TABLE rechnung (id INTEGER PRIMARY KEY, maschine TEXT, datum REAL, zeit REAL, betrag INTEGER);"
             "CREATE TABLE detail (rechnungid INTEGER, maschine TEXT, datum REAL, zeit REAL, personal INTEGER,"
             " kundennummer INTEGER, kunde TEXT, artikelnummer TEXT, artikelname TEXT, buchungs_menge REAL,"
-            " menge REAL, einheit TEXT, ekpreis INTEGER, brutto INTEGER, netto REAL, org INTEGER, steuersatz "
-            "REAL,"
+            " menge REAL, einheit TEXT, ekpreis INTEGER, brutto INTEGER, netto REAL, org INTEGER, steuersatz REAL,"
             " snnummer TEXT, warengruppe TEXT, langtext TEXT, zusatz1 TEXT, zusatz2 TEXT, preisinfo TEXT,"
             " bestellnummer TEXT);"
             "CREATE INDEX d1 ON detail(rechnungid); CREATE INDEX d2 ON detail(artikelnummer);"
             "CREATE INDEX d3 ON detail(datum); CREATE INDEX d4 ON detail(kundennummer);"
-            "CREATE INDEX d5 ON detail(snnummer); CREATE INDEX r1 ON rechnung(maschine); CREATE INDEX r2 ON "
-            "rechnung(datum);"
+            "CREATE INDEX d5 ON detail(snnummer); CREATE INDEX r1 ON rechnung(maschine); CREATE INDEX r2 ON rechnung(datum);"
             "CREATE TABLE lieferanten (artikelnummer TEXT, bestellnummer TEXT);"
             "CREATE INDEX l1 ON lieferanten(artikelnummer);"
             "CREATE TABLE serien (artikelnummer TEXT, snnummer TEXT, vkdatum TEXT, rechnungid INTEGER);"
-            "CREATE INDEX s1 ON serien(artikelnummer);"
-            "CREATE TABLE n (i INTEGER)");
+            "CREATE INDEX s1 ON serien(artikelnummer);CREATE TABLE n (i INTEGER)");
         run(QByteArray("WITH RECURSIVE c(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM c WHERE i < ") +
             QByteArray::number(articles - 1) + ") INSERT INTO n SELECT i FROM c");
         run("INSERT INTO artikel "
-            "SELECT 2000000+i, 'Artikel '||i, '', 'Gruppe', '', '', 1, 'Stück', 7, 10000, 19900, 0, 0, 2, "
-            "100, -1, -1,"
+            "SELECT 2000000+i, 'Artikel '||i, '', 'Gruppe', '', '', 1, 'Stück', 7, 10000, 19900, 0, 0, 2, 100, -1, -1,"
             " -1, 0, 0, 0, '' FROM n;");
         m_find = prepare("SELECT * FROM artikel WHERE nummer=?1");
         m_line = prepare(
@@ -71,8 +61,8 @@ class Raw {
             " 1, 1, 'Stück', 10000, 19900, 1.8598, 19900, 7, '', 'Gruppe', '', '', '', '', ?3)");
         m_supplier = prepare("SELECT bestellnummer FROM lieferanten WHERE artikelnummer=?1");
         m_stock = prepare("UPDATE artikel SET istbestand=istbestand-1 WHERE lageraktiv=-1 AND nummer=?1");
-        m_serial = prepare("UPDATE serien SET vkdatum='22.11.2026', rechnungid=?2 WHERE artikelnummer=?1 AND "
-                           "snnummer=''");
+        m_serial = prepare(
+            "UPDATE serien SET vkdatum='22.11.2026', rechnungid=?2 WHERE artikelnummer=?1 AND snnummer=''");
     }
     ~Raw() {
         for (sqlite3_stmt* statement : m_all)

@@ -32,8 +32,8 @@ class Raw {
                 return CompareUtf8(static_cast<const char*>(a), n, static_cast<const char*>(b), m);
             });
         sqlite3_exec(m_db, "PRAGMA cache_size=-16000; PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
-        m_key = prepare("SELECT _rowid_ FROM \"Artikel\" WHERE _rowid_>?1 AND \"Nummer\"=?2 ORDER BY _rowid_ "
-                        "LIMIT ?3");
+        m_key = prepare(
+            "SELECT _rowid_ FROM \"Artikel\" WHERE _rowid_>?1 AND \"Nummer\"=?2 ORDER BY _rowid_ LIMIT ?3");
         m_row = prepare("SELECT \"Name\", \"VKPreis\" FROM \"Artikel\" WHERE _rowid_=?1");
         m_update = prepare("UPDATE \"Artikel\" SET \"VKPreis\"=?1 WHERE \"Nummer\"=?2");
     }
@@ -148,13 +148,11 @@ QString longText(int i) {
     return u"SELECT Artikel.SollBestand, Artikel.IstBestand, RechnungsDetail.ArtikelNummer, "
            "RechnungsDetail.ArtikelName, RechnungsDetail.WarenGruppe, Sum(RechnungsDetail.Buchungs_Menge) AS "
            "Anzahl, RechnungsDetail.VKPreis_Netto AS VKNetto, (SUM(RechnungsDetail.Buchungs_Menge) * "
-           "RechnungsDetail.VKPreis_Netto) AS VKNetto_Gesamt, ArtikelLieferanten.BestellNummer AS "
-           "BestellNr%1, "
+           "RechnungsDetail.VKPreis_Netto) AS VKNetto_Gesamt, ArtikelLieferanten.BestellNummer AS BestellNr%1, "
            "RechnungsDetail.VKPreis_Brutto AS VKBrutto, ArtikelLieferanten.EKPreis FROM Artikel INNER JOIN "
            "(RechnungsDetail INNER JOIN ArtikelLieferanten ON RechnungsDetail.ArtikelNummer = "
            "ArtikelLieferanten.ArtikelNummer) ON Artikel.Nummer = ArtikelLieferanten.ArtikelNummer WHERE "
-           "ArtikelLieferanten.LieferantID=7 AND RechnungsDetail.Datum BETWEEN #11.01.2026# AND #11.30.2026# "
-           "GROUP "
+           "ArtikelLieferanten.LieferantID=7 AND RechnungsDetail.Datum BETWEEN #11.01.2026# AND #11.30.2026# GROUP "
            "BY Artikel.SollBestand, Artikel.IstBestand, RechnungsDetail.ArtikelNummer, "
            "RechnungsDetail.ArtikelName, RechnungsDetail.WarenGruppe, RechnungsDetail.VKPreis_Netto, "
            "RechnungsDetail.VKPreis_Brutto, ArtikelLieferanten.EKPreis, ArtikelLieferanten.BestellNummer;"_s

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs from the Debian registry what the named job needs: "build", "test", "bench" or
-# "wayland" (a desktop without X).
+# Installs from the Debian registry what the named job needs: "build", "test", "bench", "wayland" (a desktop
+# without X) or "format".
 set -euo pipefail
 build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxkbcommon-dev qt6-serialport-dev
        qt6-multimedia-dev qt6-svg-dev libicu-dev libpq-dev libsqlite3-dev libcups2-dev fonts-inter
@@ -11,7 +11,8 @@ case "${1:-build}" in
   test) packages+=(libgtest-dev libgmock-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
   bench) packages+=(libbenchmark-dev postgresql-15) ;;
   wayland) packages+=(qt6-wayland) ;;
-  *) echo "usage: install.sh [build|test|bench|wayland]" >&2; exit 2 ;;
+  format) packages=(clang-format-14 git) ;;
+  *) echo "usage: install.sh [build|test|bench|wayland|format]" >&2; exit 2 ;;
 esac
 missing=()
 for p in "${packages[@]}"; do

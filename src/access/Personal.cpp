@@ -68,21 +68,18 @@ int WritePersonal(Recordset& personal, const PersonalRecord& record) {
 
 bool DeletePersonal(int id) {
     if (sql::count(*gDB, u"Personal WHERE R_Personal=-1"_s) == 1) {
-        MsgBox(u"ACHTUNG: Dies ist der letzte Mitarbeiter der Zugriff auf die Mitarbeiterverwaltung hat. Der "
-               u"Zugriff "
-               "wird verweigert."_s);
+        MsgBox(
+            u"ACHTUNG: Dies ist der letzte Mitarbeiter der Zugriff auf die Mitarbeiterverwaltung hat. Der Zugriff wird verweigert."_s);
         return false;
     }
     if (!AskYesNo(
             u"Möchten Sie diesen Mitarbeiter wirklich löschen?\n\nACHTUNG: Diese Aktion kann unerwünschte "
-            "Auswirkungen bei den Berichten haben.\n\nWenn Sie sich nicht sicher sind, deaktivieren Sie "
-            "diesen "
-            "Mitarbeiter."_s))
+            "Auswirkungen bei den Berichten haben.\n\nWenn Sie sich nicht sicher sind, deaktivieren Sie diesen Mitarbeiter."_s))
         return false;
     if (sql::count(*gDB, u"Rechnung WHERE PersonalNummer="_s + sql::number(id)) > 0) {
-        MsgBox(u"Sie können diesen Mitarbeiter nicht löschen, da dessen Konto bereits bebucht ist. Setzen "
-               u"Sie diesen "
-               "Mitarbeiter auf gesperrt."_s);
+        MsgBox(
+            u"Sie können diesen Mitarbeiter nicht löschen, da dessen Konto bereits bebucht ist. Setzen Sie diesen "
+            "Mitarbeiter auf gesperrt."_s);
         return false;
     }
     gDB->Execute(u"DELETE FROM Personal WHERE ID="_s + sql::number(id) + u';');

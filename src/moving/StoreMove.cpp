@@ -198,9 +198,8 @@ class Move {
             if (error.Number != targetNotEmpty) throw;
         }
         QString password;
-        m_target = openTrying(password, [&](const QString& connect) {
-            return store::OpenMoveTarget(m_targetName, connect);
-        });
+        m_target = openTrying(
+            password, [&](const QString& connect) { return store::OpenMoveTarget(m_targetName, connect); });
         if (const QString begun = store::MoveSource(*m_target); begun.isEmpty())
             refuseRows();
         else if (begun != m_sourceName)
@@ -214,10 +213,11 @@ class Move {
     void refuseRows() {
         for (const TableDef& table : m_target->TableDefs())
             if (const qint64 rows = rowsOf(*m_target, table.Name); rows > 0)
-                raise(targetNotEmpty,
-                      u"Die Datenbank '%1' enthält bereits Daten (Tabelle %2: %3 Zeilen). Sie bleibt "
-                      "unverändert."_s.arg(store::withoutPassword(m_targetName), table.Name)
-                          .arg(rows));
+                raise(
+                    targetNotEmpty,
+                    u"Die Datenbank '%1' enthält bereits Daten (Tabelle %2: %3 Zeilen). Sie bleibt unverändert."_s
+                        .arg(store::withoutPassword(m_targetName), table.Name)
+                        .arg(rows));
     }
 
     /// Tables of an earlier attempt that the source has no longer.
@@ -248,7 +248,8 @@ class Move {
                 pace.row();
             });
             writer->Finish();
-            if (hasCounter(table)) store::SetCounter(*m_target, table.Name, store::Counter(*m_source, table.Name));
+            if (hasCounter(table))
+                store::SetCounter(*m_target, table.Name, store::Counter(*m_source, table.Name));
             attempt.succeed();
         });
     }

@@ -49,8 +49,7 @@ void printBon(int RechnungID) {
     PropertiesList vorlage;
     if (!loadVorlage(
             vorlage, u"Kassenbon.pld"_s, TemplateKind::Bon, gBonDrucker,
-            u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht "
-            "finden konnte."_s))
+            u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht finden konnte."_s))
         return;
     LoadBelegKunde(kopf->Long(u"KundenNummer"));
     const BonDaten bon = ReadBon(*kopf);
@@ -102,8 +101,7 @@ void printGutschein(int GutscheinID, const QString& Name, Currency Betrag) {
     PropertiesList vorlage;
     if (!loadVorlage(
             vorlage, u"Gutschein.pld"_s, TemplateKind::Voucher, gBonDrucker,
-            u"Der Gutschein kann nicht gedruckt werden, da das System die Druckvorlage nicht finden oder "
-            "öffnen konnte."_s))
+            u"Der Gutschein kann nicht gedruckt werden, da das System die Druckvorlage nicht finden oder öffnen konnte."_s))
         return;
     VSPrinter printer;
     printer.Device(gBonDrucker);

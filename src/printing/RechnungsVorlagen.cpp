@@ -73,10 +73,10 @@ QString Create() {
     if (name.endsWith(ending, Qt::CaseInsensitive)) name = name.chopped(ending.size()).trimmed();
     if (name.isEmpty()) return {};
     if (!isFileName(name)) {
-        refuse(u"Aus \"%1\" lässt sich kein Dateiname bilden. Er darf höchstens %2 Zeichen haben, keines der "
-               u"Zeichen "
-               "\\ / : * ? \" < > | enthalten und nicht mit einem Punkt enden."_s.arg(name)
-                   .arg(longestName));
+        refuse(
+            u"Aus \"%1\" lässt sich kein Dateiname bilden. Er darf höchstens %2 Zeichen haben, keines der Zeichen "
+            "\\ / : * ? \" < > | enthalten und nicht mit einem Punkt enden."_s.arg(name)
+                .arg(longestName));
         return {};
     }
     // Another till may look for the same file in other letters, so case makes no difference.

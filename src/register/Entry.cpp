@@ -259,9 +259,8 @@ Entry::Next Entry::found(const QString& trimmed) {
     record.GrundMenge = record.Menge;
     gArtikel = record;
     if (!gArtikel.Aktiv) {
-        MsgBox(u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht "
-               u"verkauft "
-               u"werden."_s);
+        MsgBox(
+            u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht verkauft werden."_s);
         Clear();
         return Next::End;
     }

@@ -202,10 +202,8 @@ void Payment::CreateRechnung(int& RechnungID) {
     };
     const auto advice = [&]() -> QString {
         if (begun == 0) return {};
-        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im "
-               u"Verkauf. "
-               "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu "
-               "viel und "
+        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. "
+               "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu viel und "
                "muss geprüft werden."_s.arg(begun)
                    .arg(booked)
                    .arg(m_sale.basket.rowCount());

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <zvt/TerminalConfig.h>
+
 #include <QByteArray>
 #include <QObject>
 
 #include <functional>
 #include <memory>
-#include <zvt/TerminalConfig.h>
 
 namespace zvt {
 

@@ -120,8 +120,7 @@ void CZVT::Cashier::tellUnknown(const QString& what, std::optional<qint64> amoun
     if (amount) text += u" über "_s + centsText(*amount);
     text +=
         u": Die Verbindung zum Kartenterminal ist unterbrochen, und das Terminal konnte nicht sagen, ob der "
-        u"Vorgang ausgeführt wurde.\n\nEs wurde nichts gebucht. Prüfen Sie den letzten Beleg am Terminal, "
-        u"bevor "
+        u"Vorgang ausgeführt wurde.\n\nEs wurde nichts gebucht. Prüfen Sie den letzten Beleg am Terminal, bevor "
         u"Sie den Betrag noch einmal verlangen."_s;
     tell(text, MsgIcon::Critical);
 }
@@ -140,8 +139,7 @@ bool CZVT::Cashier::report(Outcome outcome, const QString& what, std::optional<q
                  centsText(amount.value_or(0)) +
                  (wrong.currency.value_or(zvt::euro) != zvt::euro ? u", in fremder Währung"_s : QString()) +
                  u".\n\nEs wurde nichts gebucht, das Terminal wurde aufgefordert, den Vorgang "
-                 u"zurückzunehmen. Prüfen "
-                 u"Sie den letzten Beleg am Terminal."_s,
+                 u"zurückzunehmen. Prüfen Sie den letzten Beleg am Terminal."_s,
              MsgIcon::Critical);
         return false;
     }
@@ -162,12 +160,12 @@ CZVT::Cashier::Earlier CZVT::Cashier::settleEarlier(std::optional<qint64> amount
     if (outcome == Outcome::Failed) return Earlier::Settled;
     if (outcome == Outcome::Booked) {
         const bool same = amount && earlier == amount;
-        tell(u"Der vorige, ungeklärte Vorgang am Kartenterminal"_s + of + u" wurde ausgeführt."_s +
-                 (same ? u"\n\nDie Kundin oder der Kunde hat bezahlt, der Verkauf wird damit gebucht."_s
-                       : u"\n\nEs wurde nichts Neues begonnen. Stornieren Sie den Vorgang am Terminal, wenn "
-                         u"er nicht "
-                         u"gelten soll."_s),
-             MsgIcon::Information);
+        tell(
+            u"Der vorige, ungeklärte Vorgang am Kartenterminal"_s + of + u" wurde ausgeführt."_s +
+                (same
+                     ? u"\n\nDie Kundin oder der Kunde hat bezahlt, der Verkauf wird damit gebucht."_s
+                     : u"\n\nEs wurde nichts Neues begonnen. Stornieren Sie den Vorgang am Terminal, wenn er nicht gelten soll."_s),
+            MsgIcon::Information);
         return same ? Earlier::Paid : Earlier::Stop;
     }
     const MsgAnswer answer = MsgBox(
@@ -185,8 +183,7 @@ bool CZVT::Cashier::pay(Currency amount) {
     const auto cents = toCents(amount);
     if (!cents) {
         tell(u"Das Kartenterminal kann nur Beträge über 0,00 € buchen. Erstattungen gehen über "
-             u"\"Gutschrift\" in "
-             u"den EC Terminal Funktionen."_s);
+             u"\"Gutschrift\" in den EC Terminal Funktionen."_s);
         return false;
     }
     const Earlier earlier = settleEarlier(cents);

@@ -2,12 +2,11 @@
 
 #include <session/Globals.h>
 #include <session/Log.h>
+#include <zvt/protocol/Describe.h>
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-
-#include <zvt/protocol/Describe.h>
 
 using namespace Qt::StringLiterals;
 

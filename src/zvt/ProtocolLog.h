@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
-
 #include <zvt/protocol/Apdu.h>
+
+#include <QString>
 
 namespace zvt {
 

@@ -1,7 +1,8 @@
 #include "Transport.h"
 
-#include <deque>
 #include <zvt/protocol/SerialFrame.h>
+
+#include <deque>
 
 namespace zvt {
 

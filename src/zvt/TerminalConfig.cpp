@@ -1,7 +1,7 @@
 #include <session/CSystem.h>
+#include <zvt/TerminalConfig.h>
 
 #include <algorithm>
-#include <zvt/TerminalConfig.h>
 
 using namespace Qt::StringLiterals;
 

@@ -2,12 +2,13 @@
 
 #include "ByteLine.h"
 
+#include <zvt/TerminalConfig.h>
+#include <zvt/protocol/Apdu.h>
+
 #include <QDeadlineTimer>
 
 #include <functional>
 #include <memory>
-#include <zvt/TerminalConfig.h>
-#include <zvt/protocol/Apdu.h>
 
 namespace zvt {
 

@@ -11,7 +11,8 @@
 /// The files of statements and their answers.
 namespace cases {
 
-/// A statement of a file and what it must answer: rows, a number of affected rows, or an error with its place.
+/// A statement of a file and what it must answer: rows, a number of affected rows, or an error with its
+/// place.
 struct Case {
     int line = 0;
     QString statement;

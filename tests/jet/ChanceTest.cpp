@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Makes statements over the shop of shop.sql, the same ones from the same seed everywhere. What fails by itself is
-/// left out: which of several failures is told hangs on the order in which an engine computes.
+/// Makes statements over the shop of shop.sql, the same ones from the same seed everywhere. What fails by
+/// itself is left out: which of several failures is told hangs on the order in which an engine computes.
 class Chance {
   public:
     explicit Chance(unsigned seed)
@@ -39,14 +39,14 @@ class Chance {
         m_tables = {u"Ware"_s};
         switch (below(4)) {
         case 0:
-            return u"UPDATE Ware SET Menge = %1, Aktiv = %2, Notiz = %3 WHERE %4"_s.arg(
-                number(2), truth(2), text(1), truth(2));
+            return u"UPDATE Ware SET Menge = %1, Aktiv = %2, Notiz = %3 WHERE %4"_s.arg(number(2), truth(2),
+                                                                                        text(1), truth(2));
         case 1:
             return u"UPDATE Verkauf INNER JOIN Ware ON Verkauf.WareID = Ware.ID SET Verkauf.Datum = %1, Anzahl = "
                    "CInt(Bestand MOD 9) WHERE %2"_s.arg(date(1), truth(1));
         case 2:
-            return u"INSERT INTO Verkauf (WareID, Betrag, Datum) SELECT ID, Preis, %1 FROM Ware WHERE %2"_s.arg(
-                date(1), truth(2));
+            return u"INSERT INTO Verkauf (WareID, Betrag, Datum) SELECT ID, Preis, %1 FROM Ware WHERE %2"_s
+                .arg(date(1), truth(2));
         default:
             return u"DELETE FROM Ware WHERE "_s + truth(2);
         }
@@ -67,8 +67,10 @@ class Chance {
     QString number(int depth) {
         if (depth == 0 || below(4) == 0) {
             if (below(3) == 0)
-                return of({u"0"_s, u"1"_s, u"-3"_s, u"2.5"_s, u"0.25"_s, u"19"_s, u"True"_s, u"Null"_s, u"-32768"_s});
-            return column(u"ID Bestand Menge Preis GruppeID Aktiv"_s, u"ID Steuer"_s, u"ID WareID Anzahl Betrag"_s);
+                return of({u"0"_s, u"1"_s, u"-3"_s, u"2.5"_s, u"0.25"_s, u"19"_s, u"True"_s, u"Null"_s,
+                           u"-32768"_s});
+            return column(u"ID Bestand Menge Preis GruppeID Aktiv"_s, u"ID Steuer"_s,
+                          u"ID WareID Anzahl Betrag"_s);
         }
         const int d = depth - 1;
         switch (below(14)) {
@@ -85,7 +87,8 @@ class Chance {
         case 5:
             return u"Int("_s + number(d) + u')';
         case 6:
-            return u'(' + number(d) + of({u" \\ "_s, u" MOD "_s, u" / "_s}) + of({u"3"_s, u"-7"_s, u"2.6"_s}) + u')';
+            return u'(' + number(d) + of({u" \\ "_s, u" MOD "_s, u" / "_s}) +
+                   of({u"3"_s, u"-7"_s, u"2.6"_s}) + u')';
         case 7:
             return u"InStr("_s + text(d) + u", "_s + text(d) + u')';
         case 8:
@@ -103,8 +106,8 @@ class Chance {
         if (depth == 0 || below(3) == 0) {
             if (below(4) == 0)
                 return of({u"'a'"_s, u"''"_s, u"'ÄPFEL'"_s, u"'ß'"_s, u"'1,5'"_s, u"Null"_s, u"\"it's\""_s});
-            return column(u"Nummer Name Notiz"_s, u"Bezeichnung Land"_s, u"WareID&''"_s).replace(u"Verkauf.WareID&''"_s,
-                                                                                                  u"(Verkauf.WareID & '')"_s);
+            return column(u"Nummer Name Notiz"_s, u"Bezeichnung Land"_s, u"WareID&''"_s)
+                .replace(u"Verkauf.WareID&''"_s, u"(Verkauf.WareID & '')"_s);
         }
         const int d = depth - 1;
         switch (below(7)) {
@@ -114,7 +117,8 @@ class Chance {
             return of({u"UCase("_s, u"LCase("_s, u"Trim("_s, u"StrReverse("_s}) + text(d) + u')';
         case 2:
             return u"Format("_s + (below(2) ? number(d) : date(d)) + u", "_s +
-                   of({u"'0.00'"_s, u"'#,##0.0;(0);null'"_s, u"'dd.mm.yyyy'"_s, u"'>@@@'"_s, u"'yyyy q'"_s}) + u')';
+                   of({u"'0.00'"_s, u"'#,##0.0;(0);null'"_s, u"'dd.mm.yyyy'"_s, u"'>@@@'"_s, u"'yyyy q'"_s}) +
+                   u')';
         case 3:
             return u"IIf("_s + truth(d) + u", "_s + text(d) + u", "_s + text(d) + u')';
         case 4:
@@ -134,12 +138,14 @@ class Chance {
     }
 
     QString truth(int depth) {
-        if (depth == 0) return below(4) ? number(0) + u" > 1"_s : of({u"True"_s, u"No"_s, u"Null"_s, u"1 = 1"_s});
+        if (depth == 0)
+            return below(4) ? number(0) + u" > 1"_s : of({u"True"_s, u"No"_s, u"Null"_s, u"1 = 1"_s});
         const int d = depth - 1;
         const QString sign = of({u" = "_s, u" <> "_s, u" < "_s, u" >= "_s});
         switch (below(m_grouping ? 8 : 12)) {
         case 0:
-            return u'(' + truth(d) + of({u" AND "_s, u" OR "_s, u" XOR "_s, u" EQV "_s, u" IMP "_s}) + truth(d) + u')';
+            return u'(' + truth(d) + of({u" AND "_s, u" OR "_s, u" XOR "_s, u" EQV "_s, u" IMP "_s}) +
+                   truth(d) + u')';
         case 1:
             return u"NOT ("_s + truth(d) + u')';
         case 2:
@@ -156,7 +162,8 @@ class Chance {
         case 7:
             return number(d) + u" BETWEEN "_s + number(0) + u" AND "_s + number(0);
         case 8:
-            return number(d) + sign + of({u"ANY"_s, u"ALL"_s}) + u" (SELECT v.Anzahl FROM Verkauf AS v WHERE "_s +
+            return number(d) + sign + of({u"ANY"_s, u"ALL"_s}) +
+                   u" (SELECT v.Anzahl FROM Verkauf AS v WHERE "_s +
                    of({u"v.ID > 2"_s, u"v.ID > 99"_s, u"v.Betrag > 3"_s}) + u')';
         case 9:
             return u"EXISTS (SELECT v.ID FROM Verkauf AS v WHERE v.WareID = "_s + number(0) + u')';
@@ -169,14 +176,14 @@ class Chance {
         switch (below(6)) {
         case 0:
             m_tables = {u"Ware"_s, u"Gruppe"_s};
-            return u"Ware "_s + of({u"INNER"_s, u"LEFT"_s, u"RIGHT"_s}) + u" JOIN Gruppe ON Ware.GruppeID = Gruppe.ID"_s;
+            return u"Ware "_s + of({u"INNER"_s, u"LEFT"_s, u"RIGHT"_s}) +
+                   u" JOIN Gruppe ON Ware.GruppeID = Gruppe.ID"_s;
         case 1:
             m_tables = {u"Ware"_s, u"Verkauf"_s};
             return u"Verkauf LEFT JOIN Ware ON Verkauf.WareID = Ware.ID"_s;
         case 2:
             m_tables = {u"Ware"_s, u"Verkauf"_s, u"Gruppe"_s};
-            return u"Gruppe INNER JOIN (Ware INNER JOIN Verkauf ON Ware.ID = Verkauf.WareID) ON Ware.GruppeID = "
-                   "Gruppe.ID"_s;
+            return u"Gruppe INNER JOIN (Ware INNER JOIN Verkauf ON Ware.ID = Verkauf.WareID) ON Ware.GruppeID = Gruppe.ID"_s;
         case 3:
             m_tables = {u"Verkauf"_s, u"Gruppe"_s};
             return u"Verkauf, Gruppe"_s;
@@ -193,14 +200,18 @@ class Chance {
         if (below(3) == 0) return grouped(source + where, part);
         const QStringList columns{number(2), text(2), date(2), truth(2)};
         QString sql = u"SELECT "_s;
-        if (part) return sql + number(2) + u" AS a, "_s + text(2) + u" AS b, "_s + number(1) + u" AS c FROM "_s + source + where;
+        if (part)
+            return sql + number(2) + u" AS a, "_s + text(2) + u" AS b, "_s + number(1) + u" AS c FROM "_s +
+                   source + where;
         const int kind = below(6);
         if (kind == 0) sql += u"DISTINCT "_s;
         if (kind == 1) sql += u"DISTINCTROW "_s;
-        if (kind == 2) sql += u"TOP "_s + QString::number(1 + below(5)) + (below(3) ? u" "_s : u" PERCENT "_s);
+        if (kind == 2)
+            sql += u"TOP "_s + QString::number(1 + below(5)) + (below(3) ? u" "_s : u" PERCENT "_s);
         sql += columns.join(u", "_s) + u" FROM "_s + source + where;
         if (below(2))
-            sql += u" ORDER BY "_s + (kind == 0 ? QString::number(1 + below(4)) : of({number(1), text(1), truth(1), u"2"_s})) +
+            sql += u" ORDER BY "_s +
+                   (kind == 0 ? QString::number(1 + below(4)) : of({number(1), text(1), truth(1), u"2"_s})) +
                    of({QString(), u" DESC"_s});
         return sql;
     }
@@ -209,12 +220,14 @@ class Chance {
         m_grouping = true; // a subquery stands for itself alone, not for what GROUP BY has
         const QString by = of({number(1), text(1), truth(1), u"True"_s});
         m_grouping = false;
-        const QString aggregate = of({u"Sum"_s, u"Avg"_s, u"Min"_s, u"Max"_s, u"Count"_s, u"StDev"_s, u"VarP"_s, u"First"_s}) +
-                                  u'(' + number(2) + u')';
+        const QString aggregate =
+            of({u"Sum"_s, u"Avg"_s, u"Min"_s, u"Max"_s, u"Count"_s, u"StDev"_s, u"VarP"_s, u"First"_s}) +
+            u'(' + number(2) + u')';
         const QString group = part ? u"1"_s : by;
         QString sql = u"SELECT "_s + aggregate + u" AS a, Max("_s + text(1) + u") AS b, Count(*) AS c"_s +
                       (part ? QString() : u", "_s + by) + u" FROM "_s + source + u" GROUP BY "_s + group;
-        if (below(3) == 0) sql += u" HAVING "_s + (below(2) ? u"Count(*) > 1"_s : u"Max("_s + text(1) + u") > 'b'"_s);
+        if (below(3) == 0)
+            sql += u" HAVING "_s + (below(2) ? u"Count(*) > 1"_s : u"Max("_s + text(1) + u") > 'b'"_s);
         if (!part && below(2)) sql += u" ORDER BY "_s + by + of({QString(), u" DESC"_s});
         return sql;
     }
@@ -224,8 +237,8 @@ class Chance {
         m_grouping = true;
         const QString by = below(3) ? number(1) : truth(1);
         m_grouping = false;
-        return u"TRANSFORM "_s + of({u"Sum"_s, u"Max"_s, u"Count"_s}) + u'(' + number(1) + u") SELECT "_s + by + u" FROM "_s +
-               source + u" GROUP BY "_s + by + u" PIVOT "_s +
+        return u"TRANSFORM "_s + of({u"Sum"_s, u"Max"_s, u"Count"_s}) + u'(' + number(1) + u") SELECT "_s +
+               by + u" FROM "_s + source + u" GROUP BY "_s + by + u" PIVOT "_s +
                (below(3) ? number(1) + of({QString(), u" IN (1, 2, 19)"_s}) : truth(1));
     }
 
@@ -314,8 +327,8 @@ TEST_F(ServerChance, QueriesAnswerAlike) {
     for (int i = 0; i < 700; ++i) {
         const QString sql = chance.statement();
         const Answer here = ask(*file, sql), there = ask(*server, sql);
-        EXPECT_TRUE(alike(here, there)) << i << ": " << sql.toStdString() << "\nfile:   " << shown(here)
-                                        << "\nserver: " << shown(there);
+        EXPECT_TRUE(alike(here, there))
+            << i << ": " << sql.toStdString() << "\nfile:   " << shown(here) << "\nserver: " << shown(there);
         rows += int(here.rows.size());
         failed += here.head.startsWith(u"error");
     }
@@ -335,8 +348,8 @@ TEST_F(ServerChance, ChangesChangeAlike) {
         // Without the numbers: those of a transaction that was taken back a server does not give again.
         for (const QString& table : {u"Ware"_s, u"SELECT WareID, Anzahl, Betrag, Datum FROM Verkauf"_s}) {
             const Answer left = ask(*file, table), right = ask(*server, table);
-            EXPECT_TRUE(alike(left, right)) << sql.toStdString() << "\nfile:   " << shown(left)
-                                            << "\nserver: " << shown(right);
+            EXPECT_TRUE(alike(left, right))
+                << sql.toStdString() << "\nfile:   " << shown(left) << "\nserver: " << shown(right);
         }
         file->Rollback();
         server->Rollback();

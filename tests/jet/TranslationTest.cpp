@@ -123,8 +123,7 @@ TEST_F(Translation, HangsOnTheShapeAlone) {
 
 TEST_F(Translation, TellsTheTypesOfItsColumns) {
     const auto s = translator.translate(
-        u"SELECT w.*, Preis*2, Preis*Menge AS Wert, Seit-1, Date()-Seit, Aktiv AND True, Name & 1, Sum(1) "
-        u"FROM Ware w "
+        u"SELECT w.*, Preis*2, Preis*Menge AS Wert, Seit-1, Date()-Seit, Aktiv AND True, Name & 1, Sum(1) FROM Ware w "
         u"GROUP BY w.ID, Nummer, Name, Preis, Menge, Bestand, Aktiv, Seit, Notiz, GruppeID"_s);
     std::vector<Type> types;
     for (const auto& c : s->columns)
@@ -271,8 +270,7 @@ TEST_F(Translation, TellsGroupsApartByTheirLiterals) {
 
 TEST_F(Translation, ReadsChangesOfStructure) {
     const auto made = translator.translate(
-        u"CREATE TABLE Neu (ID COUNTER PRIMARY KEY, Kurz TEXT(5) NOT NULL, Lang VARCHAR, Riesig TEXT(2000), "
-        u"Ja YESNO "
+        u"CREATE TABLE Neu (ID COUNTER PRIMARY KEY, Kurz TEXT(5) NOT NULL, Lang VARCHAR, Riesig TEXT(2000), Ja YESNO "
         u"DEFAULT True, Wann DATETIME DEFAULT (Now()), Wert NUMERIC(8,3), CONSTRAINT k UNIQUE (Kurz, Wert))"_s);
     ASSERT_TRUE(made->ddl);
     const auto& add = made->ddl->add;

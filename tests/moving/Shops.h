@@ -72,9 +72,9 @@ inline QByteArray fileOf(const QString& path) {
 inline void makeExtremes(Database& db) {
     const auto high = std::numeric_limits<qint64>::max();
     const double huge = std::numeric_limits<double>::max(), tiny = std::numeric_limits<double>::denorm_min();
-    db.Execute(u"CREATE TABLE Alles (ID COUNTER, Ja YESNO, B BYTE, S SHORT, L LONG DEFAULT 7, F SINGLE, D "
-               u"DOUBLE, "
-               "C CURRENCY NOT NULL, T DATETIME DEFAULT Date(), X TEXT(12) DEFAULT 'Deutschland', M MEMO)"_s);
+    db.Execute(
+        u"CREATE TABLE Alles (ID COUNTER, Ja YESNO, B BYTE, S SHORT, L LONG DEFAULT 7, F SINGLE, D DOUBLE, "
+        "C CURRENCY NOT NULL, T DATETIME DEFAULT Date(), X TEXT(12) DEFAULT 'Deutschland', M MEMO)"_s);
     db.Execute(u"CREATE UNIQUE INDEX Text_Preis ON Alles (X DESC, C)"_s);
     db.Execute(u"CREATE TABLE [Leer und Müßig] (N LONG CONSTRAINT P PRIMARY KEY, [it's] TEXT(1))"_s);
     db.Execute(u"CREATE TABLE Reihe (N LONG)"_s);

@@ -156,7 +156,8 @@ TEST_F(DialogRules, ArticlesOfAnOrderNumber) {
         shop.insert(
             u"ArtikelLieferanten"_s,
             {{u"ArtikelNummer"_s, article}, {u"BestellNummer"_s, u"B"_s}, {u"LieferantID"_s, supplier}});
-    EXPECT_EQ((QStringList{u"1|Tee|Nordhof"_s, u"weg|Null|Nordhof"_s}), shop.rows(till::FindOrderNumber(u"B"_s)));
+    EXPECT_EQ((QStringList{u"1|Tee|Nordhof"_s, u"weg|Null|Nordhof"_s}),
+              shop.rows(till::FindOrderNumber(u"B"_s)));
     EXPECT_TRUE(shop.rows(till::FindOrderNumber(u"C"_s)).isEmpty());
     EXPECT_EQ(3075, errorOf([] { (void)till::FindOrderNumber(u"x' OR '1'='1"_s); }));
 }

@@ -263,8 +263,7 @@ TEST_F(Entry, LinkedArticlesGoOneLevelDeep) {
 TEST_F(Entry, InactiveArticleIsRefused) {
     shop.article(u"6"_s, u"Saisonware"_s, 1, {{u"Aktiv"_s, false}});
     dialogs.expectMsgBox(
-        u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht "
-        u"verkauft werden."_s);
+        u"Der von Ihnen gewünschte Artikel wurde als nicht Aktiv markiert und kann zur Zeit nicht verkauft werden."_s);
     scan(u"6"_s);
     refused();
 }

@@ -97,9 +97,9 @@ TEST_F(StartUpTest, StartsWithoutTheRightToWriteItsSettings) {
     ASSERT_EQ(start(), StartResult::Running); // brings the store and its folder into being
     gDB.reset();
     put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
-    m_dialogs.expectMsgBox(u"Einstellungen dieser Kasse können nicht gespeichert werden.\n\nZugriff "
-                           "verweigert: ...*"_s,
-                           MsgIcon::Exclamation);
+    m_dialogs.expectMsgBox(
+        u"Einstellungen dieser Kasse können nicht gespeichert werden.\n\nZugriff verweigert: ...*"_s,
+        MsgIcon::Exclamation);
     {
         const WithoutRights guest(m_folder.path(), home());
         ASSERT_EQ(start(), StartResult::Running);

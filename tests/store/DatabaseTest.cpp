@@ -254,10 +254,12 @@ TEST_F(StoreTest, StatementsAndDefaultsFollowTheClockThatIsGiven) {
                   u"31.12.2031|23:59:58|31.12.2031 23:59:58"_s);
     EXPECT_EQ(single(*db, u"SELECT Date() & '|' & Time() & '|' & Now() & '|' & Timer()"_s),
               u"31.12.2031|23:59:58|31.12.2031 23:59:58|86398"_s);
-    EXPECT_EQ(single(*db, u"SELECT Count(*) FROM T WHERE Tag=Date() AND Stand=Now() AND Tag=#12/31#"_s), u"2"_s);
+    EXPECT_EQ(single(*db, u"SELECT Count(*) FROM T WHERE Tag=Date() AND Stand=Now() AND Tag=#12/31#"_s),
+              u"2"_s);
     // A date without a year is one of the year that runs.
-    const QString dates = u"SELECT CDate('5.' & (ID + 5) & '.') & IsDate('29.2.') & DateValue(Wer & '3. Mai') "
-                          "FROM (SELECT ID, '' AS Wer FROM T) AS t"_s;
+    const QString dates =
+        u"SELECT CDate('5.' & (ID + 5) & '.') & IsDate('29.2.') & DateValue(Wer & '3. Mai') "
+        "FROM (SELECT ID, '' AS Wer FROM T) AS t"_s;
     EXPECT_EQ(single(*db, dates), u"05.06.2031003.05.2031"_s);
     db->BeginTrans();
     jet::setClock([] { return QDateTime(QDate(2032, 1, 1), QTime(0, 0)); });

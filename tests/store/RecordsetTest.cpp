@@ -275,8 +275,9 @@ TEST_F(RecordsetTest, FindFirstSeesTheSetAsItIsNowAndMoveNextGoesOnFromThere) {
 
 TEST_F(RecordsetTest, ARowHasAPlaceAndIsReachedByIt) {
     makeNumbers(2000);
-    for (const auto& sql : {u"SELECT * FROM N ORDER BY ID DESC"_s,
-                            u"SELECT a.ID, b.Wert FROM N AS a INNER JOIN N AS b ON a.ID=b.ID ORDER BY a.ID DESC"_s}) {
+    for (const auto& sql :
+         {u"SELECT * FROM N ORDER BY ID DESC"_s,
+          u"SELECT a.ID, b.Wert FROM N AS a INNER JOIN N AS b ON a.ID=b.ID ORDER BY a.ID DESC"_s}) {
         auto rs = m_db->OpenRecordset(sql);
         EXPECT_EQ(rs->AbsolutePosition(), 0);
         rs->AbsolutePosition(1500);
@@ -297,8 +298,7 @@ TEST_F(RecordsetTest, ARowHasAPlaceAndIsReachedByIt) {
     rs->AbsolutePosition(7);
     EXPECT_EQ(rs->Long(u"ID"), 9) << "the next one stands there now";
     EXPECT_EQ(errorOf([&] {
-                  std::ignore =
-                      m_db->OpenRecordset(u"SELECT * FROM N WHERE ID<0"_s)->AbsolutePosition();
+                  std::ignore = m_db->OpenRecordset(u"SELECT * FROM N WHERE ID<0"_s)->AbsolutePosition();
               }),
               3021);
 }
@@ -316,8 +316,8 @@ TEST_F(RecordsetTest, GroupsJoinsAndUnionsAreReadOnly) {
         rs->MoveLast();
         EXPECT_GT(rs->RecordCount(), 1);
     }
-    auto rs = m_db->OpenRecordset(u"SELECT a.ID, b.Nummer FROM T AS a INNER JOIN T AS b ON a.ID=b.ID "
-                                  "ORDER BY a.ID;"_s);
+    auto rs = m_db->OpenRecordset(
+        u"SELECT a.ID, b.Nummer FROM T AS a INNER JOIN T AS b ON a.ID=b.ID ORDER BY a.ID;"_s);
     rs->FindFirst(u"Nummer='c3'"_s);
     ASSERT_FALSE(rs->NoMatch());
     EXPECT_EQ(rs->Long(u"ID"), 3);

@@ -13,10 +13,8 @@ class ServerRightsTest : public testing::Test {
         m_server->createDatabase(u"laden"_s);
         m_server->sql(
             u"laden"_s,
-            u"CREATE ROLE till LOGIN PASSWORD 'geheim';"
-            "REVOKE ALL ON DATABASE laden FROM PUBLIC;"
-            "GRANT CONNECT ON DATABASE laden TO till;"
-            "ALTER DEFAULT PRIVILEGES FOR ROLE kasse"
+            u"CREATE ROLE till LOGIN PASSWORD 'geheim';REVOKE ALL ON DATABASE laden FROM PUBLIC;"
+            "GRANT CONNECT ON DATABASE laden TO till;ALTER DEFAULT PRIVILEGES FOR ROLE kasse"
             " GRANT SELECT, INSERT, UPDATE, DELETE ON TABLES TO till;"
             "ALTER DEFAULT PRIVILEGES FOR ROLE kasse GRANT USAGE, SELECT, UPDATE ON SEQUENCES TO till"_s);
         Database::CreateDatabase(m_server->uri(u"laden"_s), {}, {}, schema::createTables)->Close();

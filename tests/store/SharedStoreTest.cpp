@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Runs `act` in a process of its own that shares nothing open with this one; gives what it wrote to `out`. What
-/// it waits for comes in at `in`.
+/// Runs `act` in a process of its own that shares nothing open with this one; gives what it wrote to `out`.
+/// What it waits for comes in at `in`.
 class Child {
   public:
     explicit Child(const std::function<void(int out, int in)>& act) {

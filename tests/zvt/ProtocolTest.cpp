@@ -179,8 +179,9 @@ TEST(Log, ShowsNothingOfACard) {
     const QString payment = describe(command(
         0x040F, bytes("270004000000001234 22F0F84000111122223333 23F0F84000111122223333 8BF0F456495341 "
                       "060B1F0908 4000111122223333")));
-    EXPECT_EQ(utf8(payment), "04 0F 27=00 04=000000001234 22=EEEEEEEEEEEE3333 23=(8 Bytes) 8B=(4 Bytes) 06{ "
-                             "1F09=(8 Bytes) }");
+    EXPECT_EQ(
+        utf8(payment),
+        "04 0F 27=00 04=000000001234 22=EEEEEEEEEEEE3333 23=(8 Bytes) 8B=(4 Bytes) 06{ 1F09=(8 Bytes) }");
     EXPECT_EQ(utf8(describe(command(0x0600, bytes("12345618097806021A00")))),
               "06 00 ****** 180978 06{ 1A=(0 Bytes) }");
     EXPECT_EQ(utf8(describe(command(0x0620, bytes("1234560303")))), "06 20 ****** 03=03");

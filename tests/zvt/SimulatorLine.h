@@ -1,5 +1,8 @@
 #pragma once
 
+#include <zvt/protocol/Apdu.h>
+#include <zvt/protocol/SerialFrame.h>
+
 #include <arpa/inet.h>
 #include <cstdio>
 #include <cstdlib>
@@ -12,8 +15,6 @@
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
-#include <zvt/protocol/Apdu.h>
-#include <zvt/protocol/SerialFrame.h>
 
 /// The terminal's end of the line: a listening socket on 127.0.0.1 or the master of a pseudo-terminal.
 class SimulatorLine {

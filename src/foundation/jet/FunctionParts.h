@@ -8,9 +8,7 @@ namespace jet {
 void addDateFunctions(std::vector<Function>& list);
 void addFinanceFunctions(std::vector<Function>& list);
 
-[[nodiscard]] constexpr bool isClock(Encoding e) {
-    return e >= Encoding::Today && e <= Encoding::Timer;
-}
+[[nodiscard]] constexpr bool isClock(Encoding e) { return e >= Encoding::Today && e <= Encoding::Timer; }
 /// What the clock gives under Today, TimeOfDay, Now or Timer.
 [[nodiscard]] Value clockValue(Encoding encoding);
 

@@ -67,8 +67,8 @@ bool Writer::beginLikeRange(const Expr* like) {
         text = text->target;
     const bool column =
         text->kind == ExprKind::Name && text->source && text->source->table && isText(text->type);
-    if (like->negated || like->ansi || !column || pattern->kind != ExprKind::Literal || pattern->literal < 0 ||
-        pattern->literalClass != LiteralClass::PrefixedPattern)
+    if (like->negated || like->ansi || !column || pattern->kind != ExprKind::Literal ||
+        pattern->literal < 0 || pattern->literalClass != LiteralClass::PrefixedPattern)
         return false;
     out += '(';
     value(text);

@@ -44,8 +44,7 @@ QString ServerAddressFault(const QString& address) {
         return u"Die Adresse des Servers beginnt mit \"postgresql://\", zum Beispiel "
                "postgresql://kasse@server/laden."_s;
     if (address.size() > longest)
-        return u"Die Adresse des Servers hat mehr als %1 Zeichen. Kürzer wird sie, wenn ein Teil der Angaben "
-               u"in "
+        return u"Die Adresse des Servers hat mehr als %1 Zeichen. Kürzer wird sie, wenn ein Teil der Angaben in "
                "einer Dienstdatei steht (postgresql:///?service=Name)."_s.arg(longest);
     return {};
 }

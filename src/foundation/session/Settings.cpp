@@ -96,11 +96,11 @@ void KeepSetting(const QString& section, const QString& key, const QString& valu
 void TellUnwrittenSettings() {
     const QString fault = gSystem->TakeKeepFault();
     if (fault.isEmpty()) return;
-    MsgBox(u"Einstellungen dieser Kasse können nicht gespeichert werden.\n\n"_s + fault +
-               u"\n\nDas Programm arbeitet weiter; was jetzt nicht gespeichert wird, gilt nur bis zu seinem "
-               u"Ende. "
-               "Prüfen Sie die Rechte an der Datei und ihrem Ordner."_s,
-           MsgIcon::Exclamation);
+    MsgBox(
+        u"Einstellungen dieser Kasse können nicht gespeichert werden.\n\n"_s + fault +
+            u"\n\nDas Programm arbeitet weiter; was jetzt nicht gespeichert wird, gilt nur bis zu seinem Ende. "
+            "Prüfen Sie die Rechte an der Datei und ihrem Ordner."_s,
+        MsgIcon::Exclamation);
 }
 
 void ReadSettings(CSystem& system, const QString& file) {

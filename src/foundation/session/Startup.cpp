@@ -297,10 +297,10 @@ std::optional<StartResult> StartUp::failed(const RuntimeError& error) {
                 "Setzen Sie das Kennwort auf den Standard zurück."_s);
             return StartResult::WrongPassword;
         case cannotLock:
-            MsgBox(u"Die Datenbank konnte nicht geöffnet werden. Stellen Sie sicher, dass Sie über die "
-                   u"erforderlichen "
-                   "Verzeichnisrechte im System verfügen. Weitere Informationen erhalten Sie von Ihrem "
-                   "Systemadministrator."_s);
+            MsgBox(
+                u"Die Datenbank konnte nicht geöffnet werden. Stellen Sie sicher, dass Sie über die erforderlichen "
+                "Verzeichnisrechte im System verfügen. Weitere Informationen erhalten Sie von Ihrem "
+                "Systemadministrator."_s);
             return StartResult::StoreLocked;
         case fileMissing:
             return setup();

@@ -135,8 +135,8 @@ qint64 Connection::execute(const QString& sql) {
     for (bool again = true;; again = false) {
         try {
             const bool numbers = kind == jet::Kind::Insert && table(plan->statement->target).autoNumber();
-            Prepared& statement =
-                prepared(plan->main, numbers ? plan->statement->sql + m_engine->returningKey() : plan->statement->sql);
+            Prepared& statement = prepared(
+                plan->main, numbers ? plan->statement->sql + m_engine->returningKey() : plan->statement->sql);
             if (kind == jet::Kind::Delete) statement.allowRepeat(); // what is gone stays gone
             bind(statement, *plan->statement, literals);
             tableChanges(plan->statement->target);

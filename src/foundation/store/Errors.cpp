@@ -32,14 +32,13 @@ QString description(int number, const QString& what) {
     case 3043:
         return u"Datenträger- oder Netzwerkfehler (%1)."_s.arg(what);
     case 3045:
-        return u"Die Datei '%1' konnte nicht verwendet werden, da sie bereits geöffnet ist oder exklusiv "
-               "verwendet wird."_s.arg(what);
+        return u"Die Datei '%1' konnte nicht verwendet werden, da sie bereits geöffnet ist oder exklusiv verwendet wird."_s
+            .arg(what);
     case 3049:
         return u"Die Datenbank '%1' ist beschädigt und kann nicht gelesen werden."_s.arg(what);
     case 3050:
-        return u"Die Datei '%1' konnte nicht gesperrt werden. Für die Datei und ihren Ordner sind "
-               u"Schreibrechte "
-               "erforderlich."_s.arg(what);
+        return u"Die Datei '%1' konnte nicht gesperrt werden. Für die Datei und ihren Ordner sind Schreibrechte erforderlich."_s
+            .arg(what);
     case 3065:
         return u"Eine Auswahlabfrage kann nicht ausgeführt werden."_s;
     case 3125:

@@ -68,7 +68,8 @@ std::unique_ptr<TableWriter> WriteTable(Database& db, const QString& table) {
 }
 
 // In chunks by key, so that neither engine holds a statement open or the whole table in memory.
-void ReadTable(Database& db, const QString& table, const std::function<void(const std::vector<Value>&)>& row) {
+void ReadTable(Database& db, const QString& table,
+               const std::function<void(const std::vector<Value>&)>& row) {
     store::Connection& connection = *db.impl().connection;
     store::Engine& engine = connection.engine();
     connection.refreshStructure();

@@ -5,7 +5,8 @@
 #include <QByteArrayView>
 
 /// The decimal digits of a number: 0.d0d1d2... times 10^point, without leading or trailing zeros; no digit is
-/// zero. A double has at most 15 digits, as Visual Basic sees it, a Single 7; Currency and whole numbers are exact.
+/// zero. A double has at most 15 digits, as Visual Basic sees it, a Single 7; Currency and whole numbers are
+/// exact.
 struct Digits {
     static constexpr int capacity = 24;
 

@@ -108,8 +108,8 @@ double Value::toDouble() const {
     return std::visit(Overloaded{[](std::monostate) -> double { RaiseInvalidNull(); },
                                  [](bool b) { return b ? -1.0 : 0.0; },
                                  [](qint64 i) { return static_cast<double>(i); }, [](double d) { return d; },
-                                 [](float f) { return double(f); },
-                                 [](Currency c) { return c.toDouble(); }, [](DateTime d) { return d.days; },
+                                 [](float f) { return double(f); }, [](Currency c) { return c.toDouble(); },
+                                 [](DateTime d) { return d.days; },
                                  [](const QString& s) { return inRange(numberIn(s).toDouble()); }},
                       m_data);
 }

@@ -103,8 +103,7 @@ void printSettings(const QString& target) {
     put(stdout, u"\nEintrag in der konfig.ini jeder Kasse:\n\n[GLOBAL]\n"_s);
     if (store::isServer(target)) {
         put(stdout,
-            u"DBServer=%1\n\nStatt des Benutzers, der umgezogen ist, steht dort der der Kassen, sein "
-            u"Kennwort in "
+            u"DBServer=%1\n\nStatt des Benutzers, der umgezogen ist, steht dort der der Kassen, sein Kennwort in "
             "der Datei ~/.pgpass.\nDBPath bleibt der gemeinsame Ordner der Vorlagen und Bilder.\n"_s.arg(
                 store::withoutPassword(target)));
         return;
@@ -125,8 +124,8 @@ int move(const QString& source, const QString& target, bool sums) {
         });
         line.clear();
         if (result.cancelled) {
-            put(stderr, u"Der Umzug wurde abgebrochen. Die Quelle ist unverändert; derselbe Aufruf setzt ihn "
-                        "fort.\n"_s);
+            put(stderr,
+                u"Der Umzug wurde abgebrochen. Die Quelle ist unverändert; derselbe Aufruf setzt ihn fort.\n"_s);
             return cancelled;
         }
         printTables(result, sums);
@@ -156,8 +155,7 @@ int run(const QStringList& arguments) {
     parser.setApplicationDescription(
         u"Zieht einen Laden in eine andere Datenbank um, ganz und mit Vergleich am Ende.\n\n"
         "QUELLE und ZIEL sind die Datei Merivane.mdb, ihr Ordner oder die Adresse eines Datenbankservers\n"
-        "(postgresql://benutzer@rechner/datenbank). Das Ziel muss leer sein oder fehlen. Die Quelle bleibt, "
-        "wie sie ist.\n"
+        "(postgresql://benutzer@rechner/datenbank). Das Ziel muss leer sein oder fehlen. Die Quelle bleibt, wie sie ist.\n"
         "Nach einer Unterbrechung setzt derselbe Aufruf den Umzug fort.\n\n"
         "Ergebnis: 0 umgezogen und gleich, 1 Fehler, 2 falscher Aufruf, 3 abgebrochen."_s);
     const QCommandLineOption help({u"h"_s, u"help"_s, u"hilfe"_s}, u"Zeigt diese Hilfe."_s);

@@ -49,9 +49,9 @@ frmKassePrintDlg::~frmKassePrintDlg() = default;
 void frmKassePrintDlg::choose(int mode, const QString& printer) {
     if (printer.isEmpty()) {
         gPrintMode = 0;
-        MsgBox(u"Es ist kein Formulardrucker in der Konfiguration eingerichtet. Sie können den Beleg aber zu "
-               u"einem "
-               "späteren Zeitpunkt erneut drucken."_s);
+        MsgBox(
+            u"Es ist kein Formulardrucker in der Konfiguration eingerichtet. Sie können den Beleg aber zu einem "
+            "späteren Zeitpunkt erneut drucken."_s);
         QDialog::reject();
         return;
     }

@@ -98,8 +98,7 @@ void frmSetup::ok() {
             {{address.isEmpty() && !HasStore(folder), m_ui->txtDBPath,
               u"In diesem Ordner wurde keine Datenbank (Merivane.mdb) gefunden. Bitte prüfen Sie Ihre Eingabe."_s},
              {!HasFolder(folder), m_ui->txtDBPath,
-              u"Dieser Ordner wurde nicht gefunden. Auch mit einer Datenbank auf dem Server braucht die "
-              u"Kasse einen "
+              u"Dieser Ordner wurde nicht gefunden. Auch mit einer Datenbank auf dem Server braucht die Kasse einen "
               "Ordner für Vorlagen und Bilder. Bitte prüfen Sie Ihre Eingabe."_s}}))
         return;
     SaveStorePlace(folder, address);

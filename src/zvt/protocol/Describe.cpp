@@ -1,7 +1,7 @@
-#include <QStringList>
-
 #include <zvt/protocol/Describe.h>
 #include <zvt/protocol/Fields.h>
+
+#include <QStringList>
 
 using namespace Qt::StringLiterals;
 

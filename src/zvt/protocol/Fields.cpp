@@ -1,5 +1,6 @@
-#include <algorithm>
 #include <zvt/protocol/Fields.h>
+
+#include <algorithm>
 
 namespace zvt {
 

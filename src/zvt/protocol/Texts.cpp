@@ -1,7 +1,8 @@
+#include <zvt/protocol/Texts.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
-#include <zvt/protocol/Texts.h>
 
 using namespace Qt::StringLiterals;
 

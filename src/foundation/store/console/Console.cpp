@@ -211,10 +211,8 @@ int run(const QStringList& arguments) {
     parser.setApplicationDescription(
         u"Runs statements of the store's SQL dialect.\n\n"
         "STORE is a store file, :memory: or the URI of a server's database. Statements come from the "
-        "argument or from standard input, where "
-        "each\n"
-        "ends with a semicolon or an empty line. Errors go to standard error as number, place and "
-        "description.\n"
+        "argument or from standard input, where each\n"
+        "ends with a semicolon or an empty line. Errors go to standard error as number, place and description.\n"
         "In an empty database of a server, without --create, everything goes when the console ends."_s);
     parser.addHelpOption();
     parser.addOption({u"json"_s, u"Read one JSON string a line, answer one JSON object a line."_s});

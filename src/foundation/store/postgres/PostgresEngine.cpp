@@ -358,9 +358,7 @@ QString PostgresEngine::warning() const {
     const bool local = host.isEmpty() || host.startsWith('/') || host.startsWith('@') ||
                        host == "localhost" || host == "127.0.0.1" || host == "::1";
     if (local || PQsslInUse(m_link.handle())) return {};
-    return u"Die Verbindung zum Datenbankserver ist nicht verschlüsselt (TLS). Wer im Netz mitliest, sieht "
-           u"alle "
-           "Daten."_s;
+    return u"Die Verbindung zum Datenbankserver ist nicht verschlüsselt (TLS). Wer im Netz mitliest, sieht alle Daten."_s;
 }
 
 } // namespace store

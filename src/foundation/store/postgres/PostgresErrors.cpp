@@ -51,8 +51,9 @@ QString keyOf(const PGresult* result, const Counters& counters) {
     if (is(u"53200")) throw std::bad_alloc();
     if (is(u"25006")) raise(3027);
     if (is(u"42501"))
-        raiseTold(3112, u"Dem Benutzer des Datenbankservers fehlt ein Recht (%1). Es wurde nichts "
-                        "geändert."_s.arg(message));
+        raiseTold(3112,
+                  u"Dem Benutzer des Datenbankservers fehlt ein Recht (%1). Es wurde nichts geändert."_s.arg(
+                      message));
     if (is(u"57014")) raiseTold(3059, u"Der Vorgang wurde abgebrochen. Es wurde nichts geändert."_s);
     if (state.startsWith(u"54")) raise(3360);
     if (state.startsWith(u"XX00") || state.startsWith(u"58"))
@@ -132,10 +133,10 @@ void raiseLost() {
 }
 
 void raiseLostTransaction() {
-    raiseTold(notConnected,
-              u"Die Verbindung zum Datenbankserver ging mitten im Vorgang verloren. Der Server nimmt ihn "
-              "vollständig zurück; was vorher gebucht war, ist sicher. Bitte den Vorgang von vorn "
-              "beginnen."_s);
+    raiseTold(
+        notConnected,
+        u"Die Verbindung zum Datenbankserver ging mitten im Vorgang verloren. Der Server nimmt ihn "
+        "vollständig zurück; was vorher gebucht war, ist sicher. Bitte den Vorgang von vorn beginnen."_s);
 }
 
 void raiseUnknownOutcome() {

@@ -148,8 +148,7 @@ void PostgresEngine::destroy() {
 }
 
 void PostgresEngine::noteStructureChange() {
-    run("UPDATE \"merivane$settings\" SET \"value\"=(\"value\"::bigint+1)::text WHERE \"key\"='structure'; "
-        "NOTIFY " +
+    run("UPDATE \"merivane$settings\" SET \"value\"=(\"value\"::bigint+1)::text WHERE \"key\"='structure'; NOTIFY " +
         QByteArray(channel));
 }
 

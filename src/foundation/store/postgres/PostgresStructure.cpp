@@ -141,11 +141,9 @@ QByteArray catalogueSql() {
            "CREATE TABLE \"merivane$settings\" (\"key\" text PRIMARY KEY, \"value\" text NOT NULL);"
            "CREATE TABLE \"merivane$columns\" (\"tablename\" text NOT NULL, \"ordinal\" integer NOT NULL,"
            " \"name\" text NOT NULL, \"type\" text NOT NULL, \"size\" integer NOT NULL,"
-           " \"default\" text NOT NULL, \"flags\" integer NOT NULL, PRIMARY KEY (\"tablename\", "
-           "\"ordinal\"));"
+           " \"default\" text NOT NULL, \"flags\" integer NOT NULL, PRIMARY KEY (\"tablename\", \"ordinal\"));"
            "CREATE TABLE \"merivane$indexes\" (\"tablename\" text NOT NULL, \"name\" text NOT NULL,"
-           " \"columns\" text NOT NULL, \"flags\" integer NOT NULL, _rowid_ bigint GENERATED ALWAYS AS "
-           "IDENTITY,"
+           " \"columns\" text NOT NULL, \"flags\" integer NOT NULL, _rowid_ bigint GENERATED ALWAYS AS IDENTITY,"
            " PRIMARY KEY (\"tablename\", \"name\"));"
            "INSERT INTO \"merivane$settings\" VALUES ('structure', '1')";
 }

@@ -227,8 +227,7 @@ QString SqliteEngine::version() const { return u"SQLite "_s + QString::fromLatin
 
 QString SqliteEngine::warning() const {
     if (!m_network) return {};
-    return u"Die Datenbank liegt auf einem Netzlaufwerk. Dort arbeitet sie langsamer und weniger sicher; für "
-           u"mehrere "
+    return u"Die Datenbank liegt auf einem Netzlaufwerk. Dort arbeitet sie langsamer und weniger sicher; für mehrere "
            "Kassen ist ein Datenbankserver vorgesehen."_s;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <zvt/protocol/Texts.h>
+
 #include <QByteArray>
 #include <QString>
-
-#include <zvt/protocol/Texts.h>
 
 class CSystem;
 

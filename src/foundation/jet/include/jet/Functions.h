@@ -13,8 +13,8 @@ namespace jet {
 
 /// A scalar function that the emitted text calls and the engine must offer. Arguments arrive as typed values:
 /// the emitted call carries a type letter per argument as its first argument (one text, e.g. jet_format('ct',
-/// a, b)), from which the engine's glue decodes: b Boolean, i integer, d double, f Single, c Currency, t date, s text,
-/// v by the engine's own type. The result is encoded by its shape: Boolean as -1/0, Currency as
+/// a, b)), from which the engine's glue decodes: b Boolean, i integer, d double, f Single, c Currency, t
+/// date, s text, v by the engine's own type. The result is encoded by its shape: Boolean as -1/0, Currency as
 /// ten-thousandths, dates as days. NULL decodes to Null whatever its letter.
 /// A REAL under the letters c and i is an overflow (6). A RuntimeError that `call` raises ends the statement
 /// and must reach the caller unchanged. Every name takes any number of arguments.

@@ -26,8 +26,9 @@ class Recordset {
     void MoveNext();                ///< raises 3021 behind the end
     void MoveFirst();               ///< raises 3021 on an empty set
     void MoveLast();                ///< reads the whole key set; raises 3021 on an empty set
-    /// Place of the current row in the set, from 0. A row that FindFirst or MoveToLastModified found reads the keys as
-    /// far as its place; one that came after the set was read stands behind the last. Raises 3021 without a row.
+    /// Place of the current row in the set, from 0. A row that FindFirst or MoveToLastModified found reads
+    /// the keys as far as its place; one that came after the set was read stands behind the last. Raises 3021
+    /// without a row.
     [[nodiscard]] int AbsolutePosition();
     /// Moves there, reading the keys as far as needed. Raises 3021 for a place outside the set.
     void AbsolutePosition(int place);

@@ -12,10 +12,9 @@ class TableWriter;
 
 namespace store {
 
-/// All rows of a table in their order, each with all columns; with an AutoNumber that is its order. `row` must
-/// not use this Database. Raises 3376 no such table.
-void ReadTable(Database& db, const QString& table,
-               const std::function<void(const std::vector<Value>&)>& row);
+/// All rows of a table in their order, each with all columns; with an AutoNumber that is its order. `row`
+/// must not use this Database. Raises 3376 no such table.
+void ReadTable(Database& db, const QString& table, const std::function<void(const std::vector<Value>&)>& row);
 /// Appends many rows to a table, the AutoNumber included, as fast as the engine can. Needs an open
 /// transaction, else raises 3219; 3376 no such table.
 [[nodiscard]] std::unique_ptr<TableWriter> WriteTable(Database& db, const QString& table);

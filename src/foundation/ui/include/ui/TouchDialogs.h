@@ -11,8 +11,8 @@ class MessageDialog;
 class InputDialog;
 } // namespace Ui
 
-/// A message with touch-sized keys cmdOK, cmdCancel, cmdYes, cmdNo, cmdRetry. Enter presses the preset one; Esc presses
-/// the one that changes nothing (Abbrechen, Nein, or the only OK); J and N answer a question.
+/// A message with touch-sized keys cmdOK, cmdCancel, cmdYes, cmdNo, cmdRetry. Enter presses the preset one;
+/// Esc presses the one that changes nothing (Abbrechen, Nein, or the only OK); J and N answer a question.
 class MessageDialog : public QDialog {
     Q_OBJECT
 

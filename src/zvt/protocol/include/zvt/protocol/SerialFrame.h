@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QByteArray>
-
 #include <zvt/protocol/Apdu.h>
+
+#include <QByteArray>
 
 namespace zvt {
 
