@@ -93,12 +93,15 @@ class Amount : public NumberDialog {
     bool fail = false;
 
   protected:
-    void enter() override {
+    void ok() override {
         if (fail) throw RuntimeError(13, u"Typen unverträglich"_s);
         result = text();
         accept();
     }
-    void cancelled() override { result = u"cancelled"_s; }
+    bool cancelled() override {
+        result = u"cancelled"_s;
+        return true;
+    }
 };
 
 TEST(NumberDialogTest, TakesOnlyTheKeysOfItsKind) {
@@ -162,6 +165,22 @@ TEST(NumberDialogTest, EscCancelsAndAFailureLeavesItOpen) {
     });
     EXPECT_EQ(int(QDialog::Rejected), ShowModal(dialog));
     EXPECT_EQ(u"cancelled"_s, dialog.result);
+}
+
+TEST(NumberDialogTest, RulesOfADialogComeBeforeThoseOfTheBox) {
+    ScriptedForms dialogs;
+    Amount dialog({});
+    dialog.input()->setFilter([](QChar typed) {
+        return typed == u'x' ? QChar(u'0') : typed.isDigit() ? typed : QChar();
+    });
+    dialogs.expectModal(u"NumberDialog"_s, [&](QDialog& d) {
+        typeText(d, u"1x,2-"_s);
+        QApplication::clipboard()->setText(u"3x,"_s);
+        QTest::keyClick(dialog.input(), Qt::Key_V, Qt::ControlModifier);
+        pressKey(d, Qt::Key_Return);
+    });
+    ShowModal(dialog);
+    EXPECT_EQ(u"10230"_s, dialog.result);
 }
 
 TEST(RowsModelTest, FormatsCellsOnDemandAndFollowsItsRows) {

@@ -178,6 +178,29 @@ TEST_F(RecordListTest, ACheckBoxWritesAndAFailureIsReportedOnce) {
     ASSERT_TRUE(waitFor([&] { return m_dialogs.done(); }));
 }
 
+class FileRecordListTest : public RecordListTest {};
+
+TEST_F(FileRecordListTest, AHundredThousandRowsStandAtOnce) {
+    gDB->Execute(u"CREATE TABLE Ziffern (N LONG)"_s);
+    for (int n = 0; n < 10; ++n)
+        gDB->Execute(u"INSERT INTO Ziffern (N) VALUES (%1)"_s.arg(n));
+    gDB->Execute(
+        u"INSERT INTO Personal (Name) SELECT 'N' & (100000 + a.N + 10 * b.N + 100 * c.N + 1000 * d.N + 10000 * e.N) "
+        "FROM Ziffern AS a, Ziffern AS b, Ziffern AS c, Ziffern AS d, Ziffern AS e"_s);
+    RecordList list({{}, u"Name"_s}, columns());
+    open(list);
+    EXPECT_LT(list.rowCount(), 1000) << "no more than one looks at";
+    EXPECT_EQ(99'999, list.rowOf(u"N199999"_s));
+    EXPECT_EQ(u"N199999"_s, list.key(99'999));
+    EXPECT_EQ(u"N150000"_s, cell(list, 50'000));
+    list.readAll();
+    EXPECT_EQ(100'000, list.rowCount());
+    list.sort(0, Qt::DescendingOrder);
+    EXPECT_LT(list.rowCount(), 1000);
+    EXPECT_EQ(u"N199999"_s, cell(list, 0));
+    EXPECT_EQ(99'999, list.rowOf(u"N100000"_s));
+}
+
 class ListViewTest : public RecordListTest {
   protected:
     void SetUp() override {

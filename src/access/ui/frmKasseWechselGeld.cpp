@@ -12,7 +12,7 @@ frmKasseWechselGeld::frmKasseWechselGeld(QWidget* parent)
     setText(u"0,00"_s);
 }
 
-void frmKasseWechselGeld::enter() {
+void frmKasseWechselGeld::ok() {
     gKassenBestand = CCur(Value(text()));
     accept();
 }

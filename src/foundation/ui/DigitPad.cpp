@@ -6,7 +6,6 @@
 #include <QClipboard>
 #include <QGridLayout>
 #include <QKeyEvent>
-#include <QMetaMethod>
 
 using namespace Qt::StringLiterals;
 
@@ -22,20 +21,25 @@ NumberEdit::NumberEdit(QWidget* parent)
     setAcceptDrops(false);
 }
 
+QChar NumberEdit::ownFilter(QChar typed) const {
+    if (typed == u'.') typed = u',';
+    const bool wanted =
+        (typed >= u'0' && typed <= u'9') || (typed == u',' && m_decimal) || (typed == u'-' && m_minus);
+    return wanted ? typed : QChar();
+}
+
 QString NumberEdit::sieve(const QString& typed) const {
     QString kept;
-    for (QChar c : typed) {
-        if (c == u'.' && m_decimal) c = u',';
-        if ((c >= u'0' && c <= u'9') || (c == u',' && m_decimal) || (c == u'-' && m_minus)) kept += c;
+    for (const QChar c : typed) {
+        const QChar put = m_filter ? m_filter(c) : ownFilter(c);
+        if (!put.isNull()) kept += put;
     }
     return kept;
 }
 
 void NumberEdit::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        // Where nobody waits for it, Enter is the form's.
-        event->setAccepted(isSignalConnected(QMetaMethod::fromSignal(&NumberEdit::enterPressed)));
-        emit enterPressed();
+        event->ignore(); // it is the form's
         return;
     }
     if (event == QKeySequence::Paste) {

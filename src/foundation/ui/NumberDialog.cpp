@@ -1,6 +1,5 @@
 #include "ui_NumberDialog.h"
 
-#include <session/Handle.h>
 #include <ui/NumberDialog.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
@@ -8,7 +7,7 @@
 
 NumberDialog::NumberDialog(const QString& title, const QString& description, DigitPad::Keys keys,
                            QWidget* parent)
-    : QDialog(parent)
+    : FormDialog(parent)
     , m_ui(std::make_unique<Ui::NumberDialog>()) {
     m_ui->setupUi(this);
     setWindowTitle(title);
@@ -22,8 +21,8 @@ NumberDialog::NumberDialog(const QString& title, const QString& description, Dig
     m_ui->pad->setTarget(m_ui->txtInput);
     const int edge = Theme::Current().keyHeight;
     m_ui->pad->setMinimumSize(edge * 6, edge * 5);
-    connect(m_ui->txtInput, &NumberEdit::enterPressed, m_ui->pad->key(DigitPad::Enter), &TouchKey::click);
-    connect(m_ui->pad, &DigitPad::enter, this, &NumberDialog::run);
+    setUpForm(m_ui->txtInput);
+    setKeys(m_ui->pad->key(DigitPad::Enter), nullptr);
 }
 
 NumberDialog::~NumberDialog() = default;
@@ -41,20 +40,4 @@ void NumberDialog::setText(const QString& text) {
 void NumberDialog::setHelp(const QString& text) {
     m_ui->lblHelp->setText(text);
     m_ui->lblHelp->setVisible(!text.isEmpty());
-}
-
-void NumberDialog::run() {
-    const QByteArray source = metaObject()->className();
-    Handle(source.constData(), [this] { enter(); });
-}
-
-void NumberDialog::reject() {
-    cancelled();
-    QDialog::reject();
-}
-
-void NumberDialog::showEvent(QShowEvent* event) {
-    QDialog::showEvent(event);
-    m_ui->txtInput->setFocus();
-    m_ui->txtInput->selectAll();
 }

@@ -17,6 +17,7 @@ frmRechnungsVorlage::frmRechnungsVorlage(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmRechnungsVorlage>()) {
     m_ui->setupUi(this);
     setUpForm(m_ui->mainFile);
+    rememberSize();
     gVorlagenAuswahl = {};
     m_ui->mainFile->setModel(m_files);
     connect(m_ui->mainFile->selectionModel(), &QItemSelectionModel::currentChanged, this,

@@ -2,8 +2,6 @@
 
 #include <session/gArtikel.h>
 
-#include <QKeyEvent>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,25 +20,18 @@ KasseNumberDialog::KasseNumberDialog(till::NumberDialog rules, const QString& ti
     : NumberDialog(title, description, padKeys(rules), parent)
     , m_rules(rules) {
     // Which characters may be typed is not the same as which keys are shown, so the rules decide alone.
-    input()->setDecimal(true);
-    input()->installEventFilter(this);
+    input()->setFilter([this](QChar typed) { return m_rules.AcceptKey(typed); });
     setText(m_rules.OpensWith());
 }
 
-void KasseNumberDialog::enter() {
+void KasseNumberDialog::ok() {
     m_rules.Confirm(text());
     accept();
 }
 
-void KasseNumberDialog::cancelled() { m_rules.Cancel(); }
-
-bool KasseNumberDialog::eventFilter(QObject* receiver, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
-        const QString typed = static_cast<QKeyEvent*>(event)->text();
-        if (!typed.isEmpty() && typed.front().isPrint() && m_rules.AcceptKey(typed.front()).isNull())
-            return true;
-    }
-    return NumberDialog::eventFilter(receiver, event);
+bool KasseNumberDialog::cancelled() {
+    m_rules.Cancel();
+    return true;
 }
 
 frmKasseRabatt::frmKasseRabatt(QWidget* parent)

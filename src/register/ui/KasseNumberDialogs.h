@@ -13,9 +13,8 @@ class KasseNumberDialog : public NumberDialog {
                       QWidget* parent);
 
   protected:
-    void enter() override;
-    void cancelled() override;
-    bool eventFilter(QObject* receiver, QEvent* event) override;
+    void ok() override;
+    bool cancelled() override;
 
   private:
     till::NumberDialog m_rules;

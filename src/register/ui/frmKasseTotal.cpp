@@ -5,8 +5,6 @@
 #include <session/Globals.h>
 #include <ui/Theme.h>
 
-#include <QKeyEvent>
-
 using namespace Qt::StringLiterals;
 
 frmKasseTotal::frmKasseTotal(QWidget* parent)
@@ -22,7 +20,7 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
     m_ui->cmdBar->setMinimumWidth(edge * 2);
     m_ui->pad->setTarget(m_ui->txtGegeben);
     m_ui->cmdAHVerkauf->setVisible(gAHVerkaufAktiv);
-    m_ui->txtGegeben->installEventFilter(this);
+    m_ui->txtGegeben->setFilter(&till::TotalDialog::AcceptKey);
 
     m_ui->txtSumme->setText(m_total.Summe());
     connect(m_ui->txtGegeben, &QLineEdit::textChanged, this, [this](const QString& text) {
@@ -38,7 +36,6 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
         m_total.Clear();
         showGegeben();
     });
-    connect(m_ui->txtGegeben, &NumberEdit::enterPressed, m_ui->cmdBar, &TouchKey::click);
     connect(m_ui->cmdAHVerkauf, &TouchKey::clicked, this,
             [this] { guard()([this] { pay(m_total.AHVerkauf()); }); });
 
@@ -71,14 +68,4 @@ void frmKasseTotal::showGegeben() {
 void frmKasseTotal::showEvent(QShowEvent* event) {
     FormDialog::showEvent(event);
     showGegeben();
-}
-
-bool frmKasseTotal::eventFilter(QObject* receiver, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
-        const QString typed = static_cast<QKeyEvent*>(event)->text();
-        if (!typed.isEmpty() && typed.front().isPrint() &&
-            till::TotalDialog::AcceptKey(typed.front()).isNull())
-            return true;
-    }
-    return FormDialog::eventFilter(receiver, event);
 }

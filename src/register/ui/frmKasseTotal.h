@@ -23,7 +23,6 @@ class frmKasseTotal : public FormDialog {
     void ok() override;        ///< cmdBar
     bool cancelled() override; ///< Esc: needs the right to cancel a payment
     void showEvent(QShowEvent* event) override;
-    bool eventFilter(QObject* receiver, QEvent* event) override;
 
   private:
     void pay(bool paid);

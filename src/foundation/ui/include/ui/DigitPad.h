@@ -2,13 +2,14 @@
 
 #include <QLineEdit>
 
+#include <functional>
+
 class TouchKey;
 class QGridLayout;
 
-/// The entry box of the number dialogs. It takes digits, Backspace and the keys that move the cursor; "."
-/// becomes
-/// ",", and "-" is taken where it is allowed. Everything else is swallowed. What is pasted passes the same
-/// sieve.
+/// The entry box of numbers, with the one filter of keys that all of them use: digits, Backspace and the keys
+/// that move the cursor; "." becomes ",", and "-" is taken where it is allowed. Everything else is swallowed.
+/// What is pasted passes the same filter. Enter is left to the form.
 class NumberEdit : public QLineEdit {
     Q_OBJECT
     Q_PROPERTY(bool decimal READ decimal WRITE setDecimal)
@@ -20,16 +21,18 @@ class NumberEdit : public QLineEdit {
     void setDecimal(bool allowed) { m_decimal = allowed; }
     [[nodiscard]] bool minus() const { return m_minus; }
     void setMinus(bool allowed) { m_minus = allowed; }
-
-  signals:
-    void enterPressed();
+    /// Rules in place of the two above: the character that a typed one puts into the box, a null one to
+    /// swallow it.
+    void setFilter(std::function<QChar(QChar typed)> filter) { m_filter = std::move(filter); }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
+    [[nodiscard]] QChar ownFilter(QChar typed) const;
     /// What of `typed` may enter the box.
     [[nodiscard]] QString sieve(const QString& typed) const;
+    std::function<QChar(QChar)> m_filter;
     bool m_decimal = true, m_minus = false;
 };
 

@@ -11,6 +11,5 @@ class frmKasseWechselGeld : public NumberDialog {
     explicit frmKasseWechselGeld(QWidget* parent = nullptr);
 
   protected:
-    void enter() override;
-    void cancelled() override {}
+    void ok() override;
 };
