@@ -4,6 +4,8 @@
 #include "Tree.h"
 #include "Types.h"
 
+#include <functional>
+
 namespace jet {
 
 /// Resolves the names of a tree against the catalogue, types every expression and puts in the conversions
@@ -68,12 +70,20 @@ class Binder {
     void operands(Expr* e, Scope* scope);
     void binary(Expr* e);
     void arithmetic(Expr* e);
-    void call(Expr* e, Scope* scope);
+    void call(Expr*& e, Scope* scope);
     void aggregate(Expr* e, Scope* scope);
     void choice(Expr* e);
     void subquery(Expr* e, Scope* scope);
     void like(Expr* e);
     void toCondition(Expr*& e);
+
+    // Texts that are read as expressions
+    void domain(Expr* e);
+    void eval(Expr*& e);
+    void withTexts(Expr* call, const std::function<void()>& read);
+    QString spliced(Expr* argument, const Expr* call);
+    Expr* readText(const QString& text, const Expr* call);
+    [[nodiscard]] Expr* splicedFor(const Expr* e) const;
 
     // Types
     void compare(Expr*& a, Expr*& b, bool equality);
@@ -98,6 +108,9 @@ class Binder {
     std::vector<Unresolved> m_unresolved;
     std::vector<const Expr*> m_binding; ///< select list expressions that are being bound
     bool m_inAggregate = false;
+    std::vector<Expr*> m_spliced;     ///< values of the text that is being read
+    const Expr* m_textCall = nullptr; ///< the outermost call whose texts are being read
+    int m_texts = 0;
     std::size_t m_aliasSize = 0;
     Select* m_pivotSelect = nullptr;
 };

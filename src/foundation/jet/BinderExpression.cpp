@@ -222,7 +222,7 @@ void Binder::subquery(Expr* e, Scope* scope) {
         convert(left, Type::Double);
 }
 
-void Binder::call(Expr* e, Scope* scope) {
+void Binder::call(Expr*& e, Scope* scope) {
     const FunctionInfo* f = findFunction(e->name);
     if (!f) fail(3085, u"Undefinierte Funktion '"_s + e->name + u"' in Ausdruck."_s, e->pos);
     e->function = f;
@@ -246,6 +246,10 @@ void Binder::call(Expr* e, Scope* scope) {
     case Form::Choose:
     case Form::Nz:
         return choice(e);
+    case Form::Domain:
+        return domain(e);
+    case Form::Eval:
+        return eval(e);
     case Form::IsNull:
         e->condition = true;
         break;

@@ -29,6 +29,11 @@ void Binder::fail(int number, const QString& text, qsizetype place) const {
 }
 
 QString Binder::textOf(const Expr* e) const {
+    if (m_textCall) { // places in its texts are none in that of the statement
+        if (e->kind == ExprKind::Name)
+            return e->qualifier.isEmpty() ? e->name.toString() : e->qualifier + u"."_s + e->name;
+        e = m_textCall;
+    }
     return QStringView(m_tree.text).mid(e->pos, std::max<qsizetype>(0, e->end - e->pos)).toString();
 }
 
@@ -72,6 +77,14 @@ Expr* Binder::columnOf(const Source* source, int index, qsizetype pos) {
 }
 
 void Binder::name(Expr* e, Scope* scope) {
+    if (Expr* value = splicedFor(e)) {
+        m_aliasSize += sizeOf(value);
+        if (m_aliasSize > 20000) raiseTooComplex(e->pos);
+        e->target = value;
+        e->type = value->type;
+        e->condition = value->condition;
+        return;
+    }
     for (Scope* s = scope; s; s = s->outer) {
         const Source* found = nullptr;
         int index = -1;

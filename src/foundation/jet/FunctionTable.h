@@ -38,6 +38,8 @@ struct FunctionInfo {
         Abs,
         Clock,
         Identity,
+        Domain, ///< DLookup and the like: texts that make a subquery
+        Eval,   ///< a text that is an expression
         Count,
         Sum,
         Avg,

@@ -157,6 +157,16 @@ bool isNamePart(char16_t c) {
     return QChar(c).isLetterOrNumber() || QChar(c).isMark() || QChar::isSurrogate(c) || c == u'°';
 }
 
+// The arguments of these functions are read as expressions, so that they belong to the shape.
+bool readsTexts(QStringView name) {
+    if (name.size() < 4 || name.size() > 7) return false;
+    const char16_t first = name.front().unicode() | 0x20;
+    if (first != u'd' && first != u'e') return false;
+    for (const QStringView one : {u"DLookup", u"DSum", u"DCount", u"DMin", u"DMax", u"DAvg", u"Eval"})
+        if (name.compare(one, Qt::CaseInsensitive) == 0) return true;
+    return false;
+}
+
 } // namespace
 
 void raiseSyntax(const QString& what, QStringView text, qsizetype place) {
@@ -208,8 +218,13 @@ void Lexer::follow(const Token& token) {
         if (token.word == Word::Create || token.word == Word::Alter || token.word == Word::Drop)
             m_lifting = false;
     }
-    if (token.kind == Tok::Open) ++m_depth;
+    if (token.kind == Tok::Open) {
+        ++m_depth;
+        if (m_textCall && m_textDepth < 0) m_textDepth = m_depth;
+    }
     if (token.kind == Tok::Close && --m_depth < m_orderDepth) m_orderDepth = -1;
+    if (m_depth < m_textDepth) m_textDepth = -1;
+    m_textCall = (token.kind == Tok::Name || token.kind == Tok::Quoted) && readsTexts(nameOf(token));
     if (token.word == Word::By && m_lastWord == Word::Order) m_orderDepth = m_depth;
     if (token.word == Word::Pivot) m_lifting = false;
     m_operand = token.kind == Tok::Close || token.kind == Tok::Quoted || token.kind == Tok::Number ||
@@ -226,7 +241,7 @@ void Lexer::literal(Token& token, Value&& value, LiteralClass kind) {
     const bool decides = token.kind == Tok::Number &&
                          (m_lastWord == Word::Top || (m_orderDepth == m_depth && m_depth >= 0 &&
                                                       (m_lastWord == Word::By || m_last == Tok::Comma)));
-    if (m_lifting && !decides) token.literal = m_literals++;
+    if (m_lifting && !decides && m_textDepth < 0) token.literal = m_literals++;
 }
 
 void Lexer::name(Token& token) {

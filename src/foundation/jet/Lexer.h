@@ -164,6 +164,8 @@ class Lexer {
     Word m_lastWord = Word::None;
     bool m_first = true, m_operand = false;
     int m_depth = 0, m_orderDepth = -1;
+    int m_textDepth = -1; ///< inside the arguments of a function that reads texts as expressions
+    bool m_textCall = false;
 };
 
 /// The date between number signs, month first: "11/22/2026", "11.22.2026", "2026-11-22", "22 Nov 2026", each
