@@ -232,13 +232,6 @@ const Recordset& RecordList::record(int row) const {
     return *m_rs;
 }
 
-QStringList RecordList::titles() const {
-    QStringList titles;
-    for (const ListColumn& column : m_columns)
-        titles << column.title;
-    return titles;
-}
-
 int RecordList::rowCount(const QModelIndex& parent) const {
     if (parent.isValid()) return 0;
     return static_cast<int>(m_shownLeading.size() + m_shownClosing.size()) + m_known;

@@ -85,7 +85,6 @@ class RecordList : public QAbstractTableModel {
     [[nodiscard]] const Recordset& record(int row) const;
     /// True when rowCount() counts all rows.
     [[nodiscard]] bool isComplete() const { return m_complete; }
-    [[nodiscard]] QStringList titles() const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;

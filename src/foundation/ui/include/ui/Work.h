@@ -55,7 +55,6 @@ class Work : public QObject {
     /// So many pieces more are done. False as soon as somebody has stopped the work.
     [[nodiscard]] bool advance(qint64 pieces = 1);
     void finish(const QString& last);
-    [[nodiscard]] bool isStopped() const { return m_stopped; }
     void stop() { m_stopped = true; }
     /// True while any work runs.
     [[nodiscard]] static bool isRunning();
