@@ -1,12 +1,12 @@
-# room(NAME HEADERS ... SOURCES ... FORMS ... LINK ...)
+# room(NAME HEADERS ... SOURCES ... FORMS ... LINK ... DEFINE ...)
 #
 # Declares one room of the house: a static library whose public headers live below include/NAME (include/PATH
 # for the forms of a room) and are included as <NAME/Header.h>; private headers stand beside their .cpp and are
 # included in quotes. LINK names the rooms below and the libraries that its public headers need; a room that is
 # declared further up in the house does not stand yet and is refused. A room whose name does not end in "ui" must
-# not see Qt6::Widgets.
+# not see Qt6::Widgets. DEFINE names what only this room is compiled with; it pays for precompiled headers of its own.
 function(room name)
-  cmake_parse_arguments(R "" "" "HEADERS;SOURCES;FORMS;LINK" ${ARGN})
+  cmake_parse_arguments(R "" "" "HEADERS;SOURCES;FORMS;LINK;DEFINE" ${ARGN})
   if(R_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "room(${name}): what are ${R_UNPARSED_ARGUMENTS}?")
   endif()
@@ -22,7 +22,23 @@ function(room name)
   target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/include")
   target_link_libraries(${name} PUBLIC ${R_LINK} PRIVATE house)
   target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII)
+  kind_of(${name} kind)
+  if(R_DEFINE)
+    target_compile_definitions(${name} PRIVATE ${R_DEFINE})
+    precompiled(${name} HEADERS ${core_headers} LINK house Qt6::Core DEFINE QT_NO_CAST_FROM_ASCII ${R_DEFINE})
+    set(kind ${name})
+  endif()
+  use_precompiled(${name} ${kind})
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTOUIC_SEARCH_PATHS "${CMAKE_CURRENT_SOURCE_DIR}")
+endfunction()
+
+# Whether the room NAME may see widgets: "ui" or "core".
+function(kind_of name result)
+  set(kind core)
+  if(name MATCHES "ui$")
+    set(kind ui)
+  endif()
+  set(${result} ${kind} PARENT_SCOPE)
 endfunction()
 
 # room_test(ROOM SOURCES ... LINK ...): the GoogleTest program test_ROOM, one ctest entry for each test. With
@@ -42,6 +58,8 @@ function(room_test name)
   target_compile_definitions(test_${name} PRIVATE TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}"
     DEMO_ASSETS="${CMAKE_SOURCE_DIR}/assets/demo")
   set_target_properties(test_${name} PROPERTIES AUTOMOC ON)
+  kind_of(${name} kind)
+  use_precompiled(test_${name} tests_${kind})
   include(GoogleTest)
   set(environment QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 ${T_ENVIRONMENT})
   set(filter)

@@ -3,4 +3,4 @@
 #include <QString>
 
 /// The computer name of this till, set when the register loads; it owns the rows of the open sale.
-extern QString gMaschine;
+inline QString gMaschine;

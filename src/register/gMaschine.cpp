@@ -1,3 +1,0 @@
-#include <register/gMaschine.h>
-
-QString gMaschine;
