@@ -20,7 +20,7 @@ NumberDialog::NumberDialog(const QString& title, const QString& description, Dig
     m_ui->pad->setKeys(keys | DigitPad::Clear | DigitPad::Enter);
     m_ui->pad->setTarget(m_ui->txtInput);
     const int edge = Theme::Current().keyHeight;
-    m_ui->pad->setMinimumSize(edge * 6, edge * 5);
+    m_ui->pad->setMinimumSize(edge * 6, edge * 9 / 2);
     setUpForm(m_ui->txtInput);
     setKeys(m_ui->pad->key(DigitPad::Enter), nullptr);
 }

@@ -1,3 +1,4 @@
+#include <ui/DialogPlace.h>
 #include <ui/ShowModal.h>
 
 #include <QTimer>
@@ -13,6 +14,7 @@ ModalHook& hook() {
 
 int ShowModal(QDialog& dialog) {
     dialog.setModal(true);
+    DialogPlace::prepare(dialog);
     // A copy: what drives the dialog may change the hook.
     if (const ModalHook drive = hook()) return drive(dialog);
     // On a till without a window manager nobody else gives a new window the keyboard.

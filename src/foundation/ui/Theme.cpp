@@ -3,7 +3,9 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QToolTip>
+#include <QWidget>
 
 #include <algorithm>
 #include <cmath>
@@ -94,13 +96,14 @@ Theme Theme::FromColors(int back, int fore, int panelColour, int titleColour, do
     t.warning = QColor(0xB0, 0x2A, 0x2A);
     for (const QColor& s : {t.panel, t.field})
         t.warning = Readable(t.warning, s);
+    t.warningText = Readable(Qt::white, t.warning);
 
     scale = std::clamp(scale, 1.0, 2.0);
     const auto px = [scale](double v) { return static_cast<int>(std::lround(v * scale)); };
     t.small = px(13);
     t.normal = px(16);
     t.large = px(26);
-    t.total = px(46);
+    t.total = px(56);
     t.keyHeight = px(56);
     t.gap = px(8);
     return t;
@@ -154,6 +157,7 @@ QLabel[role~="muted"] { color: %muted%; }
 QLabel[role~="title"] { color: %titleText%; font-weight: 600; }
 QLabel[role~="headerInfo"] { color: %titleText%; }
 QLabel[role~="warning"] { color: %warning%; }
+QLabel[role~="alarm"] { color: %warningText%; background: %warning%; border-radius: %radius%px; padding: 3px 10px; }
 QLabel[role~="strong"] { font-weight: 700; }
 QLabel[role~="small"] { font-size: %small%px; }
 QLabel[role~="large"] { font-size: %large%px; font-weight: 600; }
@@ -218,8 +222,8 @@ QSplitter::handle { background: transparent; }
         {"page"_L1, page},           {"panel"_L1, panel},           {"titleText"_L1, titleText},
         {"title"_L1, title},         {"field"_L1, field},           {"header"_L1, header},
         {"selection"_L1, selection}, {"accentText"_L1, accentText}, {"accent"_L1, accent},
-        {"text"_L1, text},           {"muted"_L1, muted},           {"warning"_L1, warning},
-        {"border"_L1, border},       {"shadow"_L1, shadow}};
+        {"text"_L1, text},           {"muted"_L1, muted},           {"warningText"_L1, warningText},
+        {"warning"_L1, warning},     {"border"_L1, border},         {"shadow"_L1, shadow}};
     for (const auto& [name, colour] : colours)
         css.replace(u'%' + name + u'%', colour.name());
     const std::pair<QLatin1StringView, int> sizes[] = {
@@ -244,4 +248,11 @@ void Theme::Apply() {
     QApplication::setPalette(t.palette());
     QToolTip::setPalette(t.palette());
     qApp->setStyleSheet(t.styleSheet());
+}
+
+void SetRole(QWidget& widget, const QString& role) {
+    if (widget.property("role").toString() == role) return;
+    widget.setProperty("role", role);
+    widget.style()->unpolish(&widget);
+    widget.style()->polish(&widget);
 }
