@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QLayout>
 
 #include <algorithm>
 #include <optional>
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr int margin = 6; ///< between a dialog and what it leaves free
+constexpr int frame = 2;  ///< of a dialog, by the style sheet
 
 /// Keeps one dialog at its place, whatever size it takes.
 class Placer : public QObject {
@@ -66,6 +68,12 @@ void DialogPlace::prepare(QDialog& dialog) {
     }
     // A hint of a button would bring the frame back.
     dialog.setWindowFlags((own & Qt::WindowType_Mask) | Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
+    // The frame that the style sheet draws stays free.
+    if (QLayout* layout = dialog.layout()) {
+        const QMargins now = layout->contentsMargins();
+        layout->setContentsMargins(std::max(now.left(), frame), std::max(now.top(), frame),
+                                   std::max(now.right(), frame), std::max(now.bottom(), frame));
+    }
     new Placer(dialog, [wish](const QSize& size) {
         return PlaceDialog(size, wish->m_form.geometry(), wish->m_inSight());
     });

@@ -1,6 +1,7 @@
 #include <ui/DialogPlace.h>
 #include <ui/ShowModal.h>
 
+#include <QPointer>
 #include <QTimer>
 
 #include <utility>
@@ -22,7 +23,10 @@ int ShowModal(QDialog& dialog) {
         dialog.raise();
         dialog.activateWindow();
     });
-    return dialog.exec();
+    const QPointer<QWidget> below = dialog.parentWidget();
+    const int result = dialog.exec();
+    if (below) below->activateWindow(); // nor does anybody give it back then
+    return result;
 }
 
 ModalHook SetModalHook(ModalHook next) { return std::exchange(hook(), std::move(next)); }

@@ -151,7 +151,7 @@ QString Theme::styleSheet() const {
     QString css = uR"(
 * { font-family: "Inter", "Noto Sans", "Segoe UI", "DejaVu Sans"; font-size: %normal%px; }
 QMainWindow { background: %page%; }
-QDialog { background: %panel%; border: 1px solid %shadow%; }
+QDialog { background: %panel%; border: 2px solid %title%; }
 QLabel { color: %text%; background: transparent; }
 QLabel[role~="muted"] { color: %muted%; }
 QLabel[role~="title"] { color: %titleText%; font-weight: 600; }
@@ -191,6 +191,8 @@ QHeaderView::section { color: %muted%; background: %header%; border: none; borde
 QTableCornerButton::section { background: %header%; border: none; }
 QScrollBar:vertical { background: transparent; width: 18px; margin: 0; }
 QScrollBar::handle:vertical { background: %shadow%; border-radius: 5px; min-height: 48px; margin: 3px 4px; }
+QScrollBar[role~="slim"]:vertical { width: 10px; }
+QScrollBar[role~="slim"]::handle:vertical { border-radius: 3px; margin: 3px 2px; }
 QScrollBar:horizontal { background: transparent; height: 18px; margin: 0; }
 QScrollBar::handle:horizontal { background: %shadow%; border-radius: 5px; min-width: 48px; margin: 4px 3px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
@@ -235,13 +237,11 @@ QSplitter::handle { background: transparent; }
     return css;
 }
 
-void Theme::Apply() {
-    double scale = 1;
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        // Larger screens stand no nearer: letters grow a little, the rest of the room goes to the lists.
-        const QSize size = screen->size();
-        scale = std::clamp(std::min(size.width() / 1366.0, size.height() / 768.0), 1.0, 1.25);
-    }
+void Theme::Apply(QSize size) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (size.isEmpty() && screen != nullptr) size = screen->size();
+    // Larger screens stand no nearer: letters grow a little, the rest of the room goes to the lists.
+    const double scale = std::clamp(std::min(size.width() / 1366.0, size.height() / 768.0), 1.0, 1.25);
     current() = fromSession(scale);
     const Theme& t = current();
     QApplication::setFont(t.font(Size::Normal, QFont::Normal));

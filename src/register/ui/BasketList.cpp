@@ -1,6 +1,7 @@
 #include "BasketList.h"
 
 #include <register/Basket.h>
+#include <ui/AmountLabel.h>
 #include <ui/Theme.h>
 
 #include <QHeaderView>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr int flashFor = 300; ///< ms
 constexpr int markWidth = 4;  ///< of the bar at the selected row
+constexpr int markGap = 8;    ///< between a name and the mark of its discount
 constexpr double lastGrows = 1.2;
 
 } // namespace
@@ -48,19 +50,29 @@ void BasketPainter::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->setPen(t.text);
     if (column == Basket::Artikelname) {
         if (index.data(Basket::LinkedRole).toBool()) cell.setLeft(cell.left() + t.normal);
-        const QString mark = index.data(Basket::MarkRole).toString();
-        if (!mark.isEmpty()) {
-            painter->setFont(t.font(Theme::Size::Small, QFont::DemiBold));
-            painter->drawText(cell, Qt::AlignRight | Qt::AlignVCenter, mark);
-            cell.setRight(cell.right() - painter->fontMetrics().horizontalAdvance(mark) - padding);
-        }
     }
-    const QFont font = last && !plain ? lastFont() : t.font(Theme::Size::Normal, QFont::Normal);
-    painter->setFont(font);
     const QString text = index.data().toString();
-    const bool left = column == Basket::ArtikelNr || column == Basket::Artikelname;
-    painter->drawText(cell, (left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter,
-                      QFontMetrics(font).elidedText(text, Qt::ElideRight, cell.width()));
+    const QString mark = column == Basket::Artikelname ? index.data(Basket::MarkRole).toString() : QString();
+    const QFont markFont = t.font(Theme::Size::Small, QFont::DemiBold);
+    const int markRoom = mark.isEmpty() ? 0 : QFontMetrics(markFont).horizontalAdvance(mark) + markGap;
+    cell.setRight(cell.right() - markRoom);
+    const bool name = column == Basket::Artikelname;
+    const QFont usual = t.font(plain && smallCodes ? Theme::Size::Small : Theme::Size::Normal, QFont::Normal);
+    QFont font = last && !plain ? lastFont() : usual;
+    // A name gives up its larger letters before its end; a number never loses a digit.
+    if (name && QFontMetrics(font).horizontalAdvance(text) > cell.width())
+        font.setPixelSize(usual.pixelSize());
+    if (!name) font = FittedFont(font, text, {cell.width(), 0});
+    painter->setFont(font);
+    const QString shown = name ? painter->fontMetrics().elidedText(text, Qt::ElideRight, cell.width()) : text;
+    painter->drawText(
+        cell, (name || column == Basket::ArtikelNr ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter,
+        shown);
+    if (mark.isEmpty()) return;
+    cell.setLeft(cell.left() + painter->fontMetrics().horizontalAdvance(shown) + markGap);
+    cell.setRight(option.rect.right());
+    painter->setFont(markFont);
+    painter->drawText(cell, Qt::AlignLeft | Qt::AlignVCenter, mark);
 }
 
 BasketList::BasketList(QWidget* parent)
@@ -70,6 +82,7 @@ BasketList::BasketList(QWidget* parent)
     verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setSectionsClickable(false);
+    verticalScrollBar()->setProperty("role", u"slim"_s); // the list itself is dragged
     connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { scrollTo(currentIndex()); });
     m_flash.setSingleShot(true);
     connect(&m_flash, &QTimer::timeout, this, [this] { updateRow(std::exchange(m_painter->flashing, -1)); });
@@ -95,8 +108,13 @@ void BasketList::updateRow(int row) {
     viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
 }
 
-void BasketList::setWantedRows(int rows) {
+void BasketList::setRoom(int rows, int padding, bool smallCodes) {
     m_wantedRows = rows;
+    m_painter->smallCodes = smallCodes;
+    if (m_painter->padding != padding) {
+        m_painter->padding = padding;
+        horizontalHeader()->setStyleSheet(u"QHeaderView::section { padding: 2px %1px; }"_s.arg(padding));
+    }
     fitRows();
 }
 

@@ -14,9 +14,9 @@ class BasketPainter : public QStyledItemDelegate {
                const QModelIndex& index) const override;
     /// The letters of the line that came last; codes and contents keep those of the others.
     [[nodiscard]] static QFont lastFont();
-    static constexpr int padding = 8; ///< at both sides of a cell
-
-    int flashing = -1; ///< the row that is lit up
+    int padding = 0;         ///< at both sides of a cell
+    bool smallCodes = false; ///< of codes and contents
+    int flashing = -1;       ///< the row that is lit up
 };
 
 /// The list of the open sale. It shows whole rows only, as many as can be read (its head takes the rest), and
@@ -31,8 +31,9 @@ class BasketList : public QTableView {
     void showRow(int row);
     /// Lights a row up for a moment.
     void flash(int row);
-    /// So many rows at least are shown as long as their letters have room.
-    void setWantedRows(int rows);
+    /// So many rows at least are shown as long as their letters have room; `padding` stands at both sides of
+    /// a cell. Where the list is narrow codes and contents are small, for the names' sake.
+    void setRoom(int rows, int padding, bool smallCodes);
     /// On the screen: the line that came last and two above it, as far as they are in view.
     [[nodiscard]] QRect lastLines() const;
 

@@ -21,6 +21,7 @@ constexpr int narrowBelow = 1200;
 constexpr int tallFrom = 1000;
 /// No code of 13 digits is wider.
 const QString code = u"2008888888888"_s;
+constexpr int padding = 9, narrowPadding = 6; ///< of the cells
 constexpr int rowsOfShortScreen = 8, rowsOfTallScreen = 14;
 
 } // namespace
@@ -44,8 +45,10 @@ void KasseLayout::setUp() {
     const Theme& theme = Theme::Current();
     const QFontMetrics total(theme.font(Theme::Size::Total, QFont::Bold)),
         sign(theme.font(Theme::Size::Large, QFont::DemiBold));
+    m_ui.lblRueckgeld->setMaximumHeight(total.height());
     m_ui.lblWaehrung->setContentsMargins(0, 0, 0, total.descent() - sign.descent());
-    m_ui.stkHinweis->setMinimumHeight(theme.normal + 12);
+    for (QWidget* oneOfTwo : {m_ui.lblZaehler, m_ui.lblUnbekannt})
+        oneOfTwo->setFixedHeight(theme.normal + 12);
     FitLetters(*m_ui.txtInput);
     FitLetters(*m_ui.txtMal);
 }
@@ -63,11 +66,12 @@ void KasseLayout::fit(const QSize& form) {
     m_ui.sspNumPad_BG->setFixedWidth(side);
     m_ui.txtInput->setMinimumWidth(codeWidth + theme.normal * 2);
 
-    const int sum = std::max(theme.keyHeight * 4, share(sumShare));
+    const int sum = std::max(theme.keyHeight * 15 / 4, share(sumShare));
     const int picture = narrow ? theme.keyHeight * 9 / 4 : share(pictureShare);
     m_ui.pnlSumme->setFixedWidth(sum);
     m_ui.sspBild_BG->setFixedWidth(picture);
-    m_ui.lvwBestellung->setWantedRows(form.height() >= tallFrom ? rowsOfTallScreen : rowsOfShortScreen);
+    m_ui.lvwBestellung->setRoom(form.height() >= tallFrom ? rowsOfTallScreen : rowsOfShortScreen,
+                                narrow ? narrowPadding : padding, narrow);
     fitColumns(narrow);
 }
 
@@ -79,15 +83,16 @@ QList<QRect> KasseLayout::inSight() const {
 }
 
 void KasseLayout::fitColumns(bool narrow) {
-    const QFontMetrics plain(Theme::Current().font()), last(BasketPainter::lastFont());
-    const int around = 2 * BasketPainter::padding + (narrow ? 0 : 10);
-    // The widest text each column is meant to show whole; the name gets the rest.
+    const QFontMetrics plain(Theme::Current().font(narrow ? Theme::Size::Small : Theme::Size::Normal)),
+        last(BasketPainter::lastFont());
+    const int around = 2 * (narrow ? narrowPadding : padding) + (narrow ? 0 : 4);
+    // The widest text each column shows without smaller letters; the name gets the rest.
     const auto set = [&](Basket::Column column, const QFontMetrics& letters, const QString& widest) {
         m_ui.lvwBestellung->setColumnWidth(column, letters.horizontalAdvance(widest) + around);
     };
     set(Basket::ArtikelNr, plain, code + u' ');
-    set(Basket::Anz, last, narrow ? u"999"_s : u"-9999"_s);
+    set(Basket::Anz, last, narrow ? u"999"_s : u"-999"_s);
     set(Basket::Menge, plain, narrow ? u"100 Stück"_s : u"1000 Stück"_s);
-    set(Basket::EPreis, last, narrow ? u"999,99"_s : u"-9999,99"_s);
-    set(Basket::GPreis, last, narrow ? u"-999,99"_s : u"-99999,99"_s);
+    set(Basket::EPreis, last, narrow ? u"999,99"_s : u"-999,99"_s);
+    set(Basket::GPreis, last, narrow ? u"-999,99"_s : u"-9999,99"_s);
 }

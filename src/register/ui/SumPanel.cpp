@@ -19,7 +19,8 @@ void SumPanel::showStock(const till::StockLabel& label) {
 void SumPanel::show(const till::SalePanel& panel) {
     m_ui.lblUnbekannt->setText(panel.Unknown());
     const bool unknown = !panel.Unknown().isEmpty();
-    m_ui.stkHinweis->setCurrentWidget(unknown ? m_ui.lblUnbekannt : m_ui.lblZaehler);
+    m_ui.lblUnbekannt->setVisible(unknown);
+    m_ui.lblZaehler->setVisible(!unknown);
 
     const auto& last = panel.Last();
     m_ui.pnlLetzter->setVisible(last.has_value());
@@ -33,4 +34,6 @@ void SumPanel::show(const till::SalePanel& panel) {
     for (QWidget* news : {static_cast<QWidget*>(m_ui.lblRueckgeldText),
                           static_cast<QWidget*>(m_ui.lblRueckgeld), static_cast<QWidget*>(m_ui.lblGegeben)})
         news->setVisible(panel.ShowsChange());
+    // The money goes over the counter now, while the receipt is still to be printed.
+    if (panel.ShowsChange()) m_ui.pnlSumme->repaint();
 }

@@ -43,6 +43,7 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
                                                {m_ui->cmdNote50, 50},
                                                {m_ui->cmdNote100, 100}};
     for (const auto& [key, euros] : notes) {
+        key->setMinimumWidth(edge * 7 / 4);
         connect(key, &TouchKey::clicked, this, [this, euros = euros] {
             m_total.AddNote(euros);
             showGegeben();

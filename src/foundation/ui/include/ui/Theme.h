@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QPalette>
+#include <QSize>
 #include <QString>
 
 class QWidget;
@@ -46,9 +47,10 @@ struct Theme {
     /// are cut.
     [[nodiscard]] static Theme FromColors(int back, int fore, int panel, int title, double scale = 1);
     [[nodiscard]] static const Theme& Current();
-    /// Makes the theme of the colours in force (the delivered ones as long as none are loaded) and of the
-    /// primary screen the current one and gives it to the application: font, palette, style sheet.
-    static void Apply();
+    /// Makes the theme of the colours in force (the delivered ones as long as none are loaded) and of a
+    /// screen of this size, or the primary one, the current one and gives it to the application: font,
+    /// palette, style sheet.
+    static void Apply(QSize screen = {});
 
     enum class Size { Small, Normal, Large, Total };
     [[nodiscard]] QFont font(Size size = Size::Normal, int weight = QFont::Medium) const;
