@@ -154,6 +154,11 @@ void BasketList::resizeEvent(QResizeEvent* event) {
     scrollTo(currentIndex());
 }
 
+void BasketList::reset() {
+    m_painter->flashing = -1;
+    QTableView::reset();
+}
+
 void BasketList::fitRows() {
     const int least = QFontMetrics(Theme::Current().font(Theme::Size::Small, QFont::DemiBold)).height() + 10;
     const int height = contentsRect().height() - least;

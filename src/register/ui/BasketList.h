@@ -46,6 +46,7 @@ class BasketList : public QTableView {
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void resizeEvent(QResizeEvent* event) override;
+    void reset() override; ///< the model was
 
   private:
     void fitRows();

@@ -38,6 +38,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// In ms: a window manager that is there has then given the window its place on a changed screen.
+constexpr int patienceWithManager = 500;
+
 template <typename Form>
 void modal(frmKasse& kasse) {
     Form dialog(&kasse);
@@ -99,14 +102,18 @@ void frmKasse::Open() {
     if (gOnlyKassenModus) setWindowFlag(Qt::FramelessWindowHint);
     // Where no window manager enlarges a window, it has its size from here, also when the screen changes it.
     fillScreen();
-    if (const QScreen* display = screen())
-        connect(display, &QScreen::availableGeometryChanged, this, &frmKasse::fillScreen);
+    if (const QScreen* display = screen()) {
+        connect(display, &QScreen::availableGeometryChanged, this,
+                [this] { QTimer::singleShot(patienceWithManager, this, &frmKasse::fillScreen); });
+    }
     gOnlyKassenModus ? showFullScreen() : showMaximized();
 }
 
 void frmKasse::fillScreen() {
-    if (const QScreen* display = screen())
-        setGeometry(gOnlyKassenModus ? display->geometry() : display->availableGeometry());
+    const QScreen* display = screen();
+    if (display == nullptr) return;
+    const QRect whole = gOnlyKassenModus ? display->geometry() : display->availableGeometry();
+    if (frameGeometry() != whole) setGeometry(whole);
 }
 
 void frmKasse::LoadBestellungen() {

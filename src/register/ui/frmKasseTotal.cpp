@@ -23,6 +23,10 @@ frmKasseTotal::frmKasseTotal(QWidget* parent)
     m_ui->pad->setTarget(m_ui->txtGegeben);
     m_ui->cmdAHVerkauf->setVisible(gAHVerkaufAktiv);
     m_ui->cmdCancel->setVisible(till::TotalDialog::MayCancel());
+    if (!till::TotalDialog::MayCancel()) {
+        m_ui->wizPane->setHeaderDescription(
+            u"Geben Sie den erhaltenen Betrag ein. Enter bucht den Verkauf."_s);
+    }
     m_ui->txtGegeben->setFilter(&till::TotalDialog::AcceptKey);
 
     m_ui->txtSumme->setText(m_total.Summe());
