@@ -59,6 +59,8 @@ TEST(DialogPlaceTest, DialogsOfAFormWithAWishBelongToIt) {
     }
     second.resize(420, 260); // it grows when it gets a longer text
     EXPECT_FALSE(second.geometry().intersects(kept));
+    second.showMinimized();
+    EXPECT_TRUE(waitFor([&] { return !second.isMinimized(); })) << "a till behind it would be dead";
     QWidget elsewhere;
     QDialog other(&elsewhere);
     shown(other);

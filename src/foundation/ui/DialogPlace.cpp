@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QLayout>
+#include <QTimer>
 
 #include <algorithm>
 #include <optional>
@@ -14,7 +15,7 @@ namespace {
 constexpr int margin = 6; ///< between a dialog and what it leaves free
 constexpr int frame = 2;  ///< of a dialog, by the style sheet
 
-/// Keeps one dialog at its place, whatever size it takes.
+/// Keeps one dialog at its place, whatever size it takes, and in sight.
 class Placer : public QObject {
   public:
     Placer(QDialog& dialog, std::function<QPoint(const QSize&)> place)
@@ -26,6 +27,9 @@ class Placer : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Show || event->type() == QEvent::Resize)
             m_dialog.move(m_place(m_dialog.size()));
+        // A key of the window manager may do what no button offers; the form behind would be dead.
+        if (event->type() == QEvent::WindowStateChange && m_dialog.isMinimized())
+            QTimer::singleShot(0, &m_dialog, &QWidget::showNormal);
         return QObject::eventFilter(watched, event);
     }
 

@@ -38,7 +38,8 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
     const auto* functionKey = form.findChild<QWidget*>(u"cmdFunction"_s);
     add(gKFBenutzerWechsel, u"FileChangeUser"_s, u"Benutzerwechsel"_s, [this] { m_till.ChangeUser(); });
     add(gKFKassenlade, u"FileOpenLade"_s, u"Kassenlade öffnen"_s, [this] { m_till.OpenLade_Click(); });
-    add(true, u"FilePrintLast"_s, u"Letzten Bon drucken (Strg+P)"_s, [this] { m_till.PrintLast(); });
+    add(true, u"FilePrintLast"_s, u"Letzten Bon drucken\t"_s + ShortcutText(u"Ctrl+P"_s),
+        [this] { m_till.PrintLast(); });
     add(gZVTEnabled, u"FileECFunction"_s, u"EC Terminal Funktionen"_s,
         [this, functionKey] { open(m_popECTerminal, functionKey); });
     add(true, u"ECStorno"_s, u"Stornieren"_s, [this] { m_till.TerminalFunction(Act::Storno); });
