@@ -17,6 +17,8 @@ namespace {
 constexpr double numPadShare = 0.272, sumShare = 0.224, pictureShare = 0.168;
 /// Below this width of the form the list takes what the other panels can spare.
 constexpr int narrowBelow = 1200;
+/// Below this one the picture gives way to the names.
+constexpr int smallPictureBelow = 1340;
 /// From this height on the list has room for a long sale.
 constexpr int tallFrom = 1000;
 /// No code of 13 digits is wider.
@@ -67,7 +69,7 @@ void KasseLayout::fit(const QSize& form) {
     m_ui.txtInput->setMinimumWidth(codeWidth + theme.normal * 2);
 
     const int sum = std::max(theme.keyHeight * 15 / 4, share(sumShare));
-    const int picture = narrow ? theme.keyHeight * 9 / 4 : share(pictureShare);
+    const int picture = form.width() < smallPictureBelow ? theme.keyHeight * 9 / 4 : share(pictureShare);
     m_ui.pnlSumme->setFixedWidth(sum);
     m_ui.sspBild_BG->setFixedWidth(picture);
     m_ui.lvwBestellung->setRoom(form.height() >= tallFrom ? rowsOfTallScreen : rowsOfShortScreen,
