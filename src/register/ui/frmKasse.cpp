@@ -19,6 +19,7 @@
 #include <store/Database.h>
 #include <ui/Commands.h>
 #include <ui/Pointer.h>
+#include <ui/ScanGuard.h>
 #include <ui/ShowModal.h>
 #include <ui/Sound.h>
 #include <ui/WorkQueue.h>
@@ -67,6 +68,7 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
 
     m_queue->run([this] { m_till.Load(); });
     m_menus->setKarten(m_till.Karten());
+    TakeScans(*this, ScanEnd::Enter);
     showTitle(m_till.Title());
     m_ui->lblVersion->setText(u"DB Jet "_s + gDB->Version());
     m_ui->lblMaschine->setText(u"Kasse: "_s + gMaschine);
