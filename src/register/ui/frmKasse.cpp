@@ -18,6 +18,7 @@
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <ui/Commands.h>
+#include <ui/Notice.h>
 #include <ui/Pointer.h>
 #include <ui/ScanGuard.h>
 #include <ui/ShowModal.h>
@@ -302,6 +303,7 @@ void frmKasse::Show(till::Dialog which) {
 }
 
 void frmKasse::UnknownArticleSound() { SoundUnknownArticle(); }
+void frmKasse::Hint(const QString& text) { ShowNotice(*this, text); }
 void frmKasse::MovePointerAway() { ::MovePointerAway(); }
 void frmKasse::Yield() { QCoreApplication::processEvents(); }
 void frmKasse::FocusInput() { m_ui->txtInput->setFocus(Qt::OtherFocusReason); }
