@@ -282,8 +282,8 @@ TEST(SignalTest, EverySignalCanBeHeard) {
             EXPECT_LE(length, 1200);
         }
         // Seven times, 150 ms apart, or the tones of a PC speaker.
-        EXPECT_EQ(card ? 7 * 150 : 1100, ToneSamples(TonesOf(Signal::UnknownArticle)).size() / 2 * 1000 /
-                                             toneSampleRate);
+        EXPECT_EQ(card ? 7 * 150 : 1100,
+                  ToneSamples(TonesOf(Signal::UnknownArticle)).size() / 2 * 1000 / toneSampleRate);
     }
     gIsSoundCardAktiv = false;
 }

@@ -23,7 +23,7 @@ class Line {
     void key(QChar c, qint64 gap) {
         m_now += gap;
         if (scans.pause(m_now)) letGo();
-        const Kind kind = c == u'\r'   ? Kind::Close
+        const Kind kind = c == u'\r'  ? Kind::Close
                           : c == u'^' ? Kind::Silent
                           : c == u'~' ? Kind::Other
                                       : Kind::Character;
@@ -145,13 +145,15 @@ TEST(ScanRecogniser, TheRestOfABurstThatBeganInAnotherWindow) {
     EXPECT_EQ(u"20\r"_s, short_.end());
 }
 
-// Times between the keys of quick typists in milliseconds, as a log of the keyboard gives them: a cashier on the
-// number pad, two on the keyboard at 95 and 120 words a minute, and one who rolls over the keys with all fingers.
-// Two keys come within a gap of 35 ms again and again, three now and then, never more.
+// Times between the keys of quick typists in milliseconds, as a log of the keyboard gives them: a cashier on
+// the number pad, two on the keyboard at 95 and 120 words a minute, and one who rolls over the keys with all
+// fingers. Two keys come within a gap of 35 ms again and again, three now and then, never more.
 const std::vector<std::vector<int>> typists{
     {132, 96, 88, 104, 31, 121, 79, 28, 142, 90, 111, 34, 29, 118, 87, 93, 35, 101, 84, 126, 77, 33, 109, 92},
-    {88, 61, 102, 24, 73, 95, 57, 110, 19, 66, 81, 30, 27, 99, 54, 70, 22, 85, 63, 91, 33, 18, 76, 59, 104, 26},
-    {62, 48, 79, 15, 33, 71, 40, 22, 58, 66, 12, 31, 84, 45, 37, 25, 17, 69, 52, 43, 9, 28, 61, 77, 20, 35, 48},
+    {88, 61, 102, 24, 73, 95, 57, 110, 19, 66, 81, 30,  27,
+     99, 54, 70,  22, 85, 63, 91, 33,  18, 76, 59, 104, 26},
+    {62, 48, 79, 15, 33, 71, 40, 22, 58, 66, 12, 31, 84, 45,
+     37, 25, 17, 69, 52, 43, 9,  28, 61, 77, 20, 35, 48},
     {21, 18, 24, 95, 17, 23, 34, 88, 11, 29, 140, 26, 19, 31, 76, 14, 22, 90, 30, 33, 25, 110, 16, 27, 71}};
 
 TEST(ScanRecogniser, NothingThatAPersonTypesIsAScan) {

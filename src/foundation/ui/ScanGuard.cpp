@@ -27,8 +27,7 @@ class ScanAnswer : public QObject {
 };
 
 ScanAnswer* answerOf(const QWidget& window) {
-    return static_cast<ScanAnswer*>(
-        window.findChild<QObject*>(u"scanAnswer"_s, Qt::FindDirectChildrenOnly));
+    return static_cast<ScanAnswer*>(window.findChild<QObject*>(u"scanAnswer"_s, Qt::FindDirectChildrenOnly));
 }
 
 struct KeyKind {
@@ -71,9 +70,7 @@ KeyKind kindOf(const QKeyEvent& key, const ScanFigures& figures) {
 
 bool takesScans(const QWidget& widget) { return widget.property(takesScan).toBool(); }
 
-QWidget* focusIn(QWidget& window) {
-    return window.focusWidget() != nullptr ? window.focusWidget() : &window;
-}
+QWidget* focusIn(QWidget& window) { return window.focusWidget() != nullptr ? window.focusWidget() : &window; }
 
 void send(QWidget& window, int key, const QString& text) {
     const QPointer<QWidget> alive(&window);
@@ -264,7 +261,8 @@ bool ScanGuard::scanned(QWidget& receiver, const QKeyEvent& key, Place place) {
     swallow();
     m_swallowed.insert(key.key());
     if (takes)
-        typeCode(window, whole ? code : QString(), tab && place == Place::Takes ? Qt::Key_Tab : Qt::Key_Return);
+        typeCode(window, whole ? code : QString(),
+                 tab && place == Place::Takes ? Qt::Key_Tab : Qt::Key_Return);
     else if (place != Place::Answers || !answered(window, code))
         refuse(window);
     return true;

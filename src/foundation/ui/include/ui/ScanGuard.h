@@ -34,8 +34,8 @@ void SetScanNotice(QWidget& window, const QString& text);
 /// Keys that may be the beginning of one are held back for the time of ScanFigures::gap and come out in their
 /// order when they were typed.
 ///
-/// It acts while it lives and is enabled; the program has one. Only keys from outside are looked at, not those
-/// that the program sends itself (DigitPad).
+/// It acts while it lives and is enabled; the program has one. Only keys from outside are looked at, not
+/// those that the program sends itself (DigitPad).
 class ScanGuard : public QObject {
     Q_OBJECT
 

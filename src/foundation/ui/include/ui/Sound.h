@@ -10,7 +10,7 @@ enum class Signal {
     UnknownArticle, ///< without a sound card (gIsSoundCardAktiv False) the tones that a PC speaker would
                     ///< give, 200 Hz for 300 ms, 500 Hz for 500 ms, 200 Hz for 300 ms; with one a warning
                     ///< sound seven times, 150 ms apart
-    ScanRefused ///< short and low: a scan that nobody could take
+    ScanRefused     ///< short and low: a scan that nobody could take
 };
 /// Sounds a signal and returns at once. It comes from the machine's device for sound wherever there is one,
 /// else the desktop beeps. One signal at a time: the next takes the place of one that still sounds.
