@@ -11,9 +11,11 @@
 
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -70,6 +72,8 @@ TEST_F(ScanGuardTest, AScanPressesAndEntersNothing) {
         keys.now += 1000;
     }
     EXPECT_EQ(2, sounds);
+    const auto& line = control<QLabel>(price, u"lblNotice"_s);
+    EXPECT_GE(line.contentsRect().height(), line.fontMetrics().height()) << "and it can be read";
     keys.rest();
     EXPECT_EQ(u""_s, price.text()) << "nothing comes later";
 
@@ -141,6 +145,25 @@ TEST_F(ScanGuardTest, HeldKeysComeOutByThemselves) {
     keys.guard.setEnabled(false);
     QTest::keyClick(price.focusWidget(), Qt::Key_8);
     EXPECT_EQ(u"78"_s, price.text()) << "at once when it is off";
+}
+
+TEST_F(ScanGuardTest, KeysOfTheSystemTakeTheSameWay) {
+    keys.guard.setClock({});
+    Price price;
+    showForm(price);
+    QWindow* window = price.windowHandle();
+    ASSERT_NE(nullptr, window);
+    for (const char digit : QByteArray("2005000000171"))
+        QTest::keyClick(window, digit);
+    QTest::keyClick(window, Qt::Key_Return);
+    EXPECT_EQ(1, sounds);
+    QTest::keyClick(window, Qt::Key_Backspace);
+    EXPECT_EQ(u""_s, price.text());
+    EXPECT_EQ(0, price.confirmed);
+    QTest::keyClick(window, '7', Qt::NoModifier, 60);
+    QTest::keyClick(window, Qt::Key_Return, Qt::NoModifier, 60);
+    EXPECT_EQ(u"7"_s, price.text());
+    EXPECT_EQ(1, price.confirmed);
 }
 
 TEST_F(ScanGuardTest, BoxesThatWaitForACodeTakeIt) {

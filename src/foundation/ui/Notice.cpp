@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -38,7 +40,9 @@ void ShowNotice(QWidget& window, const QString& text) {
         theme.warning.name(), Theme::Readable(Qt::white, theme.warning).name(), QString::number(theme.gap)));
     line->setText(text);
     line->setAccessibleName(text);
-    line->setGeometry(0, 0, window.width(), line->heightForWidth(window.width()));
+    line->ensurePolished(); // without its font it would not know its height
+    line->setGeometry(0, 0, window.width(),
+                      std::max(line->heightForWidth(window.width()), theme.keyHeight * 2 / 3));
     line->raise();
     line->show();
     line->findChild<QTimer*>()->start();

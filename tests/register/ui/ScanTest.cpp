@@ -125,9 +125,8 @@ TEST_F(Scans, NoBurstGetsThroughAnyDialog) {
         keys.type(dialog, chance() % 3 == 0 ? u"\t"_s : u"\r"_s, 1 + chance() % 35);
         QApplication::processEvents();
         keys.rest();
-        ASSERT_EQ(before, stateOf(dialog)) << "round " << round << ": "
-                                           << dialog.metaObject()->className() << " <- "
-                                           << code.toStdString();
+        ASSERT_EQ(before, stateOf(dialog))
+            << "round " << round << ": " << dialog.metaObject()->className() << " <- " << code.toStdString();
         EXPECT_EQ(u"Bitte erst die Frage beantworten"_s, NoticeText(dialog));
         EXPECT_EQ(soundsBefore + 1, sounds);
         dialog.hide();
