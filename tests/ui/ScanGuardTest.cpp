@@ -130,6 +130,18 @@ TEST_F(ScanGuardTest, KeysBehindOneThatClosesAWindowGoToTheNext) {
     showForm(price);
     QApplication::processEvents();
     EXPECT_EQ(u"10"_s, price.text());
+    price.hide();
+
+    showForm(question);
+    keys.type(question, u"n"_s, 100);
+    keys.type(question, u"20\r"_s, 60); // the first of them finds the window gone
+    EXPECT_FALSE(question.isVisible());
+    price.setText({});
+    showForm(price);
+    QApplication::processEvents();
+    EXPECT_EQ(u"20"_s, price.text());
+    EXPECT_EQ(1, price.confirmed);
+    EXPECT_EQ(0, sounds);
 }
 
 TEST_F(ScanGuardTest, HeldKeysComeOutByThemselves) {
@@ -190,6 +202,18 @@ TEST_F(ScanGuardTest, BoxesThatWaitForACodeTakeIt) {
     keys.scan(form, code);
     EXPECT_EQ(u""_s, name.text());
     EXPECT_EQ(1, sounds);
+    QWidget shell;
+    QPushButton key(&shell);
+    bool pressed = false;
+    QObject::connect(&key, &QPushButton::clicked, [&] { pressed = true; });
+    showForm(shell);
+    key.setFocus();
+    keys.scan(shell, u"  2005  "_s);
+    EXPECT_FALSE(pressed);
+    EXPECT_EQ(u"Hier wird kein Code erwartet"_s, NoticeText(shell));
+    keys.type(shell, u" "_s, 200);
+    keys.rest();
+    EXPECT_TRUE(pressed) << "the space bar of a person";
     for (QWidget* part : std::initializer_list<QWidget*>{&name, &number, &search, &button, &list})
         part->setParent(nullptr);
 }

@@ -216,11 +216,11 @@ bool ScanGuard::pressed(QWidget& receiver, const QKeyEvent& key) {
     m_swallowed.remove(key.key());
     const ScanRecogniser::Verdict verdict = judge(key);
     if (verdict.before) letGo();
-    // What was let go may have closed the window: the key is for the one that comes.
-    if (verdict.before && (alive.isNull() || !receiver.isVisible()) &&
-        verdict.fate == ScanRecogniser::Fate::Typed) {
-        m_outbox.push_back({nullptr, false, std::unique_ptr<QKeyEvent>(key.clone())});
-        m_rest.start(0);
+    if (verdict.before && (alive.isNull() || !receiver.isVisible())) {
+        // What was let go has closed the window: the key is for the one that comes.
+        const bool typed = verdict.fate == ScanRecogniser::Fate::Typed;
+        (typed ? m_outbox : m_held).push_back({nullptr, false, std::unique_ptr<QKeyEvent>(key.clone())});
+        typed ? m_rest.start(0) : waitForMore();
         return true;
     }
     switch (verdict.fate) {
@@ -294,6 +294,10 @@ bool ScanGuard::pass(QWidget& receiver, const QKeyEvent& key) {
 
 void ScanGuard::hold(QWidget& receiver, const QKeyEvent& key) {
     m_held.push_back(copy(receiver, key));
+    waitForMore();
+}
+
+void ScanGuard::waitForMore() {
     m_lastTurn = false;
     m_wait.start(int(std::max<qint64>(1, m_scans.due() - now() + 1)));
 }
@@ -302,7 +306,7 @@ void ScanGuard::settle() {
     if (m_scans.pause(now()))
         letGo();
     else if (!m_held.empty())
-        m_wait.start(int(std::max<qint64>(1, m_scans.due() - now() + 1)));
+        waitForMore();
 }
 
 void ScanGuard::forget() {

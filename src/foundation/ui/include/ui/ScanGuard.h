@@ -95,6 +95,7 @@ class ScanGuard : public QObject {
     [[nodiscard]] bool answered(QWidget& window, const QString& code);
 
     void hold(QWidget& receiver, const QKeyEvent& key);
+    void waitForMore();
     void forget();  ///< whatever is under way was typed
     void letGo();   ///< what is held was typed
     void swallow(); ///< what is held was a scan
