@@ -18,6 +18,7 @@
 #include <QWindow>
 
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -118,6 +119,30 @@ TEST_F(ScanGuardTest, QuickTypingArrivesWholeAndInOrder) {
     EXPECT_EQ(0, sounds);
 }
 
+TEST_F(ScanGuardTest, WhateverIsTypedArrivesAsWithoutAGuard) {
+    std::mt19937 chance(471147);
+    const QString signs = u"0123456789, abcxyzJN"_s;
+    for (int round = 0; round < 300; ++round) {
+        InputDialog input(u"Name?"_s, u"Eingabe"_s, u"alt"_s);
+        showForm(input);
+        keys.stamped = round % 2 == 0;
+        QString typed;
+        int quick = 0; // keys in a row that come as fast as those of a scanner
+        for (unsigned left = 1 + chance() % 15; left > 0; --left) {
+            typed += signs[qsizetype(chance() % size_t(signs.size()))];
+            const bool fast = quick < 4 && chance() % 2 == 0;
+            quick = fast ? quick + 1 : 0;
+            keys.type(input, typed.last(1), fast ? chance() % 36 : 36 + chance() % 150);
+            if (chance() % 4 == 0) keys.guard.settle(); // the event loop has time now and then
+        }
+        keys.type(input, u"\r"_s, 106 + chance() % 100);
+        ASSERT_EQ(typed, input.text()) << "round " << round;
+        ASSERT_FALSE(input.isVisible());
+        keys.now += 500;
+    }
+    EXPECT_EQ(0, sounds);
+}
+
 TEST_F(ScanGuardTest, KeysBehindOneThatClosesAWindowGoToTheNext) {
     MessageDialog question(u"Alle?"_s, MsgButtons::YesNo, MsgIcon::Question, u"Frage"_s, MsgAnswer::Yes);
     showForm(question);
@@ -211,9 +236,13 @@ TEST_F(ScanGuardTest, BoxesThatWaitForACodeTakeIt) {
     keys.scan(shell, u"  2005  "_s);
     EXPECT_FALSE(pressed);
     EXPECT_EQ(u"Hier wird kein Code erwartet"_s, NoticeText(shell));
+    ShowNotice(shell, u"Die Kundenanzeige antwortet nicht."_s);
+    keys.now += 200;
+    keys.scan(form, code);
     keys.type(shell, u" "_s, 200);
     keys.rest();
     EXPECT_TRUE(pressed) << "the space bar of a person";
+    EXPECT_FALSE(NoticeText(shell).isEmpty()) << "what others tell stays";
     for (QWidget* part : std::initializer_list<QWidget*>{&name, &number, &search, &button, &list})
         part->setParent(nullptr);
 }

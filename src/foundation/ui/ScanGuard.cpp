@@ -285,7 +285,10 @@ ScanGuard::Key ScanGuard::copy(QWidget& receiver, const QKeyEvent& key) {
 }
 
 bool ScanGuard::pass(QWidget& receiver, const QKeyEvent& key) {
-    if (key.type() == QEvent::KeyPress) HideNotice(*receiver.window());
+    if (key.type() == QEvent::KeyPress && m_told == receiver.window()) {
+        HideNotice(*receiver.window());
+        m_told = nullptr;
+    }
     if (m_outbox.empty()) return false;
     m_outbox.push_back(copy(receiver, key));
     m_rest.start(0);
@@ -375,4 +378,5 @@ void ScanGuard::refuse(QWidget& window) {
         text = qobject_cast<QDialog*>(&window) != nullptr ? u"Bitte erst die Frage beantworten"_s
                                                           : u"Hier wird kein Code erwartet"_s;
     ShowNotice(window, text);
+    m_told = &window;
 }

@@ -100,7 +100,7 @@ class ScanGuard : public QObject {
     void letGo();   ///< what is held was typed
     void swallow(); ///< what is held was a scan
     void deliver(Orphans orphans);
-    static void refuse(QWidget& window);
+    void refuse(QWidget& window);
 
     bool m_enabled = true;
     std::optional<ScanFigures> m_fixed;
@@ -112,6 +112,7 @@ class ScanGuard : public QObject {
     std::deque<Key> m_held, m_outbox;
     QSet<int> m_swallowed; ///< keys whose press was swallowed and that have not come up yet
     Seen m_seen;
+    QPointer<QWidget> m_told; ///< where the last refused scan was told
     QTimer m_wait, m_rest;
     bool m_lastTurn = false;
 };
