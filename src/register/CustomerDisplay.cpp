@@ -1,7 +1,9 @@
 #include "CustomerDisplay.h"
 
 #include <register/Prices.h>
+#include <session/Clock.h>
 #include <session/Globals.h>
+#include <session/Log.h>
 #include <text/CodePage.h>
 #include <text/Format.h>
 #include <text/RuntimeError.h>
@@ -14,6 +16,7 @@ namespace till {
 namespace {
 
 constexpr int width = 20;
+constexpr int restSeconds = 60; ///< of a display that takes no bytes
 const QByteArray selectDisplay("\x1B\x3D\x02"), selectPrinter("\x1B\x3D\x01");
 
 /// Exactly one row: filled with blanks or cut at the right.
@@ -44,14 +47,47 @@ void CustomerDisplay::OpenComPort(int Port, bool& Opened) {
 
 template <typename Text>
 void CustomerDisplay::show(const Text& text) {
+    if (rests()) return;
     bool opened = false;
     OpenComPort(gKundenLCDPort, opened);
     if (!opened) return;
-    if (gEnabledIMDisplayModus) mainCom.Output(selectDisplay);
-    mainCom.Output('\x1B' + ToWindows1252(vb::Chr(gKundenLCDClearCode)));
-    mainCom.Output(ToWindows1252(text()));
-    if (gEnabledIMDisplayModus) mainCom.Output(selectPrinter);
-    mainCom.PortOpen(false);
+    const QByteArray clear = '\x1B' + ToWindows1252(vb::Chr(gKundenLCDClearCode));
+    if (!reaches([&] {
+            if (gEnabledIMDisplayModus) mainCom.Output(selectDisplay);
+            mainCom.Output(clear);
+        }))
+        return;
+    const QByteArray bytes = ToWindows1252(text());
+    if (!reaches([&] {
+            mainCom.Output(bytes);
+            if (gEnabledIMDisplayModus) mainCom.Output(selectPrinter);
+            mainCom.PortOpen(false);
+        }))
+        return;
+    m_failed = {};
+}
+
+bool CustomerDisplay::rests() const {
+    if (!m_failed.isValid()) return false;
+    const qint64 since = m_failed.secsTo(Now());
+    return since >= 0 && since < restSeconds;
+}
+
+template <typename Act>
+bool CustomerDisplay::reaches(const Act& act) {
+    try {
+        act();
+        return true;
+    } catch (const RuntimeError& error) {
+        WriteLog(u"Kundenanzeige: %1 - %2"_s.arg(error.Number).arg(error.Description));
+    }
+    try {
+        Close();
+    } catch (const RuntimeError&) { // what it did not take is told already
+    }
+    m_failed = Now();
+    m_tell(u"Die Kundenanzeige antwortet nicht. Der Verkauf geht weiter."_s);
+    return false;
 }
 
 void CustomerDisplay::ShowDefault() {

@@ -14,6 +14,21 @@ namespace {
 
 const QString active = u"SELECT * FROM Kunden WHERE Gesperrt=0"_s;
 
+/// A pair of apostrophes stands for one: with every lone one doubled, any text can be looked for as it is.
+QString doubled(const QString& text) {
+    QString result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        result += text[i];
+        if (text[i] != u'\'') continue;
+        if (i + 1 < text.size() && text[i + 1] == u'\'') ++i;
+        result += u'\'';
+    }
+    return result;
+}
+
+/// Inside a pattern; a bracket is a sign like any other there.
+QString pattern(const QString& text) { return doubled(text).replace(u'[', u"[[]"_s); }
+
 QString withID(const QString& key) { return u" WHERE KundenID="_s + sql::number(GetKeyID(key, 2)); }
 
 } // namespace
@@ -23,19 +38,18 @@ sql::Query Find(By by, const QString& text) {
     case Number:
         break;
     case Name:
-        return {active + u" AND Name_1 LIKE "_s + sql::containing(text), u"Name_1 ASC"_s};
+        return {active + u" AND Name_1 LIKE "_s + sql::containing(pattern(text)), u"Name_1 ASC"_s};
     case Town:
-        return {active + u" AND Ort LIKE "_s + sql::containing(text), u"Name_1 ASC"_s};
+        return {active + u" AND Ort LIKE "_s + sql::containing(pattern(text)), u"Name_1 ASC"_s};
     }
     return {active, u"KundenNummer ASC"_s};
 }
 
 QString FindNumber(const QString& number) {
-    // By number all are listed whatever was typed, so a text that no statement can hold is just not found.
-    if (number.isEmpty() || number.contains(u'\'')) return {};
+    if (number.isEmpty()) return {};
     const auto rs =
         gDB->OpenRecordset(active + u" AND Left(KundenNummer,%1)=%2 ORDER BY KundenNummer ASC;"_s.arg(
-                                        sql::number(int(number.size())), sql::text(number)));
+                                        sql::number(int(number.size())), sql::text(doubled(number))));
     return rs->Eof() ? QString() : u"ID"_s + rs->Text(u"KundenID");
 }
 

@@ -1,5 +1,6 @@
 #include "Entry.h"
 
+#include "Limits.h"
 #include "Sale.h"
 
 #include <register/Prices.h>
@@ -20,18 +21,36 @@
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace till {
 
 namespace {
 
-/// The price inside a code of 13 digits: `euros` digits from `position`, counted from 1, then two digits of
-/// cents.
-Currency codePrice(const QString& code, int position, int euros) {
-    return ReadMoney(code.mid(position - 1, euros) + u',' + code.mid(position - 1 + euros, 2));
+/// The price inside a code of 13 characters: `euros` digits from `position`, counted from 1, then two digits
+/// of cents. Nothing when others than digits stand there.
+std::optional<Currency> codePrice(const QString& code, int position, int euros) {
+    const QString digits = code.mid(position - 1, euros + 2);
+    if (!std::all_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'0' && c <= u'9'; })) return {};
+    return ReadMoney(digits.left(euros) + u',' + digits.mid(euros));
 }
-Currency pressPrice(const QString& code) { return codePrice(code, 9, 2); }
+std::optional<Currency> pressPrice(const QString& code) { return codePrice(code, 9, 2); }
+
+/// More digits behind the comma come from a code that was scanned behind an amount; nobody types them.
+constexpr qsizetype mostDecimals = 6;
+
+/// A whole number that does not fit into 32 bits; what is no number is told where it is used.
+bool isTooLarge(const QString& number) {
+    return IsNumeric(number) && std::abs(CDbl(Value(number))) > std::numeric_limits<int>::max();
+}
+
+void tellTooLarge(const QString& number) {
+    MsgBox(u"Die Menge %1 ist zu groß und wird nicht gebucht."_s.arg(number), MsgIcon::Exclamation);
+}
 
 /// Shows a dialog. A dialog that cannot be shown (error 5) counts as one that was left without an answer.
 void ask(RegisterScreen& screen, Dialog which) {
@@ -103,10 +122,20 @@ Recordset& Entry::rsArtikel() {
 }
 
 void Entry::Enter() {
-    m_sale.Trap([this] {
-        m_sale.ClearPaid();
+    const bool done = m_sale.Trap([this] {
+        {
+            // What is scanned next must not pile up behind what is not sold.
+            auto emptied = qScopeGuard([this] { Clear(); });
+            m_sale.ClearPaid();
+            emptied.dismiss();
+        }
         decide();
     });
+    if (!done) TellLeft();
+}
+
+void Entry::TellLeft() {
+    if (!m_input.isEmpty()) emit InputLeft();
 }
 
 bool Entry::AddArtikelToBestellung() {
@@ -156,13 +185,20 @@ bool Entry::voucherSelected() {
 void Entry::plus() {
     if (m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
     const QString number = QString(m_input).remove(u'+');
+    if (isTooLarge(number)) {
+        tellTooLarge(number);
+        return SetInput({});
+    }
     AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
 }
 
 void Entry::AddQuantity(int amount) {
-    if (!m_sale.basket.isEmpty()) {
+    Basket& basket = m_sale.basket;
+    if (!basket.isEmpty()) {
         m_sale.panel.EntryBegan();
-        m_sale.basket.ChangeQuantity(amount);
+        if (amount <= 0 ||
+            limits::IsQuantityMeant(basket.rsBestellung().Number(u"Buchungs_Menge") + double(amount)))
+            basket.ChangeQuantity(amount);
     }
     SetInput({});
 }
@@ -183,8 +219,16 @@ void Entry::minus() {
 
 int Entry::multiplier() const { return m_mal.isEmpty() ? 1 : CLng(Value(m_mal)); }
 
+bool Entry::isMultiplierMeant() const {
+    if (IsVerbundBuchung || !IsNumeric(m_mal)) return true;
+    if (!isTooLarge(m_mal)) return limits::IsQuantityMeant(CDbl(Value(m_mal)));
+    tellTooLarge(m_mal);
+    return false;
+}
+
 void Entry::decide() {
     bool orderSearchDone = false;
+    if (!vb::Trim(m_input).isEmpty() && !isMultiplierMeant()) return Clear();
     for (Next next = Next::Again; next == Next::Again;) {
         const QString text = m_input;
         const QString trimmed = vb::Trim(text);
@@ -200,10 +244,36 @@ void Entry::decide() {
     }
 }
 
+std::optional<Currency> Entry::readAmount(const QString& trimmed) {
+    if (trimmed.size() - trimmed.lastIndexOf(u',') - 1 > mostDecimals) {
+        MsgBox(
+            u"%1 ist kein Betrag: hinter dem Komma stehen zu viele Ziffern.\n\nWurde hinter einem Betrag gescannt? "
+            "Schließen Sie den Betrag zuerst mit der Eingabetaste ab und scannen Sie dann."_s.arg(trimmed),
+            MsgIcon::Exclamation);
+        return std::nullopt;
+    }
+    try {
+        return ReadMoney(trimmed);
+    } catch (const RuntimeError& error) {
+        if (error.Number != 6) throw;
+        MsgBox(u"Der Betrag %1 ist zu groß und wird nicht gebucht."_s.arg(trimmed), MsgIcon::Exclamation);
+        return std::nullopt;
+    }
+}
+
 Entry::Next Entry::freeAmount(const QString& trimmed) {
-    const Currency amount = ReadMoney(trimmed);
+    const std::optional<Currency> read = readAmount(trimmed);
+    if (!read) {
+        Clear();
+        return Next::End;
+    }
+    const Currency amount = *read;
     if (!gKFMinusBuchung && amount < Currency{}) {
         MsgBox(u"Sie können keine Minusbuchungen vornehmen. Bitte wenden Sie sich an Ihren Administrator."_s);
+        Clear();
+        return Next::End;
+    }
+    if (!limits::IsPriceMeant(amount)) {
         Clear();
         return Next::End;
     }
@@ -230,10 +300,22 @@ Entry::Next Entry::freeAmount(const QString& trimmed) {
     return Next::Add;
 }
 
+QString Entry::searchable(const QString& text) {
+    try {
+        return sql::text(text);
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(
+            error.Number,
+            u"Die Eingabe %1 enthält ein Hochkomma (') und kann deshalb nicht gesucht werden. Bitte geben Sie sie ohne "
+            "dieses Zeichen ein."_s.arg(text),
+            error.Source, error.Place);
+    }
+}
+
 Entry::Next Entry::lookup(const QString& text, bool& orderSearchDone) {
     Recordset& rs = rsArtikel();
     rs.Requery();
-    rs.FindFirst(u"Nummer="_s + sql::text(text));
+    rs.FindFirst(u"Nummer="_s + searchable(text));
     return rs.NoMatch() ? notFound(text, orderSearchDone) : found(vb::Trim(text));
 }
 
@@ -241,11 +323,11 @@ Entry::Next Entry::found(const QString& trimmed) {
     Recordset& rs = rsArtikel();
     if (gAutoPresseUpdate && trimmed.size() == 13 &&
         (trimmed.startsWith(u"414") || trimmed.startsWith(u"419"))) {
-        const Currency price = pressPrice(trimmed);
-        if (price != rs.Money(u"VKPreis")) {
+        const std::optional<Currency> price = pressPrice(trimmed);
+        if (price && *price != rs.Money(u"VKPreis")) {
             const auto drop = qScopeGuard([&] { rs.CancelUpdate(); });
             rs.Edit();
-            rs.Set(u"VKPreis", price);
+            rs.Set(u"VKPreis", *price);
             rs.Update();
         }
     }
@@ -282,9 +364,13 @@ Entry::Next Entry::found(const QString& trimmed) {
 Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
     const QString trimmed = vb::Trim(text);
     if (trimmed.size() == 13) {
-        const int country = CLng(Value(trimmed.left(3)));
-        if (country == 414 || country == 419) {
-            pressCode(trimmed, country == 414 ? gVollerSteuerSatz : gHalberSteuerSatz);
+        const std::optional<Currency> price = pressPrice(trimmed);
+        if (price && trimmed.startsWith(u"414")) {
+            pressCode(trimmed, *price, gVollerSteuerSatz);
+            return Next::Add;
+        }
+        if (price && trimmed.startsWith(u"419")) {
+            pressCode(trimmed, *price, gHalberSteuerSatz);
             return Next::Add;
         }
         if (priceTemplate(text, trimmed)) return Next::Add;
@@ -304,10 +390,9 @@ Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
     return Next::End;
 }
 
-void Entry::pressCode(const QString& trimmed, double steuerSatz) {
+void Entry::pressCode(const QString& trimmed, Currency price, double steuerSatz) {
     const int menge = multiplier();
-    gArtikel = freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, pressPrice(trimmed),
-                          steuerSatz);
+    gArtikel = freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, price, steuerSatz);
     gArtikel.Buchungs_Menge = menge;
 }
 
@@ -316,10 +401,11 @@ bool Entry::priceTemplate(const QString& text, const QString& trimmed) {
                                        sql::startingWith(SonderArtikel::PreisVorlage));
     for (; !rs->Eof(); rs->MoveNext()) {
         if (!text.startsWith(rs->Text(u"Nummer").remove(SonderArtikel::PreisVorlage.toString()))) continue;
-        const Currency price = codePrice(trimmed, 8, 3);
+        const std::optional<Currency> price = codePrice(trimmed, 8, 3);
+        if (!price) return false;
         ArtikelRecord record = readArticle(*rs);
         record.Buchungs_Menge = multiplier();
-        record.EKPreis = record.VKPreis = record.VKPreis2 = record.VKPreis3 = price;
+        record.EKPreis = record.VKPreis = record.VKPreis2 = record.VKPreis3 = *price;
         gArtikel = record;
         return true;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <store/Recordset.h>
+#include <text/Currency.h>
 
 #include <QObject>
 #include <QString>
@@ -27,6 +28,8 @@ class Entry : public QObject {
     void SetInput(const QString& text);
     void SetMal(const QString& text);
     void Clear();
+    /// An error has left the text that stands in the box, if any.
+    void TellLeft();
     /// cmdPlus and "+": more of the selected line, whatever it is; the entry is empty afterwards.
     void AddQuantity(int amount);
 
@@ -41,6 +44,8 @@ class Entry : public QObject {
   signals:
     void InputChanged(const QString& text);
     void MalChanged(const QString& text);
+    /// What an error has left in the box should be replaced by what is typed or scanned next.
+    void InputLeft();
 
   private:
     enum class Next { Add, Again, End };
@@ -52,13 +57,18 @@ class Entry : public QObject {
     void minus();
     [[nodiscard]] bool voucherSelected();
     [[nodiscard]] int multiplier() const;
+    [[nodiscard]] bool isMultiplierMeant() const;
 
     [[nodiscard]] Next freeAmount(const QString& trimmed);
+    /// Nothing for an amount that cannot be meant, which is told.
+    [[nodiscard]] static std::optional<Currency> readAmount(const QString& trimmed);
+    /// The text in a criterion. Raises 3075, in the words of a till, for one that cannot stand there.
+    [[nodiscard]] static QString searchable(const QString& text);
     [[nodiscard]] Next lookup(const QString& text, bool& orderSearchDone);
     [[nodiscard]] Next found(const QString& trimmed);
     [[nodiscard]] Next notFound(const QString& text, bool& orderSearchDone);
     [[nodiscard]] bool priceTemplate(const QString& text, const QString& trimmed);
-    void pressCode(const QString& trimmed, double steuerSatz);
+    void pressCode(const QString& trimmed, Currency price, double steuerSatz);
     /// nullopt when no supplier knows the number; an empty text when the choice was cancelled.
     [[nodiscard]] std::optional<QString> orderNumber(const QString& text);
     [[nodiscard]] Recordset& rsArtikel(); ///< raises 91 before Open

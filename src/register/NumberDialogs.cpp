@@ -1,3 +1,5 @@
+#include "Limits.h"
+
 #include <register/NumberDialogs.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
@@ -8,9 +10,40 @@
 #include <text/Convert.h>
 #include <text/Format.h>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace till {
+
+namespace {
+
+/// What `number` reads from `text`; nothing when it is too large for its type, which is told.
+template <typename Number>
+std::optional<Currency> read(const QString& text, const Number& number) {
+    try {
+        return number();
+    } catch (const RuntimeError& error) {
+        if (error.Number != 6) throw;
+        MsgBox(u"Die Zahl %1 ist zu groß."_s.arg(text), MsgIcon::Exclamation);
+        return std::nullopt;
+    }
+}
+
+/// No text is no answer.
+bool takePrice(const QString& text, Currency& price, int& result) {
+    if (text.isEmpty()) {
+        result = 0;
+        return true;
+    }
+    const auto entered = read(text, [&] { return CCur(Value(text)); });
+    if (!entered || !limits::IsPriceMeant(*entered)) return false;
+    price = *entered;
+    result = 1;
+    return true;
+}
+
+} // namespace
 
 QString NumberDialog::OpensWith() const {
     switch (m_kind) {
@@ -31,21 +64,22 @@ QChar NumberDialog::AcceptKey(QChar key) const {
     return {};
 }
 
-void NumberDialog::Confirm(const QString& text) const {
+bool NumberDialog::Confirm(const QString& text) const {
     switch (m_kind) {
-    case Rabatt:
-        gRabattAngabe.Prozent = Currency::fromInteger(CInt(Value(text.isEmpty() ? u"0"_s : text)));
+    case Rabatt: {
+        const auto prozent =
+            read(text, [&] { return Currency::fromInteger(CInt(Value(text.isEmpty() ? u"0"_s : text))); });
+        if (!prozent || !limits::IsDiscountMeant(*prozent)) return false;
+        gRabattAngabe.Prozent = *prozent;
         gRabattAngabe.Ergebnis = 1;
-        break;
-    case PreisAngabe:
-        if (!text.isEmpty()) gArtikel.VKPreis = CCur(Value(text));
-        gArtikel.Ergebnis = text.isEmpty() ? 0 : 1;
-        break;
-    case FreierPreis:
-        if (!text.isEmpty()) ::gPreisAngabe.Preis = CCur(Value(text));
-        ::gPreisAngabe.Ergebnis = text.isEmpty() ? 0 : 1;
-        break;
+        return true;
     }
+    case PreisAngabe:
+        return takePrice(text, gArtikel.VKPreis, gArtikel.Ergebnis);
+    case FreierPreis:
+        return takePrice(text, gPreisAngabe.Preis, gPreisAngabe.Ergebnis);
+    }
+    return true;
 }
 
 void NumberDialog::Cancel() const {

@@ -27,6 +27,7 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_entry(std::make_unique<Entry>(*m_sale))
     , m_payment(std::make_unique<Payment>(*m_sale)) {
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
+    connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);
     connect(m_entry.get(), &Entry::MalChanged, this, &Register::MalChanged);
     connect(m_sale.get(), &Sale::TitleChanged, this, &Register::TitleChanged);
     connect(m_sale.get(), &Sale::UserChanged, this, &Register::UserChanged);
@@ -70,7 +71,7 @@ const QString& Register::Input() const { return m_entry->input(); }
 const QString& Register::Mal() const { return m_entry->mal(); }
 
 void Register::SetInput(const QString& text) {
-    Trap([&] { m_entry->SetInput(text); });
+    if (!Trap([&] { m_entry->SetInput(text); })) m_entry->TellLeft();
 }
 void Register::SetMal(const QString& text) { m_entry->SetMal(text); }
 
@@ -88,7 +89,7 @@ void Register::cmdClear_Click() {
     });
 }
 void Register::cmdPlus_Click() {
-    Trap([this] { m_entry->AddQuantity(1); });
+    if (!Trap([this] { m_entry->AddQuantity(1); })) m_entry->TellLeft();
 }
 void Register::cmdEnter_Click() { m_entry->Enter(); }
 void Register::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {

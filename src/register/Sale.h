@@ -21,6 +21,7 @@ class Sale : public QObject {
     explicit Sale(RegisterScreen& screen_, QObject* parent = nullptr)
         : QObject(parent)
         , screen(screen_)
+        , display([this](const QString& text) { screen.Hint(text); })
         , basket(screen_, display) {}
 
     RegisterScreen& screen;

@@ -1,3 +1,5 @@
+#include "Limits.h"
+
 #include <register/Prices.h>
 #include <register/TotalDialog.h>
 #include <register/gMaschine.h>
@@ -16,10 +18,14 @@ namespace till {
 
 namespace {
 
-/// What nobody hands over: more digits are an article's code, scanned while the dialog was open.
-constexpr qint64 beyondAnyCash = 1'000'000;
-
-Currency amountOf(const QString& text) { return IsNumeric(text) ? ReadMoney(text) : Currency{}; }
+/// More than money can hold is no amount either.
+Currency amountOf(const QString& text) {
+    try {
+        return IsNumeric(text) ? ReadMoney(text) : Currency{};
+    } catch (const RuntimeError&) {
+        return {};
+    }
+}
 
 } // namespace
 
@@ -66,8 +72,7 @@ bool TotalDialog::Bar() {
         SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
         return false;
     }
-    if (amountOf(m_gegeben) >= Currency::fromInteger(beyondAnyCash)) {
-        MsgBox(u"Der gegebene Betrag ist ungültig."_s, MsgIcon::Critical);
+    if (!limits::IsGivenMeant(amountOf(m_gegeben), amountOf(m_summe))) {
         SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
         return false;
     }

@@ -129,6 +129,17 @@ TEST(Player, PlaysTheMorningThroughTheRealForms) {
     }
 }
 
+TEST(Player, ADialogRefusesAScanThatTheRegisterTakes) {
+    QTemporaryDir out, place;
+    const Played run = runPlayer(
+        writeScript(place,
+                    login + "scan 2003000000016\nkey F2\nbox Nein Möchten Sie alle\nwindow frmKasseRabatt\n"
+                            "scan 2003000000016\nsee lblNotice Bitte erst die Frage beantworten\n"
+                            "type 10\nsee txtInput 10\nkey Escape\nlines 1\nkey F5\nlines 0\n"),
+        out.path());
+    EXPECT_EQ(run.code, 0) << qPrintable(run.err);
+}
+
 TEST(Player, FailsWithTheLineThatDoesNotHold) {
     const auto fails = [](const QByteArray& script, const QString& expected) {
         QTemporaryDir out, place;

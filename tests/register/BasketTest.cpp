@@ -121,6 +121,7 @@ TEST_F(BasketTest, FailedLineLeavesNothing) {
     type(u"2147483647*"_s);
     gFormatPreis = u"0.00"_s;
     shop.article(u"6"_s, u"Gold"_s, 9e8); // the amount of the line leaves the range of money
+    dialogs.expectMsgBox(u"Eine Menge von 2147483647...*"_s, MsgIcon::Question, MsgAnswer::Yes);
     dialogs.expectError(6);
     scan(u"6"_s);
     EXPECT_EQ(1, shop.count(u"Bestellung"_s));

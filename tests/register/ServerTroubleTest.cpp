@@ -155,6 +155,11 @@ TEST_F(ServerTrouble, APaidSaleIsNotPaidAgainWhenTheServerGoesBeforeItsLinesDo) 
 
         dialogs.expectError(3151); // still away
         reg->cmdTotal_Click();
+        for (int i = 0; i < 2; ++i) {
+            dialogs.expectError(3151);
+            scan(u"2"_s);
+            EXPECT_EQ(u""_s, reg->Input()) << "the next code must not pile up behind it";
+        }
         proxy->refuse(false);
         if (scanNext) {
             scan(u"2"_s);

@@ -42,6 +42,7 @@ class ScriptedScreen : public till::RegisterScreen {
         answer();
     }
     void UnknownArticleSound() override { ++sounds; }
+    void Hint(const QString& text) override { hints << text; }
     void MovePointerAway() override {}
     void Yield() override {
         if (onYield) onYield();
@@ -50,6 +51,7 @@ class ScriptedScreen : public till::RegisterScreen {
     void FocusGruppe() override {}
 
     int sounds = 0, focused = 0;
+    QStringList hints;
     std::function<void()> onYield;
 
   private:

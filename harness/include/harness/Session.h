@@ -14,6 +14,10 @@ inline void tillSession() {
     gHalberSteuerSatz = 7;
     gShowWechselgeldDialog = gShowLagerBestand = gEnabledOrderSearch = gDisabledAskForNewArtikel = true;
     gKFMinusBuchung = gKFRabatt = gKFFreierArtikelPreis = gKFKunden = gKFBenutzerWechsel = true;
+    gGrenzePreis = 100000;
+    gGrenzeMenge = 9999;
+    gGrenzeRabatt = 100;
+    gGrenzeGegeben = 1000000;
     gKassenUser.ID = 3;
     gKassenUser.Vorname = QStringLiteral("Jana");
     gKassenUser.Name = QStringLiteral("Koch");

@@ -7,6 +7,7 @@
 #include <session/Handle.h>
 #include <session/gUser.h>
 #include <ui/DigitPad.h>
+#include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 
@@ -51,6 +52,8 @@ frmLogin::frmLogin(KasseFactory openKasse, QWidget* parent)
     connect(m_ui->cboUser, &QComboBox::activated, this, [this] { m_ui->txtPIN->setFocus(); });
     connect(m_ui->cboUser, &QComboBox::editTextChanged, this, &frmLogin::selectByText);
     m_ui->cboUser->completer()->setCaseSensitivity(Qt::CaseInsensitive);
+    TakeScans(*m_ui->txtPIN);
+    TakeScans(*m_ui->cboUser);
     m_ui->cboUser->installEventFilter(
         this); // the focus is the list's, its line edit only gets what it passes on
     connect(&m_kasse, &KasseOpener::Unloaded, this, [this] {

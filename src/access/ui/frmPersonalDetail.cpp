@@ -3,6 +3,7 @@
 #include "ui_frmPersonalDetail.h"
 
 #include <session/Bilder.h>
+#include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 
 using namespace Qt::StringLiterals;
@@ -25,6 +26,7 @@ frmPersonalDetail::frmPersonalDetail(PersonalRecord& record, QWidget* parent)
     m_binding.text(m_ui->txtMobil, record.Mobil, 30);
     m_binding.text(m_ui->txtEMail, record.EMail, 255);
     m_binding.exact(m_ui->txtPIN, record.PIN, 20);
+    TakeScans(*m_ui->txtPIN); // of a card
     m_binding.flag(m_ui->chkGesperrt, record.Gesperrt);
     m_binding.flag(m_ui->chkArtikel, record.R_Artikel);
     m_binding.flag(m_ui->chkKunden, record.R_Kunden);

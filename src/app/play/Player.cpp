@@ -49,10 +49,11 @@ MsgAnswer NotingHost::msgBox(const QString& message, MsgButtons buttons, MsgIcon
     return answer;
 }
 
-Player::Player(QList<Step> steps, ReceiptPrinter& printer, QString folder, QObject* parent)
+Player::Player(QList<Step> steps, ReceiptPrinter& printer, ScanGuard& scans, QString folder, QObject* parent)
     : QObject(parent)
     , m_steps(std::move(steps))
     , m_printer(printer)
+    , m_scans(scans)
     , m_folder(std::move(folder))
     , m_logFile(m_folder + u"/morning.log"_s) {
     if (!m_logFile.open(QIODevice::WriteOnly | QIODevice::Text)) {
@@ -116,6 +117,8 @@ void Player::tick() {
 Player::Result Player::play(const Step& step) {
     const auto [first, rest] = firstWord(step.argument);
     QWidget* window = screen::front();
+    // A script types without a pause, as no person does.
+    m_scans.setEnabled(step.verb == u"scan"_s);
     if (step.verb == u"note"_s) {
         note(u"== "_s + step.argument);
     } else if (step.verb == u"clock"_s) {

@@ -4,6 +4,7 @@
 
 #include <session/Clock.h>
 #include <text/Currency.h>
+#include <ui/ScanGuard.h>
 #include <ui/TouchDialogs.h>
 
 #include <QElapsedTimer>
@@ -32,7 +33,9 @@ class Player : public QObject {
     Q_OBJECT
   public:
     /// Writes morning.log, receipts and pictures into `folder`, which must exist. Raises 70 otherwise.
-    Player(QList<Step> steps, ReceiptPrinter& printer, QString folder, QObject* parent = nullptr);
+    /// `scans` acts on the step "scan" alone; all else is typed.
+    Player(QList<Step> steps, ReceiptPrinter& printer, ScanGuard& scans, QString folder,
+           QObject* parent = nullptr);
     ~Player() override;
 
     void start();
@@ -68,6 +71,7 @@ class Player : public QObject {
 
     const QList<Step> m_steps;
     ReceiptPrinter& m_printer;
+    ScanGuard& m_scans;
     const QString m_folder;
     QFile m_logFile;
     QTextStream m_log;

@@ -18,7 +18,7 @@ struct Step {
 ///     note TEXT             a heading in the log
 ///     clock hh:mm           sets the clock of the program
 ///     window NAME           waits until the window of that name has the focus
-///     scan CODE             types the code and Enter, as a scanner does, whatever has the focus
+///     scan CODE             types the code and Enter, as a scanner does, whatever has the focus; a dialog refuses it
 ///     type TEXT             types the text where the focus is
 ///     key F10, key Ctrl+F1  presses a key
 ///     press NAME            clicks the control of that name in the window

@@ -55,7 +55,7 @@ int playScript(const QString& scriptFile, const QString& out) {
     sinceStart.start();
     NoWaiter waiter;
     Program program(waiter);
-    play::Player player(steps, printer, folder);
+    play::Player player(steps, printer, program.Scans(), folder);
     if (program.Start() != StartResult::Running) return complain(u"Die Kasse ist nicht gestartet."_s);
     player.note(u"Start bis zur Anmeldung: %1 ms"_s.arg(sinceStart.elapsed()));
     QObject::connect(&player, &play::Player::finished, qApp,

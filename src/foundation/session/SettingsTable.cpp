@@ -12,6 +12,8 @@ constexpr const char16_t* firma = u"FIRMA";
 constexpr const char16_t* service = u"SERVICE";
 constexpr const char16_t* lade = u"KassenLade";
 constexpr const char16_t* lcd = u"KundenLCD";
+constexpr const char16_t* scanner = u"SCANNER";
+constexpr const char16_t* grenzen = u"GRENZEN";
 constexpr const char16_t* terminal = u"ECTerminal";
 constexpr const char16_t* function = u"KassenFunction";
 
@@ -211,6 +213,28 @@ std::vector<Setting> table() {
          .kind = Integer,
          .target = &gKundenLCDClearCode,
          .fallback = u"0"},
+
+        {.section = scanner,
+         .key = u"Zeichen",
+         .kind = Integer,
+         .target = &gScannerZeichen,
+         .fallback = u"6"},
+        {.section = scanner,
+         .key = u"Abstand",
+         .kind = Integer,
+         .target = &gScannerAbstand,
+         .fallback = u"35"},
+        {.section = scanner, .key = u"Praefix", .kind = Text, .target = &gScannerPraefix},
+        {.section = scanner, .key = u"Suffix", .kind = Text, .target = &gScannerSuffix},
+
+        {.section = grenzen, .key = u"Preis", .kind = Number, .target = &gGrenzePreis, .fallback = u"100000"},
+        {.section = grenzen, .key = u"Menge", .kind = Number, .target = &gGrenzeMenge, .fallback = u"9999"},
+        {.section = grenzen, .key = u"Rabatt", .kind = Number, .target = &gGrenzeRabatt, .fallback = u"100"},
+        {.section = grenzen,
+         .key = u"Gegeben",
+         .kind = Number,
+         .target = &gGrenzeGegeben,
+         .fallback = u"1000000"},
 
         {.section = terminal, .key = u"Protokoll", .kind = Truth, .back = u"0", .reader = Elsewhere},
         {.section = terminal, .key = u"Adresse", .kind = Text, .reader = Elsewhere},

@@ -1,6 +1,7 @@
 #include <text/RuntimeError.h>
 #include <ui/ListView.h>
 #include <ui/RecordList.h>
+#include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 #include <ui/UserSettings.h>
 
@@ -44,6 +45,7 @@ ViewHabits::ViewHabits(QAbstractItemView& view, std::function<bool()> wanted)
 void ViewHabits::takeArrowsFrom(QWidget& box) {
     m_box = &box;
     box.installEventFilter(this);
+    TakeScans(box);
 }
 
 int ViewHabits::rowHeight(bool touch) {

@@ -7,7 +7,6 @@
 #include <QBuffer>
 #include <QMediaDevices>
 #include <QPointer>
-#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -29,7 +28,6 @@ bool play(const QByteArray& samples) {
     format.setSampleFormat(QAudioFormat::Int16);
     if (device.isNull() || !device.isFormatSupported(format)) return false;
 
-    // One signal at a time: the next one takes the place of one that still sounds.
     static QPointer<QAudioSink> last;
     delete last.data();
     auto* sink = new QAudioSink(device, format, qApp);
@@ -65,16 +63,18 @@ QByteArray ToneSamples(const std::vector<Tone>& tones) {
     return samples;
 }
 
-void SoundUnknownArticle() {
-    if (hook()) {
+std::vector<Tone> TonesOf(Signal signal) {
+    if (signal == Signal::ScanRefused) return {{160, 180}};
+    if (!gIsSoundCardAktiv) return {{200, 300}, {500, 500}, {200, 300}};
+    std::vector<Tone> tones;
+    for (int i = 0; i < 7; ++i)
+        tones.insert(tones.end(), {{880, 90}, {0, 60}});
+    return tones;
+}
+
+void Sound(Signal signal) {
+    if (hook())
         hook()();
-        return;
-    }
-    if (gIsSoundCardAktiv) {
-        for (int i = 0; i < 7; ++i)
-            QTimer::singleShot(i * 150, qApp, [] { QApplication::beep(); });
-        return;
-    }
-    static const QByteArray signal = ToneSamples({{200, 300}, {500, 500}, {200, 300}});
-    if (!play(signal)) QApplication::beep();
+    else if (!play(ToneSamples(TonesOf(signal))))
+        QApplication::beep();
 }

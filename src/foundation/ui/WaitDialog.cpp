@@ -3,9 +3,12 @@
 #include "ui_WaitDialog.h"
 
 #include <ui/DialogPlace.h>
+#include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 WaitDialog::WaitDialog(const QString& title, QWidget* parent)
     : QDialog(parent)
@@ -15,6 +18,7 @@ WaitDialog::WaitDialog(const QString& title, QWidget* parent)
     DialogPlace::prepare(*this);
     setWindowTitle(title);
     m_ui->wizPane->setHeaderTitle(title);
+    SetScanNotice(*this, u"Bitte warten: ein Scan wird jetzt nicht angenommen"_s);
     const int edge = Theme::Current().keyHeight;
     m_ui->lblText->setMinimumSize(edge * 9, edge * 2);
     m_ui->cmdCancel->setFixedSize(edge * 5 / 2, edge);

@@ -1,4 +1,5 @@
 #include <ui/Pointer.h>
+#include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 #include <ui/Work.h>
@@ -132,6 +133,8 @@ bool Work::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::KeyPress:
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) stop();
+        if (ScanGuard* guard = ScanGuard::Current(); guard != nullptr && watched->isWidgetType())
+            guard->watch(*static_cast<QKeyEvent*>(event), *m_bar.window());
         return true;
     case QEvent::ShortcutOverride:
     case QEvent::Shortcut:

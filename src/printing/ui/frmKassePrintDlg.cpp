@@ -8,6 +8,7 @@
 #include <session/gZahlung.h>
 #include <text/Format.h>
 #include <ui/AmountLabel.h>
+#include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 #include <ui/TouchSpin.h>
@@ -44,6 +45,9 @@ frmKassePrintDlg::frmKassePrintDlg(QWidget* parent)
     m_ui->txtKopie->setText(QString::number(gDruckerKopies));
     m_ui->mainSpin->setRange(0, 99);
     m_ui->mainSpin->setValue(gDruckerKopies);
+
+    // The next customer's goods need not wait for paper: the receipt can be printed later.
+    AnswerScans(*this, [this] { reject(); });
 
     connect(m_ui->cmdBon, &TouchKey::clicked, this, [this] { choose(1, gBonDrucker); });
     connect(m_ui->cmdA5, &TouchKey::clicked, this, [this] { choose(2, gFormularDrucker); });

@@ -108,7 +108,7 @@ void EntryKeyboard::dispatch(const QKeyEvent& key) {
     } else if (isTyping(key)) {
         if (!m_input->hasFocus()) {
             m_input->setFocus(Qt::OtherFocusReason);
-            m_input->end(false);
+            if (!m_input->hasSelectedText()) m_input->end(false);
         }
         sendTo(m_input, key);
     } else if (key.key() != Qt::Key_Tab && key.key() != Qt::Key_Backtab) {

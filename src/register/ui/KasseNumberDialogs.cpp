@@ -25,8 +25,10 @@ KasseNumberDialog::KasseNumberDialog(till::NumberDialog rules, const QString& ti
 }
 
 void KasseNumberDialog::ok() {
-    m_rules.Confirm(text());
-    accept();
+    if (m_rules.Confirm(text()))
+        accept();
+    else
+        setText(text());
 }
 
 bool KasseNumberDialog::cancelled() {

@@ -20,7 +20,9 @@
 #include <store/Database.h>
 #include <ui/Commands.h>
 #include <ui/DialogPlace.h>
+#include <ui/Notice.h>
 #include <ui/Pointer.h>
+#include <ui/ScanGuard.h>
 #include <ui/ShowModal.h>
 #include <ui/Sound.h>
 #include <ui/WorkQueue.h>
@@ -75,6 +77,7 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
 
     m_queue->run([this] { m_till.Load(); });
     m_menus->setKarten(m_till.Karten());
+    TakeScans(*this, ScanEnd::Enter);
     showTitle(m_till.Title());
     m_ui->lblVersion->setText(u"DB Jet "_s + gDB->Version());
     m_ui->lblMaschine->setText(u"Kasse: "_s + gMaschine);
@@ -130,6 +133,7 @@ void frmKasse::connectEntry() {
     connect(&m_till, &till::Register::InputChanged, m_ui->txtInput, [this](const QString& text) {
         if (m_ui->txtInput->text() != text) m_ui->txtInput->setText(text);
     });
+    connect(&m_till, &till::Register::InputLeft, m_ui->txtInput, &QLineEdit::selectAll);
     connect(&m_till, &till::Register::MalChanged, m_ui->txtMal, &QLineEdit::setText);
     connect(m_ui->txtInput, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (text != m_till.Input()) m_queue->run([this, text] { m_till.SetInput(text); });
@@ -138,11 +142,20 @@ void frmKasse::connectEntry() {
     const auto press = [this](TouchKey* key, auto handler) {
         connect(key, &TouchKey::clicked, this, [this, handler] { m_queue->run(handler); });
     };
+    // What is selected gives way to what the keypad writes, as to what the keyboard does.
+    const auto write = [this, press](TouchKey* key, auto handler) {
+        press(key, [this, handler] {
+            const QLineEdit& box = *m_ui->txtInput;
+            if (box.hasSelectedText())
+                m_till.SetInput(box.text().remove(box.selectionStart(), box.selectedText().size()));
+            handler();
+        });
+    };
     for (int i = 0; i <= 9; ++i)
-        press(findChild<TouchKey*>(u"cmdNumber%1"_s.arg(i)), [this, i] { m_till.cmdNumber_Click(i); });
-    press(m_ui->cmdDecimal, [this] { m_till.cmdDecimal_Click(); });
+        write(findChild<TouchKey*>(u"cmdNumber%1"_s.arg(i)), [this, i] { m_till.cmdNumber_Click(i); });
+    write(m_ui->cmdDecimal, [this] { m_till.cmdDecimal_Click(); });
     press(m_ui->cmdMal, [this] { m_till.cmdMal_Click(); });
-    press(m_ui->cmdMinus, [this] { m_till.cmdMinus_Click(); });
+    write(m_ui->cmdMinus, [this] { m_till.cmdMinus_Click(); });
     press(m_ui->cmdPlus, [this] { m_till.cmdPlus_Click(); });
     press(m_ui->cmdEnter, [this] { m_till.cmdEnter_Click(); });
     press(m_ui->cmdClear, [this] { m_till.cmdClear_Click(); });
@@ -316,6 +329,7 @@ void frmKasse::Show(till::Dialog which) {
 }
 
 void frmKasse::UnknownArticleSound() { SoundUnknownArticle(); }
+void frmKasse::Hint(const QString& text) { ShowNotice(*this, text); }
 void frmKasse::MovePointerAway() { ::MovePointerAway(); }
 void frmKasse::Yield() { QCoreApplication::processEvents(); }
 void frmKasse::FocusInput() { m_ui->txtInput->setFocus(Qt::OtherFocusReason); }

@@ -22,9 +22,9 @@ class NumberDialog {
     [[nodiscard]] bool HasMinus() const { return m_kind == FreierPreis; } ///< cmdMinus
     /// The character that a typed one puts into the box; a null character when it is swallowed.
     [[nodiscard]] QChar AcceptKey(QChar key) const;
-    /// cmdEnter: leaves the result in the dialog's record. Raises 13 or 6 for a text that is no such number;
-    /// the dialog then stays open.
-    void Confirm(const QString& text) const;
+    /// cmdEnter: leaves the result in the dialog's record. False for a number that is too large or beyond its
+    /// limit and not meant, and raises 13 for a text that is none; the dialog then stays open.
+    bool Confirm(const QString& text) const;
     void Cancel() const; ///< Esc
 
   private:

@@ -115,6 +115,8 @@ class Register : public QObject {
   signals:
     void InputChanged(const QString& text);
     void MalChanged(const QString& text);
+    /// An error has left its text in the box: what comes next should replace it.
+    void InputLeft();
     void TitleChanged(const QString& text);
     void UserChanged(const QString& text);
     void KeysChanged(); ///< group or article keys

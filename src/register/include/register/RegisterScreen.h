@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace till {
 
 /// What the register opens on its screen. The register fills a session record, the dialog works on it and
@@ -27,6 +29,8 @@ class RegisterScreen {
 
     virtual void Show(Dialog which) = 0;
     virtual void UnknownArticleSound() = 0;
+    /// Tells something in passing: no window, no focus. A screen that nobody looks at leaves it out.
+    virtual void Hint(const QString& /*text*/) {}
     /// Throws the mouse pointer into the lower right corner, so that a finger's last place hides nothing.
     virtual void MovePointerAway() = 0;
     /// Lets pending events run.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <session/Startup.h>
+#include <ui/ScanGuard.h>
 #include <ui/TouchDialogs.h>
 
 #include <QApplication>
@@ -41,6 +42,8 @@ class Program : private StartUpScreens {
     /// Shows the designer of print templates on a file until it is closed, without a store. The settings of
     /// the program folder are used when there are any. False when the file cannot be opened. Never raises.
     bool EditTemplate(const QString& file);
+    /// Whoever plays the keyboard decides whether it acts.
+    [[nodiscard]] ScanGuard& Scans() { return m_scans; }
 
   private:
     void ShowSplash() override;
@@ -49,6 +52,7 @@ class Program : private StartUpScreens {
     void ShowSetup() override;
     void ShowLogin() override;
 
+    ScanGuard m_scans;
     TouchDialogHost m_dialogs;
     DialogHost* m_dialogsBefore;
     std::unique_ptr<PrinterList> m_printers;

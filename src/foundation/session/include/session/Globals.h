@@ -55,6 +55,14 @@ inline int gKassenLadePort = 0;
 inline QString gKassenLadeOpenCode;
 inline int gKundenLCDPort = 0, gKundenLCDClearCode = 0;
 
+// Scanner; what ScanFigures makes of it
+inline int gScannerZeichen = 0, gScannerAbstand = 0; ///< fewest characters (0: none is recognised), ms
+inline QString gScannerPraefix, gScannerSuffix;      ///< a character, or "#" and its number
+
+// Beyond these the till asks before it books; 0 for no limit
+inline double gGrenzePreis = 0, gGrenzeGegeben = 0; ///< money
+inline double gGrenzeMenge = 0, gGrenzeRabatt = 0;  ///< pieces, percent
+
 // Switches of the register's functions
 inline bool gKFBenutzerWechsel = false, gKFZwischenBericht = false, gKFKassenBestand = false,
             gKFGutschrift = false, gKFKasseneinlage = false, gKFKassenentnahme = false, gKFKassenlade = false,

@@ -37,7 +37,7 @@ class WorkBar : public QWidget {
 
 /// Long work in the one thread that the program has: an hourglass, progress, time left, and a way out. It
 /// lets pending events run several times a second; of keyboard and mouse only what stops it gets through, in
-/// the whole program, so that nothing begins in the middle of it.
+/// the whole program, so that nothing begins in the middle of it. A scan that is swallowed is told.
 ///
 ///     Work work(*m_ui->workBar, u"Mitarbeiter werden exportiert..."_s, count);
 ///     for (; !rs.Eof(); rs.MoveNext()) {

@@ -71,6 +71,7 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     // What the register asks for
     void Show(till::Dialog which) override;
     void UnknownArticleSound() override;
+    void Hint(const QString& text) override;
     void MovePointerAway() override;
     void Yield() override;
     void FocusInput() override;
