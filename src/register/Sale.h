@@ -39,7 +39,10 @@ class Sale : public QObject {
     [[nodiscard]] static QString UserDisplay();
 
     /// The sale is booked; until its lines are gone it must not be booked again.
-    void Booked(int Rechnung) { m_booked = {Rechnung, basket.lastID()}; }
+    void Booked(int Rechnung) {
+        m_booked = {Rechnung, basket.lastID()};
+        emit Closed();
+    }
     [[nodiscard]] int Rechnung() const { return m_booked ? m_booked->Rechnung : 0; } ///< 0 when it is not
     void Emptied() { m_booked.reset(); } ///< the lines of the booked sale are gone
     /// Takes away the lines that a booked sale left because the store was gone. Raises what the store raises.
@@ -48,6 +51,7 @@ class Sale : public QObject {
   signals:
     void TitleChanged(const QString& text);
     void UserChanged(const QString& text);
+    void Closed(); ///< the sale is booked
 
   private:
     struct BookedSale {

@@ -105,7 +105,6 @@ void frmKasse::applySwitches() {
     m_ui->cmdArtikelPreis->setVisible(gKFFreierArtikelPreis);
     m_ui->cmdKunde->setVisible(gKFKunden);
     m_ui->cmdRabatt->setVisible(gKFRabatt);
-    m_ui->cmdFunction->setVisible(m_menus->hasFunctions());
 }
 
 void frmKasse::connectEntry() {
@@ -195,6 +194,8 @@ void frmKasse::function(Taste taste) {
             return m_till.cmdKunde_Click();
         case Taste::Storno:
             return m_till.cmdStorno_Click();
+        case Taste::TakeBack:
+            return m_till.TakeBack();
         case Taste::Total:
             return m_till.cmdTotal_Click();
         case Taste::Karte:
