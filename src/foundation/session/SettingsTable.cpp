@@ -1,5 +1,6 @@
 #include <session/Globals.h>
 #include <session/Settings.h>
+#include <session/gBildschirmTastatur.h>
 
 namespace {
 
@@ -121,6 +122,11 @@ std::vector<Setting> table() {
          .key = u"IsSoundCardAktiv",
          .kind = Truth,
          .target = &gIsSoundCardAktiv,
+         .back = u"0"},
+        {.section = global,
+         .key = u"BildschirmTastatur",
+         .kind = Truth,
+         .target = &gBildschirmTastatur,
          .back = u"0"},
         {.section = global,
          .key = u"ShowWechselgeldDialog",

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <session/Startup.h>
+#include <ui/ScreenKeyboard.h>
 #include <ui/TouchDialogs.h>
 
 #include <QApplication>
@@ -53,6 +54,7 @@ class Program : private StartUpScreens {
     DialogHost* m_dialogsBefore;
     std::unique_ptr<PrinterList> m_printers;
     std::unique_ptr<WaitWindow> m_terminalWindow, m_waitWindow;
+    ScreenKeyboard m_keyboard;
     WaitScreen* m_waitScreenBefore = nullptr;
     std::unique_ptr<StartUp> m_startUp;
     std::unique_ptr<frmSplash> m_splash;
