@@ -188,6 +188,8 @@ TEST_F(DialogRules, CustomerSearch) {
     EXPECT_EQ(u"Hof Meier,Albers"_s, names(search::Number, u"any'thing"_s));
     EXPECT_EQ(u"Hof Meier"_s, names(search::Name, u"meier"_s));
     EXPECT_EQ(u""_s, names(search::Town, u"ümlaut"_s));
+    EXPECT_EQ(u"Hof Meier"_s, names(search::Town, u"20"_s)) << "a number, whatever is looked for";
+    EXPECT_EQ(u""_s, names(search::Name, u"0"_s)) << "of a number only its start";
     for (const auto by : {search::Name, search::Town})
         for (const QString& text : {u"O'"_s, u"x' OR '1'='1"_s, u"*' OR Gesperrt=-1 OR 'x' LIKE '"_s})
             EXPECT_EQ(3075, errorOf([&] { (void)search::Find(by, text); }));

@@ -16,8 +16,9 @@ class Undo : public Till {
         shop.article(u"11"_s, u"Pfandflasche"_s, 0.08);
         shop.article(u"12"_s, u"Pfandkiste"_s, 1.5);
         for (const auto& [to, count] : {std::pair(u"11"_s, 20), std::pair(u"12"_s, 1)})
-            shop.insert(u"VerbundArtikel"_s,
-                        {{u"SourceArtikelNummer"_s, u"10"_s}, {u"DestArtikelNummer"_s, to}, {u"Anzahl"_s, count}});
+            shop.insert(
+                u"VerbundArtikel"_s,
+                {{u"SourceArtikelNummer"_s, u"10"_s}, {u"DestArtikelNummer"_s, to}, {u"Anzahl"_s, count}});
     }
     void storno(int row) {
         reg->ItemClick(row);
@@ -25,8 +26,9 @@ class Undo : public Till {
     }
     void discount(MsgAnswer all, double percent) {
         dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, all);
-        screen.expect(till::Dialog::Rabatt,
-                      [percent] { gRabattAngabe = {Currency::fromDouble(percent), 1}; });
+        screen.expect(till::Dialog::Rabatt, [percent] {
+            gRabattAngabe = {Currency::fromDouble(percent), 1};
+        });
         reg->cmdRabatt_Click();
     }
     void price(int row, double price) {
@@ -59,8 +61,9 @@ TEST_F(Undo, ACancelledLineComesBackAsANewOneWithPriceAndCustomer) {
     scan(u"3"_s);
     reg->ItemClick(0);
     discount(MsgAnswer::No, 10);
-    const QString columns = u"SELECT KundenNummer, ArtikelNummer, Buchungs_Menge, VKPreis, VKPreis_Rabatt, "
-                            "SteuerSatz, IsRabatt, Zusatz1, Maschine FROM Bestellung WHERE ArtikelNummer='1'"_s;
+    const QString columns =
+        u"SELECT KundenNummer, ArtikelNummer, Buchungs_Menge, VKPreis, VKPreis_Rabatt, "
+        "SteuerSatz, IsRabatt, Zusatz1, Maschine FROM Bestellung WHERE ArtikelNummer='1'"_s;
     const QStringList before = shop.rows(columns);
     const qint64 id = shop.value(u"SELECT ID FROM Bestellung WHERE ArtikelNummer='1'"_s).toInteger();
     storno(0);
@@ -73,7 +76,8 @@ TEST_F(Undo, ACancelledLineComesBackAsANewOneWithPriceAndCustomer) {
     EXPECT_EQ(1, reg->basket().selected());
     EXPECT_EQ(before, shop.rows(columns));
     EXPECT_LT(id, shop.value(u"SELECT ID FROM Bestellung WHERE ArtikelNummer='1'"_s).toInteger());
-    EXPECT_EQ(u"9"_s, shop.rows(u"SELECT PersonalNummer FROM Bestellung WHERE ArtikelNummer='1'"_s).join(u' '));
+    EXPECT_EQ(u"9"_s,
+              shop.rows(u"SELECT PersonalNummer FROM Bestellung WHERE ArtikelNummer='1'"_s).join(u' '));
     EXPECT_EQ(1, shop.count(u"Stornos"_s)) << "what was recorded stays recorded";
 
     // The discount belongs to the line, which has another number now.
@@ -101,9 +105,10 @@ TEST_F(Undo, ALineComesBackWithItsDeposit) {
     EXPECT_EQ((QStringList{u"Bergkäse 10,00"_s, u"Pfandflasche 1,60"_s}), sums());
     reg->TakeBack();
     reg->TakeBack();
-    EXPECT_EQ((QStringList{u"Bergkäse 10,00"_s, u"Pfandflasche 1,60"_s, u"Kasten 9,90"_s, u"Pfandkiste 1,50"_s,
-                           u"Kasten 9,90"_s, u"Pfandflasche 1,60"_s, u"Pfandkiste 1,50"_s}),
-              sums());
+    EXPECT_EQ(
+        (QStringList{u"Bergkäse 10,00"_s, u"Pfandflasche 1,60"_s, u"Kasten 9,90"_s, u"Pfandkiste 1,50"_s,
+                     u"Kasten 9,90"_s, u"Pfandflasche 1,60"_s, u"Pfandkiste 1,50"_s}),
+        sums());
     EXPECT_FALSE(reg->CanTakeBack());
 
     storno(4); // the bottles of the first case do not follow from the second
@@ -205,8 +210,9 @@ TEST_F(Undo, WhatTheStoreRefusesIsTakenBackNotAtAll) {
     EXPECT_EQ(1, shop.count(u"Bestellung"_s));
     shop.db().Execute(u"DROP INDEX nur_einmal ON Bestellung;"_s);
     reg->TakeBack();
-    EXPECT_EQ((QStringList{u"Bergkäse 50,00"_s, u"Kasten 9,90"_s, u"Pfandflasche 1,60"_s, u"Pfandkiste 1,50"_s}),
-              sums());
+    EXPECT_EQ(
+        (QStringList{u"Bergkäse 50,00"_s, u"Kasten 9,90"_s, u"Pfandflasche 1,60"_s, u"Pfandkiste 1,50"_s}),
+        sums());
 }
 
 } // namespace
