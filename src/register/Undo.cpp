@@ -59,15 +59,17 @@ Undo::Undo(Sale& sale, QObject* parent)
 
 std::vector<Undo::Priced> Undo::ReadPrices() {
     std::vector<Priced> prices;
-    const auto rs = gDB->OpenRecordset(u"SELECT ID, VKPreis, VKPreis_Rabatt FROM Bestellung WHERE Maschine="_s +
-                                       sql::text(gMaschine) + u" ORDER BY ID ASC;"_s);
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT ID, VKPreis, VKPreis_Rabatt FROM Bestellung WHERE Maschine="_s +
+                           sql::text(gMaschine) + u" ORDER BY ID ASC;"_s);
     for (; !rs->Eof(); rs->MoveNext())
         prices.push_back({rs->Long(u"ID"), rs->Money(u"VKPreis"), rs->Money(u"VKPreis_Rabatt")});
     return prices;
 }
 
 Undo::Line Undo::Read(const Recordset& row) {
-    Line line{row.Long(u"ID"), row.Text(u"ArtikelNummer"), row.Text(u"ArtikelName"), row.Text(u"SNNummer"), {}};
+    Line line{
+        row.Long(u"ID"), row.Text(u"ArtikelNummer"), row.Text(u"ArtikelName"), row.Text(u"SNNummer"), {}};
     for (const QString& column : row.FieldNames()) {
         if (!isNew(column)) line.columns.emplace_back(column, row.Field(column));
     }
@@ -105,9 +107,9 @@ bool Undo::belong(const Step& step, const Step& other) const {
 
 bool Undo::follows(const Line& source, const Line& linked) const {
     if (source.ArtikelNummer.contains(u'\'')) return false; // no statement could hold it
-    const QStringList links = sql::firstTexts(
-        *gDB, u"SELECT DestArtikelNummer FROM VerbundArtikel WHERE SourceArtikelNummer="_s +
-                  sql::text(source.ArtikelNummer) + u';');
+    const QStringList links =
+        sql::firstTexts(*gDB, u"SELECT DestArtikelNummer FROM VerbundArtikel WHERE SourceArtikelNummer="_s +
+                                  sql::text(source.ArtikelNummer) + u';');
     if (!links.contains(linked.ArtikelNummer)) return false;
     // What was entered in between tells that the one is not the other's.
     const Basket& basket = m_sale.basket;

@@ -65,7 +65,7 @@ class Undo : public QObject {
     /// Either lines that were cancelled or prices that were changed.
     struct Step {
         QString what;
-        std::vector<Line> lines;    ///< in the order of their entry; the others follow from the first
+        std::vector<Line> lines; ///< in the order of their entry; the others follow from the first
         bool deliveryNote = false;
         std::vector<Priced> before; ///< the lines whose prices changed
         std::vector<Priced> after;
