@@ -68,6 +68,7 @@ frmLogin::frmLogin(KasseFactory openKasse, QWidget* parent)
     connect(m_ui->cboUser, &QComboBox::activated, this, &frmLogin::chooseUser);
     connect(m_ui->cboUser, &QComboBox::currentIndexChanged, this, &frmLogin::markUser);
     connect(m_ui->cboUser, &QComboBox::editTextChanged, this, &frmLogin::selectByText);
+    m_ui->cboUser->lineEdit()->setProperty("screenKeyboard", false); // a tap there opens the list
     m_ui->cboUser->completer()->setCaseSensitivity(Qt::CaseInsensitive);
     // The focus is the list's, its line edit only gets what it passes on; a tap hits the line edit.
     for (QObject* part :
