@@ -271,10 +271,10 @@ TEST_F(frmLoginTest, TheShellOpensOneRegisterAndComesBackFromIt) {
     clickOn(*main, u"barKasse"_s);
     pressKey(*main, Qt::Key_F2);
     EXPECT_EQ(1, opened);
-    EXPECT_EQ(u"an der Kasse: Weber Jonas"_s, atTill.text());
+    EXPECT_EQ(u"An der Kasse: Weber Jonas"_s, atTill.text());
     gKassenUser.Vorname = u"Mia"_s; // somebody else has taken over
     main->activateWindow();
-    EXPECT_TRUE(waitFor([&] { return atTill.text() == u"an der Kasse: Weber Mia"_s; }));
+    EXPECT_TRUE(waitFor([&] { return atTill.text() == u"An der Kasse: Weber Mia"_s; }));
     till->close();
     EXPECT_TRUE(waitFor([&] { return atTill.text().isEmpty(); }));
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

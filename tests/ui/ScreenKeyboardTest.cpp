@@ -26,7 +26,8 @@ class ScreenKeyboardTest : public testing::Test {
     ScreenKeyboardTest() {
         gBildschirmTastatur = true;
         auto* column = new QVBoxLayout(&form);
-        for (QWidget* box : std::initializer_list<QWidget*>{&name, &remark, &number, &count, &group, &shown, &key})
+        for (QWidget* box :
+             std::initializer_list<QWidget*>{&name, &remark, &number, &count, &group, &shown, &key})
             column->addWidget(box);
         group.setEditable(true);
         shown.setReadOnly(true);

@@ -42,6 +42,7 @@ frmMain::frmMain(KasseOpener& kasse, QWidget* parent)
     m_ui->mainStatusBar->addWidget(new QLabel(u"Angemeldet:"_s));
     m_ui->mainStatusBar->addWidget(new QLabel(gUser.Name + u' ' + gUser.Vorname));
     m_till = new QLabel;
+    m_till->setIndent(16);
     m_till->setObjectName(u"lblKassenUser"_s);
     m_ui->mainStatusBar->addWidget(m_till);
     // Another person can take over the register without the shell having a part in it.
@@ -86,7 +87,7 @@ void frmMain::fillBar() {
 }
 
 void frmMain::showTillUser() {
-    m_till->setText(m_kasse.isOpen() ? u"an der Kasse: "_s + gKassenUser.Name + u' ' + gKassenUser.Vorname
+    m_till->setText(m_kasse.isOpen() ? u"An der Kasse: "_s + gKassenUser.Name + u' ' + gKassenUser.Vorname
                                      : QString());
 }
 

@@ -52,8 +52,8 @@ bool isNumberBox(const QWidget& box) {
 
 // A tool window of the box's own window: no other modal form blocks it, and it goes with that window.
 KeyBoard::KeyBoard(QWidget& box, bool digitsOnly)
-    : QWidget(box.window(), Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                                Qt::WindowDoesNotAcceptFocus)
+    : QWidget(box.window(),
+              Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus)
     , m_grid(new QGridLayout(this))
     , m_digitsOnly(digitsOnly) {
     setObjectName(u"screenKeyboard"_s);
@@ -86,8 +86,8 @@ TouchKey* KeyBoard::add(const QString& name, const QString& caption, int row, in
     return made;
 }
 
-void KeyBoard::addStroke(const QString& name, const QString& caption, const QString& spoken, int row, int column,
-                         int width, int code) {
+void KeyBoard::addStroke(const QString& name, const QString& caption, const QString& spoken, int row,
+                         int column, int width, int code) {
     TouchKey* made = add(name, caption, row, column, width);
     made->setAccessibleName(spoken);
     made->setAutoRepeat(code != Qt::Key_Return);

@@ -33,7 +33,8 @@ QWidget* boxOf(QObject* receiver) {
     if (const QVariant wanted = widget->property("screenKeyboard"); wanted.isValid() && !wanted.toBool())
         return nullptr;
     if (const auto* line = qobject_cast<QLineEdit*>(widget)) return line->isReadOnly() ? nullptr : widget;
-    if (const auto* text = qobject_cast<QPlainTextEdit*>(widget)) return text->isReadOnly() ? nullptr : widget;
+    if (const auto* text = qobject_cast<QPlainTextEdit*>(widget))
+        return text->isReadOnly() ? nullptr : widget;
     if (const auto* text = qobject_cast<QTextEdit*>(widget)) return text->isReadOnly() ? nullptr : widget;
     return nullptr;
 }

@@ -2,8 +2,8 @@
 
 #include <text/RuntimeError.h>
 
-/// An error whose cause was told by a library or the system, in their words and mostly in English. People read
-/// the description; the details go into the log and behind "Einzelheiten".
+/// An error whose cause was told by a library or the system, in their words and mostly in English. People
+/// read the description; the details go into the log and behind "Einzelheiten".
 class DetailedError : public RuntimeError {
   public:
     DetailedError(int Number_, QString Description_, QString Details_, QString Source_ = {})
