@@ -4,7 +4,7 @@
 #include <ui/DigitPad.h>
 #include <ui/ScreenKeyboard.h>
 
-#include <QAbstractSpinBox>
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -12,7 +12,8 @@
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QTextEdit>
-#include <QTimer>
+
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
