@@ -77,7 +77,7 @@ Port Port::Open(const QString& text) {
 Port::~Port() = default;
 
 void Port::write(const QByteArray& bytes) {
-    if (!m_device) throw RuntimeError(52, u"Dateiname oder -nummer falsch: der Anschluss ist geschlossen"_s);
+    if (!m_device) throw RuntimeError(52, u"Dateiname oder -nummer falsch: Der Anschluss ist geschlossen"_s);
     m_device->write(bytes);
 }
 

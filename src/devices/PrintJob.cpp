@@ -3,7 +3,7 @@
 #include <devices/PrintJob.h>
 #include <devices/Printers.h>
 #include <session/Clock.h>
-#include <text/RuntimeError.h>
+#include <text/DetailedError.h>
 
 #include <QBuffer>
 #include <QDir>
@@ -64,7 +64,7 @@ void PrintPdf(const QString& printer, const QString& title, const QByteArray& pd
     if (replacement()) return replacement()(printer, title, pdf, paper);
     if (IsPdfPrinter(printer)) return writeIntoFolder(title, pdf);
     const QString reason = devices::submitDocument(printer, title, pdf, paper);
-    if (!reason.isEmpty()) throw RuntimeError(482, u"Druckerfehler: "_s + reason);
+    if (!reason.isEmpty()) throw DetailedError(482, u"Druckerfehler: "_s + printer, reason);
 }
 
 void PrintLine(const QString& printer, const QString& title, const QString& fontName, double pointSize,

@@ -17,6 +17,6 @@ void SerialControl::PortOpen(bool open) {
 }
 
 void SerialControl::Output(const QByteArray& bytes) {
-    if (!m_port) throw RuntimeError(52, u"Dateiname oder -nummer falsch: der Anschluss ist geschlossen"_s);
+    if (!m_port) throw RuntimeError(52, u"Dateiname oder -nummer falsch: Der Anschluss ist geschlossen"_s);
     m_port->write(bytes);
 }

@@ -1,5 +1,6 @@
 #include <printing/RechnungsVorlagen.h>
 #include <session/Globals.h>
+#include <session/MessageDetails.h>
 #include <session/MsgBox.h>
 #include <text/CodePage.h>
 #include <text/RuntimeError.h>
@@ -61,8 +62,9 @@ bool Save(const QString& name, const QString& text) {
     const QByteArray bytes = fileBytes(text);
     QSaveFile file(gDBPath + name);
     if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) return true;
-    refuse(u"Die Datei \"%1\" kann nicht geschrieben werden: %2"_s.arg(
-        QDir::toNativeSeparators(file.fileName()), file.errorString()));
+    const MessageDetails details(file.errorString());
+    refuse(
+        u"Die Datei \"%1\" kann nicht geschrieben werden."_s.arg(QDir::toNativeSeparators(file.fileName())));
     return false;
 }
 

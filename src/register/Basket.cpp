@@ -343,6 +343,12 @@ void Basket::setPicture(ArticlePicture picture) {
 
 const QString& Basket::cell(int row, Column column) const { return m_rows.at(size_t(row)).text.at(column); }
 
+int Basket::rowOf(int ID) const {
+    const auto found =
+        std::find_if(m_rows.begin(), m_rows.end(), [ID](const Row& row) { return row.ID == ID; });
+    return found == m_rows.end() ? -1 : int(found - m_rows.begin());
+}
+
 int Basket::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }
 int Basket::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
 

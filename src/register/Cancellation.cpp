@@ -1,6 +1,7 @@
 #include "Cancellation.h"
 
 #include "Sale.h"
+#include "Undo.h"
 
 #include <register/Register.h>
 #include <register/gMaschine.h>
@@ -55,11 +56,14 @@ void Cancellation::Storno() {
         deleteVoucher(number);
         MsgBox(u"Der Gutschein mit der Nummer "_s + number + u" wurde gelöscht."_s);
     }
+    Undo::Line line = Undo::Read(rs);
     record(*gDB->OpenRecordset(u"Stornos"_s), rs);
     rs.Delete();
     rs.Requery();
     m_sale.screen.Yield();
+    const bool deliveryNote = m_sale.basket.IsLieferscheinBon;
     m_sale.basket.LoadBestellungen();
+    m_undo.Cancelled(std::move(line), deliveryNote);
 }
 
 void Cancellation::deleteVouchers(const QString& table) {

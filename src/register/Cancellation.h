@@ -6,13 +6,15 @@ class Recordset;
 namespace till {
 
 class Sale;
+class Undo;
 enum class Unload;
 
 /// Removal of lines from the open sale. Each removed line leaves a row in Stornos.
 class Cancellation {
   public:
-    explicit Cancellation(Sale& sale)
-        : m_sale(sale) {}
+    Cancellation(Sale& sale, Undo& undo)
+        : m_sale(sale)
+        , m_undo(undo) {}
 
     void Storno(); ///< cmdStorno: the selected line
     /// The questions at closing. Each step goes its way whatever became of the one before.
@@ -27,6 +29,7 @@ class Cancellation {
     static void recordAll();
 
     Sale& m_sale;
+    Undo& m_undo;
 };
 
 } // namespace till

@@ -6,6 +6,8 @@
 #include <store/Database.h>
 #include <store/SqlText.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace till::CustomerSearch {
@@ -29,6 +31,15 @@ QString doubled(const QString& text) {
 /// Inside a pattern; a bracket is a sign like any other there.
 QString pattern(const QString& text) { return doubled(text).replace(u'[', u"[[]"_s); }
 
+/// `column` holds the text. Whoever types digits means a number as well, whichever column is chosen.
+QString where(const QString& column, const QString& text) {
+    const QString wanted = pattern(text);
+    const QString condition = column + u" LIKE "_s + sql::containing(wanted);
+    const bool digits = std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit(); });
+    if (!digits) return active + u" AND "_s + condition;
+    return active + u" AND ("_s + condition + u" OR KundenNummer LIKE "_s + sql::startingWith(wanted) + u')';
+}
+
 QString withID(const QString& key) { return u" WHERE KundenID="_s + sql::number(GetKeyID(key, 2)); }
 
 } // namespace
@@ -38,9 +49,9 @@ sql::Query Find(By by, const QString& text) {
     case Number:
         break;
     case Name:
-        return {active + u" AND Name_1 LIKE "_s + sql::containing(pattern(text)), u"Name_1 ASC"_s};
+        return {where(u"Name_1"_s, text), u"Name_1 ASC"_s};
     case Town:
-        return {active + u" AND Ort LIKE "_s + sql::containing(pattern(text)), u"Name_1 ASC"_s};
+        return {where(u"Ort"_s, text), u"Name_1 ASC"_s};
     }
     return {active, u"KundenNummer ASC"_s};
 }

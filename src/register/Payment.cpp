@@ -18,6 +18,7 @@
 #include <store/Recordset.h>
 #include <store/SqlText.h>
 #include <text/Convert.h>
+#include <text/DetailedError.h>
 #include <text/Format.h>
 
 #include <QScopedValueRollback>
@@ -36,7 +37,8 @@ void withAdvice(Act&& act, Advice&& advice) {
     } catch (const RuntimeError& error) {
         const QString more = advice();
         if (more.isEmpty()) throw;
-        throw RuntimeError(error.Number, error.Description + u"\n\n"_s + more, error.Source, error.Place);
+        throw DetailedError(error.Number, error.Description + u"\n\n"_s + more, DetailsOf(error),
+                            error.Source);
     }
 }
 

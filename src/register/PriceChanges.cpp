@@ -1,6 +1,7 @@
 #include "PriceChanges.h"
 
 #include "Sale.h"
+#include "Undo.h"
 
 #include <register/Prices.h>
 #include <register/gMaschine.h>
@@ -50,21 +51,25 @@ void PriceChanges::Rabatt() {
 
 void PriceChanges::discountLine() {
     if (!lineMayBeDiscounted() || !askRabatt()) return;
+    const auto before = Undo::ReadPrices();
     Recordset& rs = m_sale.basket.rsBestellung();
     rs.Edit();
     rs.Set(u"VKPreis_Rabatt", Discounted(rs.Money(u"VKPreis"), gRabattAngabe.Prozent));
     rs.Update();
     m_sale.basket.ShowPrices();
     m_sale.basket.RefreshGesamt();
+    m_undo.Repriced(u"Rabatt"_s, before);
 }
 
 void PriceChanges::discountAll() {
     if (!askRabatt()) return;
+    const auto before = Undo::ReadPrices();
     gDB->Execute(u"UPDATE Bestellung SET VKPreis_Rabatt = VKPreis - (VKPreis / 100 * "_s +
                  sql::number(gRabattAngabe.Prozent) + u") WHERE IsRabatt=-1 AND Maschine="_s +
                  sql::text(gMaschine) + u';');
     m_sale.basket.LoadBestellungen();
     m_sale.basket.RefreshGesamt();
+    m_undo.Repriced(u"Rabatt"_s, before);
 }
 
 void PriceChanges::ArtikelPreis() {
@@ -75,12 +80,14 @@ void PriceChanges::ArtikelPreis() {
     m_sale.screen.MovePointerAway();
     if (gPreisAngabe.Ergebnis == 0) return;
     gPreisAngabe.Ergebnis = 0;
+    const auto before = Undo::ReadPrices();
     rs.Edit();
     rs.Set(u"VKPreis", gPreisAngabe.Preis);
     rs.Set(u"VKPreis_Rabatt", gPreisAngabe.Preis);
     rs.Update();
     m_sale.basket.ShowPrices();
     m_sale.basket.RefreshGesamt();
+    m_undo.Repriced(u"Preis"_s, before);
 }
 
 } // namespace till

@@ -3,13 +3,15 @@
 namespace till {
 
 class Sale;
+class Undo;
 
 /// Prices changed by hand after a line was entered. A discount always starts from `VKPreis`, so a second one
 /// replaces the first; a free price overwrites both columns and becomes the base of a later discount.
 class PriceChanges {
   public:
-    explicit PriceChanges(Sale& sale)
-        : m_sale(sale) {}
+    PriceChanges(Sale& sale, Undo& undo)
+        : m_sale(sale)
+        , m_undo(undo) {}
 
     void Rabatt();       ///< cmdRabatt
     void ArtikelPreis(); ///< cmdArtikelPreis
@@ -22,6 +24,7 @@ class PriceChanges {
     void discountAll();
 
     Sale& m_sale;
+    Undo& m_undo;
 };
 
 } // namespace till

@@ -4,6 +4,7 @@
 #include "PriceChanges.h"
 #include "Reprint.h"
 #include "Sale.h"
+#include "Undo.h"
 
 #include <devices/CashDrawer.h>
 #include <register/Register.h>
@@ -25,7 +26,9 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     : QObject(parent)
     , m_sale(std::make_unique<Sale>(screen))
     , m_entry(std::make_unique<Entry>(*m_sale))
-    , m_payment(std::make_unique<Payment>(*m_sale)) {
+    , m_payment(std::make_unique<Payment>(*m_sale))
+    , m_undo(std::make_unique<Undo>(*m_sale)) {
+    connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
     connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);
     connect(m_entry.get(), &Entry::MalChanged, this, &Register::MalChanged);
@@ -63,7 +66,7 @@ void Register::Load() {
 Unload Register::QueryUnload() {
     Unload answer = Unload::Close;
     Trap([this] { m_sale->ClearPaid(); });
-    Trap([&] { answer = Cancellation(*m_sale).QueryUnload(); });
+    Trap([&] { answer = Cancellation(*m_sale, *m_undo).QueryUnload(); });
     return answer;
 }
 
@@ -109,6 +112,7 @@ void Register::ItemClick(int row) {
 bool Register::AddArtikelToBestellung() { return m_entry->AddArtikelToBestellung(); }
 
 void Register::LoadBestellungen() {
+    m_undo->Forget(); // the rows may have been changed elsewhere
     Trap([this] { m_sale->basket.LoadBestellungen(); });
 }
 void Register::RefreshGesamt() {
@@ -117,15 +121,20 @@ void Register::RefreshGesamt() {
 void Register::cmdStorno_Click() {
     Trap([this] {
         m_sale->ClearPaid();
-        Cancellation(*m_sale).Storno();
+        Cancellation(*m_sale, *m_undo).Storno();
     });
 }
 void Register::cmdRabatt_Click() {
-    Trap([this] { PriceChanges(*m_sale).Rabatt(); });
+    Trap([this] { PriceChanges(*m_sale, *m_undo).Rabatt(); });
 }
 void Register::cmdArtikelPreis_Click() {
-    Trap([this] { PriceChanges(*m_sale).ArtikelPreis(); });
+    Trap([this] { PriceChanges(*m_sale, *m_undo).ArtikelPreis(); });
 }
+void Register::TakeBack() {
+    Trap([this] { m_undo->TakeBack(); });
+}
+bool Register::CanTakeBack() const { return m_undo->CanTakeBack(); }
+QString Register::UndoCaption() const { return m_undo->Caption(); }
 void Register::cmdTotal_Click() {
     Trap([this] { m_payment->Total(); });
 }

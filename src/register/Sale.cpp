@@ -39,6 +39,7 @@ QString Sale::UserDisplay() { return gKassenUser.Vorname + u' ' + gKassenUser.Na
 
 void Sale::Booked(int Rechnung) {
     m_booked = {Rechnung, basket.lastID()};
+    emit Closed();
     panel.TellSold({Rechnung, Now(), gZahlung.ZahlArt, gZahlung.KartenTyp, gZahlung.Betrag_Gesamt,
                     gZahlung.Betrag_Gegeben, gZahlung.Betrag_Zurueck});
 }

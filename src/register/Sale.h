@@ -52,6 +52,7 @@ class Sale : public QObject {
   signals:
     void TitleChanged(const QString& text);
     void UserChanged(const QString& text);
+    void Closed(); ///< the sale is booked
 
   private:
     struct BookedSale {

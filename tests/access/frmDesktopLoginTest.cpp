@@ -5,6 +5,7 @@
 #include <ui/ListView.h>
 #include <ui/TouchKey.h>
 
+#include <QLabel>
 #include <QLineEdit>
 
 #include <gtest/gtest.h>
@@ -24,6 +25,9 @@ class frmDesktopLoginTest : public testing::Test {
     static QString selected(QDialog& d) {
         return control<ListView>(d, u"lvwUsers"_s).currentIndex().data().toString();
     }
+    static QString status(QDialog& d) {
+        return control<ListView>(d, u"lvwUsers"_s).currentIndex().siblingAtColumn(1).data().toString();
+    }
     TempShop shop;
     ScriptedForms dialogs;
     int m_jonas = 0;
@@ -36,9 +40,12 @@ TEST_F(frmDesktopLoginTest, DigitsArrowsAndEnterLogAnotherPersonIn) {
         pressKey(d, Qt::Key_Down);
         pressKey(d, Qt::Key_Down);
         EXPECT_EQ(u"Mia Schulz"_s, selected(d));
+        EXPECT_EQ(u"gesperrt"_s, status(d));
         for (int i = 0; i < 4; ++i)
             pressKey(d, Qt::Key_Up);
         EXPECT_EQ(u"Lena Brandt"_s, selected(d));
+        EXPECT_EQ(QString(), status(d));
+        EXPECT_FALSE(control<QLabel>(d, u"lblPflicht"_s).isVisible());
         auto& pin = control<QLineEdit>(d, u"txtPIN"_s);
         clickOn(d, u"cmdNumber9"_s);
         clickOn(d, u"cmdClear"_s);
@@ -77,6 +84,7 @@ TEST_F(frmDesktopLoginTest, AForcedLoginCannotBeLeft) {
     frmDesktopLogin form;
     dialogs.expectModal(u"frmDesktopLogin"_s, [&](QDialog& d) {
         EXPECT_FALSE(control<TouchKey>(d, u"cmdCancel"_s).isEnabled());
+        EXPECT_TRUE(control<QLabel>(d, u"lblPflicht"_s).isVisible()) << "and it says why";
         pressKey(d, Qt::Key_Escape);
         d.close();
         EXPECT_TRUE(d.isVisible());

@@ -8,10 +8,13 @@
 #include <ui/Form.h>
 #include <ui/TouchKey.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -135,12 +138,75 @@ TEST_F(frmLoginTest, ArrowsLeafThroughTheNamesAndDigitsAreThePin) {
     EXPECT_TRUE(control<QLineEdit>(form, u"txtPIN"_s).hasFocus());
 }
 
-TEST_F(frmLoginTest, ANameThatNobodyHasGivesWay) {
+TEST_F(frmLoginTest, ANameThatNobodyHasLogsNobodyIn) {
     frmLogin& form = open();
     auto& box = control<QComboBox>(form, u"cboUser"_s);
-    box.lineEdit()->setText(u"Niemand"_s);
+    const auto& told = control<QLabel>(form, u"lblNiemand"_s);
+    const auto& pin = control<QLineEdit>(form, u"txtPIN"_s);
+    EXPECT_FALSE(told.isVisible());
+    box.lineEdit()->selectAll();
+    typeText(form, u"Niemand"_s);
     pressKey(form, Qt::Key_Return);
+    EXPECT_TRUE(told.isVisible());
+    EXPECT_EQ(u"„Niemand“ gibt es nicht. Bitte wählen Sie einen Namen aus der Liste."_s, told.text());
+    EXPECT_TRUE(box.hasFocus());
+    typeText(form, u"0012"_s); // Lena's, who stood there before
+    EXPECT_EQ(u"0012"_s, pin.text());
+    pressKey(form, Qt::Key_Return);
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(u"Niemand"_s, box.currentText());
+    EXPECT_EQ(nullptr, shell());
+
+    // Esc takes back what was typed, the PIN and then the name, before it ends the program.
+    pressKey(form, Qt::Key_Escape);
+    EXPECT_EQ(QString(), pin.text());
+    pressKey(form, Qt::Key_Escape);
     EXPECT_EQ(u"Lena Brandt"_s, box.currentText());
+    EXPECT_FALSE(told.isVisible());
+    EXPECT_TRUE(form.isVisible());
+    pressKey(form, Qt::Key_Escape);
+    EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(frmLoginTest, EveryPersonHasAKeyAndEveryDigitIsThePin) {
+    frmLogin& form = open();
+    auto& box = control<QComboBox>(form, u"cboUser"_s);
+    auto& pin = control<QLineEdit>(form, u"txtPIN"_s);
+    EXPECT_TRUE(control<TouchKey>(form, u"cmdUser0"_s).isChecked());
+    EXPECT_GE(control<TouchKey>(form, u"cmdUser0"_s).height(), 64);
+    typeText(form, u"99"_s); // meant for somebody else
+    clickOn(form, u"cmdUser1"_s);
+    EXPECT_EQ(u"Jonas Weber"_s, box.currentText());
+    EXPECT_TRUE(control<TouchKey>(form, u"cmdUser1"_s).isChecked());
+    EXPECT_FALSE(control<TouchKey>(form, u"cmdUser0"_s).isChecked());
+    EXPECT_TRUE(pin.hasFocus());
+    typeText(form, u"7"_s);
+    EXPECT_EQ(u"7"_s, pin.text()) << "what stood there is replaced";
+    control<TouchKey>(form, u"cmdCancel"_s).setFocus();
+    typeText(form, u"7"_s);
+    EXPECT_TRUE(pin.hasFocus());
+    typeText(form, u"7"_s);
+    EXPECT_EQ(u"77"_s, pin.text());
+
+    // A tap on the name itself opens the list; digits leave it for the PIN.
+    QTest::mouseClick(box.lineEdit(), Qt::LeftButton);
+    ASSERT_TRUE(box.view()->isVisible());
+    QTest::keyClick(box.view(), Qt::Key_7, Qt::NoModifier);
+    EXPECT_FALSE(box.view()->isVisible());
+    EXPECT_EQ(u"7"_s, pin.text());
+    QTest::mouseClick(box.lineEdit(), Qt::LeftButton);
+    QTest::keyClick(box.view(), Qt::Key_Up);
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    EXPECT_EQ(u"Lena Brandt"_s, box.currentText());
+    EXPECT_TRUE(control<TouchKey>(form, u"cmdUser0"_s).isChecked());
+
+    for (int i = 0; i < frmLogin::mostKeys - 2; ++i)
+        shop.person(u"Person"_s, QString::number(i), u"1"_s);
+    m_login.reset();
+    EXPECT_TRUE(control<TouchKey>(open(), u"cmdUser11"_s).isVisible());
+    shop.person(u"Eine"_s, u"mehr"_s, u"1"_s);
+    m_login.reset();
+    EXPECT_EQ(nullptr, open().findChild<TouchKey*>(u"cmdUser0"_s)) << "more are found in the list";
 }
 
 TEST_F(frmLoginTest, ATillThatIsNothingElseGoesToTheRegisterAndStillHasAShell) {
@@ -200,10 +266,17 @@ TEST_F(frmLoginTest, TheShellOpensOneRegisterAndComesBackFromIt) {
     logIn(form, u"Jonas Weber"_s, u"77"_s);
     frmMain* main = shell();
     ASSERT_NE(nullptr, main);
+    const auto& atTill = control<QLabel>(*main, u"lblKassenUser"_s);
+    EXPECT_EQ(QString(), atTill.text());
     clickOn(*main, u"barKasse"_s);
     pressKey(*main, Qt::Key_F2);
     EXPECT_EQ(1, opened);
+    EXPECT_EQ(u"An der Kasse: Weber Jonas"_s, atTill.text());
+    gKassenUser.Vorname = u"Mia"_s; // somebody else has taken over
+    main->activateWindow();
+    EXPECT_TRUE(waitFor([&] { return atTill.text() == u"An der Kasse: Weber Mia"_s; }));
     till->close();
+    EXPECT_TRUE(waitFor([&] { return atTill.text().isEmpty(); }));
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(form.isVisible()); // the shell is what the register goes back to
     EXPECT_EQ(main, shell());

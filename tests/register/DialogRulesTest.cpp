@@ -269,6 +269,8 @@ TEST_F(DialogRules, CustomerSearch) {
         EXPECT_EQ(u"O'Neill [Hof]"_s, names(search::Name, text)) << qPrintable(text);
     EXPECT_EQ(u"O'Neill [Hof]"_s, names(search::Town, u"l'"_s));
     EXPECT_EQ(key(strange), search::FindNumber(u"4'"_s));
+    EXPECT_EQ(u"Hof Meier"_s, names(search::Town, u"20"_s)) << "a number, whatever is looked for";
+    EXPECT_EQ(u""_s, names(search::Name, u"0"_s)) << "of a number only its start";
     for (const auto by : {search::Name, search::Town})
         for (const QString& text : {u"x' OR '1'='1"_s, u"*' OR Gesperrt=-1 OR 'x' LIKE '"_s, u"''''x"_s})
             EXPECT_EQ(u""_s, names(by, text)) << qPrintable(text);

@@ -76,7 +76,7 @@ TEST(Seams, HandlerGuardReportsAfterTheCleanup) {
         "Fachhändler.\n\n%2"_s;
     EXPECT_EQ(host.notes, (QStringList{report.arg(u"frmKasse"_s, u"3061 - Unbekannt"_s),
                                        report.arg(u"Port"_s, u"57 - Gerät"_s),
-                                       report.arg(u"frmKasse"_s, u"51 - Speicher"_s)}));
+                                       report.arg(u"frmKasse"_s, u"51 - Interner Fehler"_s)}));
 }
 
 TEST(Seams, ABoxNeedsSomebodyToAnswerButAReportNeverFails) {
@@ -120,11 +120,13 @@ TEST(Seams, LogKeepsTheLastMegabytes) {
     OpenLog(folder.path() + u"/state"_s);
     qWarning("Tür klemmt");
     ShowProgrammFehler(57, u"frmKasse"_s, u"Gerät\nweg"_s);
+    ShowProgrammFehler(51, u"frmKasse"_s, u"std::bad_alloc"_s);
     QFile file(LogFile());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
     EXPECT_TRUE(text.contains(u"Tür klemmt\n"_s)) << qPrintable(text);
     EXPECT_TRUE(text.contains(u"frmKasse: 57 - Gerät | weg\n"_s)) << qPrintable(text);
+    EXPECT_TRUE(text.contains(u"details: std::bad_alloc\n"_s)) << qPrintable(text);
 
     const QString line(100 * 1024, u'x');
     for (int i = 0; i < 50; ++i)

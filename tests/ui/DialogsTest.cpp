@@ -1,8 +1,11 @@
+#include <session/Handle.h>
 #include <support/ScriptedForms.h>
+#include <text/DetailedError.h>
 #include <ui/TouchDialogs.h>
 #include <ui/TouchKey.h>
 
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 
 #include <gtest/gtest.h>
@@ -71,6 +74,28 @@ TEST_F(TouchDialogsTest, ShowsTheButtonsThatWereAskedFor) {
     drive([](QDialog& d) { pressKey(d, Qt::Key_Enter); });
     EXPECT_EQ(MsgAnswer::Cancel, MsgBox(u"Weiter?"_s, MsgIcon::Exclamation, MsgButtons::OKCancel, u"Titel"_s,
                                         MsgAnswer::Cancel));
+}
+
+TEST_F(TouchDialogsTest, TechnicalWordsStandBehindAKey) {
+    drive([](QDialog& d) {
+        auto& words = control<QLabel>(d, u"lblDetails"_s);
+        EXPECT_FALSE(words.isVisible());
+        const int height = d.height();
+        clickOn(d, u"cmdDetails"_s);
+        EXPECT_TRUE(words.isVisible());
+        EXPECT_EQ(u"disk I/O error"_s, words.text());
+        EXPECT_GT(d.height(), height);
+        EXPECT_FALSE(control<QLabel>(d, u"lblText"_s).text().contains(u"I/O"_s));
+        pressKey(d, Qt::Key_Return);
+    });
+    EXPECT_FALSE(Handle("frmKasse", [] {
+        throw DetailedError(3043, u"Datenträger- oder Netzwerkfehler."_s, u"disk I/O error"_s);
+    }));
+    drive([](QDialog& d) {
+        EXPECT_FALSE(control<TouchKey>(d, u"cmdDetails"_s).isVisible()) << "those of the box before";
+        pressKey(d, Qt::Key_Return);
+    });
+    MsgBox(u"Weiter"_s);
 }
 
 TEST_F(TouchDialogsTest, AnActIsRepeatedOrGivenUp) {

@@ -1,7 +1,23 @@
+#include <session/Globals.h>
 #include <ui/Sound.h>
 #include <ui/Theme.h>
+#include <ui/TouchKey.h>
 
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QHash>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include <algorithm>
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -32,6 +48,72 @@ TEST(ThemeTest, KeepsTextReadableInEveryColourSet) {
         EXPECT_GE(Theme::Contrast(t.warning, t.panel), 4.5);
         EXPECT_GE(Theme::Contrast(t.warning, t.field), 4.5);
     }
+}
+
+/// Blocks are all ink: what the eye gets of a text when nothing softens its edges.
+const QString ink = u"\u2588\u2588\u2588\u2588\u2588\u2588"_s;
+
+/// The strongest contrast inside of what is painted, edges left out.
+double contrastOf(QWidget& widget) {
+    QDialog panel; // what texts without a ground of their own stand on
+    panel.resize(240, 84);
+    widget.setParent(&panel);
+    widget.setGeometry(10, 10, 220, 64);
+    panel.show();
+    const QImage image = panel.grab(widget.geometry().adjusted(8, 8, -8, -8)).toImage();
+    widget.setParent(nullptr);
+    QHash<QRgb, int> colours;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            ++colours[image.pixel(x, y)];
+    const auto most = std::max_element(colours.cbegin(), colours.cend());
+    double best = 1;
+    for (auto colour = colours.cbegin(); colour != colours.cend(); ++colour)
+        best = std::max(best, Theme::Contrast(QColor(colour.key()), QColor(most.key())));
+    return best;
+}
+
+TEST(ThemeTest, DisabledAndPlaceholderTextIsAsReadable) {
+    const auto back1 = gColorBack1, back2 = gColorBack2, back3 = gColorBack3, back4 = gColorBack4;
+    for (const ColourSet& set : sets) {
+        SCOPED_TRACE(set.name);
+        gColorBack1 = set.back;
+        gColorBack2 = set.fore;
+        gColorBack3 = set.panel;
+        gColorBack4 = set.title;
+        Theme::Apply();
+        const auto expectReadable = [](QWidget& widget, const char* what) {
+            EXPECT_GE(contrastOf(widget), 4.5) << what;
+        };
+        QLineEdit empty;
+        empty.setPlaceholderText(ink);
+        expectReadable(empty, "placeholder");
+        empty.setEnabled(false);
+        expectReadable(empty, "placeholder of a disabled box");
+        QPlainTextEdit text;
+        text.setPlaceholderText(ink);
+        expectReadable(text, "placeholder of a box of lines");
+        QLineEdit line(ink);
+        QLabel label(ink);
+        QCheckBox check(ink);
+        QPushButton button(ink);
+        QComboBox combo;
+        combo.addItem(ink);
+        TouchKey key(ink), accent(ink), checked(ink);
+        accent.setAccent(true);
+        checked.setCheckable(true);
+        checked.setChecked(true);
+        for (QWidget* widget : std::initializer_list<QWidget*>{&line, &label, &check, &button, &combo, &key,
+                                                               &accent, &checked}) {
+            widget->setEnabled(false);
+            expectReadable(*widget, widget->metaObject()->className());
+        }
+    }
+    gColorBack1 = back1;
+    gColorBack2 = back2;
+    gColorBack3 = back3;
+    gColorBack4 = back4;
+    Theme::Apply();
 }
 
 TEST(ThemeTest, TakesColoursAsBlueGreenRedAndKeepsTheirHue) {

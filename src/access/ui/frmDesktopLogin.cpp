@@ -19,7 +19,9 @@ frmDesktopLogin::frmDesktopLogin(QWidget* parent)
     , m_users(new RecordList(
           {u"ID"_s, u"ID"_s},
           {{u"Benutzer"_s, u"Vorname"_s, u"Alexandra Mustermann"_s, Qt::AlignLeft,
-            [](const Recordset& rs) { return rs.Text(u"Vorname") + u' ' + rs.Text(u"Name"); }}},
+            [](const Recordset& rs) { return rs.Text(u"Vorname") + u' ' + rs.Text(u"Name"); }},
+           {u"Status"_s, u"Gesperrt"_s, u"gesperrt"_s, Qt::AlignRight,
+            [](const Recordset& rs) { return rs.Flag(u"Gesperrt") ? u"gesperrt"_s : QString(); }}},
           this)) {
     m_ui->setupUi(this);
     setUpForm(m_ui->txtPIN);
@@ -30,6 +32,7 @@ frmDesktopLogin::frmDesktopLogin(QWidget* parent)
     m_ui->pad->setTarget(m_ui->txtPIN);
     m_ui->pad->setMinimumHeight(4 * edge + 3 * 6);
     m_ui->lvwUsers->setFocusPolicy(Qt::NoFocus);
+    m_users->setMuted([](const Recordset& rs) { return rs.Flag(u"Gesperrt"); });
     m_ui->lvwUsers->setModel(m_users);
     m_ui->lvwUsers->horizontalHeader()->hide();
     m_ui->lvwUsers->takeArrowsFrom(*m_ui->txtPIN);
@@ -38,6 +41,8 @@ frmDesktopLogin::frmDesktopLogin(QWidget* parent)
     setKeys(m_ui->cmdLogin, m_ui->cmdCancel);
     if (gLoginPflicht) setWindowFlag(Qt::WindowCloseButtonHint, false);
     m_ui->cmdCancel->setEnabled(!gLoginPflicht);
+    m_ui->lblPflicht->setProperty("role", u"muted"_s);
+    m_ui->lblPflicht->setVisible(gLoginPflicht);
     gKassenUser.Result = 0;
     guard()([this] { LoadUsers(); });
 }

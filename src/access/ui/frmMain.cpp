@@ -14,7 +14,9 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QScreen>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +40,16 @@ frmMain::frmMain(KasseOpener& kasse, QWidget* parent)
     }
     m_ui->lblAnschrift->setText(address.join(u'\n'));
     m_ui->mainStatusBar->setSizeGripEnabled(false);
+    m_ui->mainStatusBar->addWidget(new QLabel(u"Angemeldet:"_s));
     m_ui->mainStatusBar->addWidget(new QLabel(gUser.Name + u' ' + gUser.Vorname));
+    m_till = new QLabel;
+    m_till->setIndent(16);
+    m_till->setObjectName(u"lblKassenUser"_s);
+    m_ui->mainStatusBar->addWidget(m_till);
+    // Another person can take over the register without the shell having a part in it.
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &frmMain::showTillUser);
+    connect(&m_kasse, &KasseOpener::Unloaded, this, &frmMain::showTillUser, Qt::QueuedConnection);
+    showTillUser();
     m_ui->mainStatusBar->addPermanentWidget(new QLabel(u"Kasse: "_s + gSystem->ComputerName()));
     // In line with the panels above.
     m_ui->mainStatusBar->setContentsMargins(8, 0, 8, 0);
@@ -52,8 +63,10 @@ void frmMain::fillBar() {
 
     // A till that is nothing else has its register behind the login; the shell is only the back office there.
     if (!gOnlyKassenModus) {
-        m_bar.add({u"Kasse"_s, u"Kassenbetrieb"_s, u"Starten Sie den Kassenbetrieb"_s, u"F2"_s,
-                   [this] { m_kasse.OpenKasse(); }});
+        m_bar.add({u"Kasse"_s, u"Kassenbetrieb"_s, u"Starten Sie den Kassenbetrieb"_s, u"F2"_s, [this] {
+                       m_kasse.OpenKasse();
+                       showTillUser();
+                   }});
     }
     m_bar.add({u"Personal"_s,
                u"Mitarbeiter"_s,
@@ -72,6 +85,11 @@ void frmMain::fillBar() {
     for (TouchKey* key : m_ui->mainButtonBar->findChildren<TouchKey*>())
         key->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_ui->layEntries->itemAt(0)->widget()->setFocus();
+}
+
+void frmMain::showTillUser() {
+    m_till->setText(m_kasse.isOpen() ? u"An der Kasse: "_s + gKassenUser.Name + u' ' + gKassenUser.Vorname
+                                     : QString());
 }
 
 void frmMain::Logout() {

@@ -1,12 +1,22 @@
 #include <session/Error.h>
 #include <session/Log.h>
+#include <session/MessageDetails.h>
 #include <session/MsgBox.h>
+#include <text/DetailedError.h>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
-void ShowProgrammFehler(int Number, const QString& Source, const QString& Description) {
+namespace {
+
+constexpr int internalError = 51; ///< what a library raised, in its own words
+
+void show(int Number, const QString& Source, QString Description, QString Details) {
     try {
+        if (Number == internalError) Details = std::exchange(Description, u"Interner Fehler"_s);
         WriteLog(u"%1: %2 - %3"_s.arg(Source, QString::number(Number), Description));
+        const MessageDetails details(Details);
         MsgBox(
             u"Bei der Programmausführung ist im Modul "_s + Source +
                 u" ein unerwarteter Fehler aufgetreten.\n"_s +
@@ -18,6 +28,12 @@ void ShowProgrammFehler(int Number, const QString& Source, const QString& Descri
     }
 }
 
+} // namespace
+
+void ShowProgrammFehler(int Number, const QString& Source, const QString& Description) {
+    show(Number, Source, Description, {});
+}
+
 void ShowProgrammFehler(const RuntimeError& error, const QString& source) {
-    ShowProgrammFehler(error.Number, error.Source.isEmpty() ? source : error.Source, error.Description);
+    show(error.Number, error.Source.isEmpty() ? source : error.Source, error.Description, DetailsOf(error));
 }

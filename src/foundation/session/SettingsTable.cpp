@@ -1,5 +1,6 @@
 #include <session/Globals.h>
 #include <session/Settings.h>
+#include <session/gBildschirmTastatur.h>
 
 namespace {
 
@@ -124,6 +125,7 @@ std::vector<Setting> table() {
          .kind = Truth,
          .target = &gIsSoundCardAktiv,
          .back = u"0"},
+        {.section = global, .key = u"BildschirmTastatur", .kind = Truth, .target = &gBildschirmTastatur},
         {.section = global,
          .key = u"ShowWechselgeldDialog",
          .kind = Truth,

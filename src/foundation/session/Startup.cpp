@@ -4,6 +4,7 @@
 #include <session/Error.h>
 #include <session/Globals.h>
 #include <session/Log.h>
+#include <session/MessageDetails.h>
 #include <session/MsgBox.h>
 #include <session/ServerStore.h>
 #include <session/Settings.h>
@@ -12,6 +13,7 @@
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/StoreName.h>
+#include <text/DetailedError.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -336,6 +338,7 @@ std::optional<StartResult> StartUp::serverFailed(const RuntimeError& error) {
     const QString advice =
         u"\n\nMit \"Wiederholen\" versucht es die Kasse noch einmal. Mit \"Abbrechen\" kommen Sie zu den "
         "Einstellungen und können dort die Adresse ändern."_s;
+    const MessageDetails details(DetailsOf(error));
     if (MsgBox(error.Description + address + advice, MsgIcon::Exclamation, MsgButtons::RetryCancel) ==
         MsgAnswer::Retry)
         return {};

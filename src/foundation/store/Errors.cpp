@@ -1,5 +1,7 @@
 #include "Errors.h"
 
+#include <text/DetailedError.h>
+
 using namespace Qt::StringLiterals;
 
 namespace store {
@@ -9,7 +11,7 @@ namespace {
 QString description(int number, const QString& what) {
     switch (number) {
     case 3000:
-        return u"Unerwarteter Fehler der Datenbank: %1"_s.arg(what);
+        return u"Unerwarteter Fehler der Datenbank."_s;
     case 3011:
         return u"In der Datenbank '%1' ist noch kein Laden angelegt."_s.arg(what);
     case 3010:
@@ -30,7 +32,7 @@ QString description(int number, const QString& what) {
     case 3031:
         return u"Kein zulässiges Kennwort."_s;
     case 3043:
-        return u"Datenträger- oder Netzwerkfehler (%1)."_s.arg(what);
+        return u"Datenträger- oder Netzwerkfehler."_s;
     case 3045:
         return u"Die Datei '%1' konnte nicht verwendet werden, da sie bereits geöffnet ist oder exklusiv verwendet wird."_s
             .arg(what);
@@ -108,6 +110,9 @@ QString description(int number, const QString& what) {
 } // namespace
 
 void raise(int number, const QString& what) {
+    // These come with the engine's own words.
+    if (number == 3000 || number == 3043)
+        throw DetailedError(number, description(number, what), what, u"Store"_s);
     throw RuntimeError(number, description(number, what), u"Store"_s);
 }
 

@@ -165,6 +165,11 @@ void DigitPad::setKeys(Keys keys) {
         m_grid->setRowStretch(r, 1);
 }
 
+void DigitPad::setTarget(QLineEdit* target) {
+    m_target = target;
+    if (target != nullptr) target->setProperty(ownPad, true);
+}
+
 TouchKey* DigitPad::digit(int value) const {
     return findChild<TouchKey*>(u"cmdNumber"_s + QString::number(value), Qt::FindDirectChildrenOnly);
 }

@@ -142,12 +142,15 @@ QPalette Theme::palette() const {
     p.setColor(QPalette::Light, field);
     p.setColor(QPalette::Mid, border);
     p.setColor(QPalette::Dark, shadow);
-    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText,
+                      QPalette::HighlightedText})
         p.setColor(QPalette::Disabled, role, muted);
+    p.setColor(QPalette::Disabled, QPalette::Highlight, header);
     return p;
 }
 
 QString Theme::styleSheet() const {
+    // Boxes take their ink from the palette: a colour told here would show placeholders with half of it.
     QString css = uR"(
 * { font-family: "Inter", "Noto Sans", "Segoe UI", "DejaVu Sans"; font-size: %normal%px; }
 QMainWindow { background: %page%; }
@@ -163,12 +166,14 @@ QLabel[role~="small"] { font-size: %small%px; }
 QLabel[role~="large"] { font-size: %large%px; font-weight: 600; }
 QLabel[role~="total"] { font-size: %total%px; font-weight: 700; }
 QLineEdit, QComboBox, QSpinBox, QAbstractSpinBox, QPlainTextEdit, QTextEdit, QDateEdit {
-  color: %text%; background: %field%; border: 2px solid %border%; border-radius: %radius%px; padding: 4px 10px;
+  background: %field%; border: 2px solid %border%; border-radius: %radius%px; padding: 4px 10px;
   selection-background-color: %accent%; selection-color: %accentText%; }
 QLineEdit, QComboBox, QSpinBox, QDateEdit { min-height: %entry%px; }
 QLineEdit:focus, QComboBox:focus, QSpinBox:focus, QPlainTextEdit:focus, QTextEdit:focus, QDateEdit:focus {
   border-color: %accent%; }
-QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled { color: %muted%; background: %header%; }
+QLineEdit:disabled, QComboBox:disabled, QSpinBox:disabled, QDateEdit:disabled, QPlainTextEdit:disabled,
+  QTextEdit:disabled { background: %header%; }
+QLabel:disabled, QCheckBox:disabled, QRadioButton:disabled, QMenuBar::item:disabled { color: %muted%; }
 QLineEdit:read-only { background: %header%; }
 QLineEdit[role~="large"] { font-size: %large%px; font-weight: 600; }
 QLineEdit[role~="total"] { font-size: %total%px; font-weight: 700; }

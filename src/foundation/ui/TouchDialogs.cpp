@@ -1,6 +1,7 @@
 #include "ui_InputDialog.h"
 #include "ui_MessageDialog.h"
 
+#include <session/MessageDetails.h>
 #include <ui/IconSign.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
@@ -44,7 +45,7 @@ std::vector<MsgAnswer> offered(MsgButtons buttons) {
 } // namespace
 
 MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
-                             MsgAnswer preset, QWidget* parent)
+                             MsgAnswer preset, QWidget* parent, const QString& details)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::MessageDialog>())
     , m_preset(preset)
@@ -68,6 +69,14 @@ MessageDialog::MessageDialog(const QString& text, MsgButtons buttons, MsgIcon ic
     label->setMinimumWidth(std::clamp(wanted, edge * 6, edge * 11));
     setAccessibleName(title);
     setAccessibleDescription(text);
+    m_ui->lblDetails->setText(details);
+    m_ui->lblDetails->setMaximumWidth(edge * 13);
+    makeKeyWide(m_ui->cmdDetails);
+    m_ui->cmdDetails->setVisible(!details.isEmpty());
+    connect(m_ui->cmdDetails, &TouchKey::toggled, this, [this](bool shown) {
+        m_ui->lblDetails->setVisible(shown);
+        adjustSize();
+    });
 
     const std::pair<TouchKey*, MsgAnswer> keys[] = {{m_ui->cmdYes, MsgAnswer::Yes},
                                                     {m_ui->cmdNo, MsgAnswer::No},
@@ -143,7 +152,8 @@ TouchDialogHost::TouchDialogHost() {
 
 MsgAnswer TouchDialogHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
                                   MsgAnswer preset) {
-    MessageDialog dialog(text, buttons, icon, title, preset, QApplication::activeWindow());
+    MessageDialog dialog(text, buttons, icon, title, preset, QApplication::activeWindow(),
+                         MessageDetails::Take());
     // The hourglass of a longer act would say that nobody is asked anything.
     const bool waiting = QApplication::overrideCursor() != nullptr;
     if (waiting) QApplication::setOverrideCursor(Qt::ArrowCursor);

@@ -115,7 +115,7 @@ void TouchKey::paintEvent(QPaintEvent*) {
     QColor foot = m_accent || isChecked() ? edge : t.shadow;
     if (!isEnabled()) {
         face = Theme::Mix(face, t.panel, 0.8);
-        ink = Theme::Readable(Theme::Mix(t.muted, face, 0.3), face, 3.0);
+        ink = Theme::Readable(Theme::Mix(t.muted, face, 0.3), face);
         edge = foot = t.border;
     } else if (isDown()) {
         face = m_accent || isChecked() ? Theme::Mix(face, Qt::black, 0.18) : t.selection;

@@ -1,7 +1,7 @@
 #include "Console.h"
 
 #include <store/StoreName.h>
-#include <text/RuntimeError.h>
+#include <text/DetailedError.h>
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -140,6 +140,7 @@ int move(const QString& source, const QString& target, bool sums) {
     } catch (const RuntimeError& error) {
         line.clear();
         put(stderr, u"Fehler %1: %2\n"_s.arg(error.Number).arg(error.Description));
+        if (const QString details = DetailsOf(error); !details.isEmpty()) put(stderr, details + u'\n');
         if (error.Number == inUse) put(stderr, u"Während des Umzugs darf keine Kasse geöffnet sein.\n"_s);
     } catch (const std::bad_alloc&) {
         line.clear();

@@ -19,6 +19,7 @@ std::optional<Taste> FunctionKeys::find(const QKeyEvent& key) const {
     }
     if (ctrl && key.key() == Qt::Key_F1) return Taste::OpenLade;
     if (ctrl && key.key() == Qt::Key_P) return Taste::PrintLast;
+    if (ctrl && !shift && key.key() == Qt::Key_Z) return Taste::TakeBack;
     if (ctrl) return {};
     switch (key.key()) {
     case Qt::Key_F1:

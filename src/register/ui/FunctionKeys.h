@@ -11,6 +11,7 @@ enum class Taste {
     Rabatt,
     Kunde,
     Storno,
+    TakeBack,
     Total,
     Karte,
     Exit,

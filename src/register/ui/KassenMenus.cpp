@@ -46,8 +46,14 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
     add(true, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s,
         [this] { m_till.TerminalFunction(Act::KassenSchnitt); });
     add(true, u"ECGutschrift"_s, u"Gutschrift"_s, [this] { m_till.TerminalFunction(Act::Gutschrift); });
-    m_commands.fillMenu(*m_popFunction,
-                        {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s, u"FileECFunction"_s});
+    m_commands.add({.key = u"FileUndo"_s,
+                    .caption = m_till.UndoCaption(),
+                    .act = [this] { m_till.TakeBack(); },
+                    .enabled = [this] { return m_till.CanTakeBack(); }});
+    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s,
+                                         u"FileECFunction"_s, u"FileUndo"_s});
+    connect(&m_till, &till::Register::UndoChanged, this, &KassenMenus::showUndo);
+    showUndo();
     m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
 }
 
@@ -67,6 +73,14 @@ void KassenMenus::setKarten(const QStringList& karten) {
     m_commands.fillMenu(*m_popKarte, keys);
 }
 
+void KassenMenus::showUndo() {
+    QString caption = m_till.UndoCaption();
+    // Behind the tabulator stands the key; the register itself listens to it.
+    m_commands.action(u"FileUndo"_s)
+        ->setText(caption.replace(u'&', u"&&"_s) + u'\t' + ShortcutText(u"Ctrl+Z"_s));
+    m_commands.update();
+}
+
 void KassenMenus::showFunction(const QWidget* key) { open(m_popFunction, key); }
 void KassenMenus::showKarte(const QWidget* key) { open(m_popKarte, key); }
 
@@ -83,5 +97,9 @@ void KassenMenus::open(QMenu* menu, const QWidget* key) {
     at.setX(std::clamp(at.x(), window.left(), std::max(window.left(), window.right() - size.width())));
     menu->popup(at);
     // Whoever opened it by the keyboard goes on with the arrows and Enter.
-    menu->setActiveAction(menu->actions().constFirst());
+    for (QAction* action : menu->actions()) {
+        if (!action->isEnabled()) continue;
+        menu->setActiveAction(action);
+        return;
+    }
 }

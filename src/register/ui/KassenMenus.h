@@ -29,6 +29,7 @@ class KassenMenus : public QObject {
 
   private:
     void open(QMenu* menu, const QWidget* key);
+    void showUndo();
 
     QWidget& m_form;
     Commands& m_commands;

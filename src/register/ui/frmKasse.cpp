@@ -231,6 +231,8 @@ void frmKasse::function(Taste taste) {
             return m_till.cmdKunde_Click();
         case Taste::Storno:
             return m_till.cmdStorno_Click();
+        case Taste::TakeBack:
+            return m_till.TakeBack();
         case Taste::Total:
             return m_till.cmdTotal_Click();
         case Taste::Karte:

@@ -3,6 +3,7 @@
 #include "ui_frmKasseKundenSuche.h"
 
 #include <session/Globals.h>
+#include <ui/Theme.h>
 
 using namespace Qt::StringLiterals;
 namespace customers = till::CustomerSearch;
@@ -30,6 +31,9 @@ frmKasseKundenSuche::frmKasseKundenSuche(QWidget* parent)
                                 this)) {
     m_ui->setupUi(this);
     setUpForm(m_ui->txtSuchBegriff);
+    // As large as its letters: all columns stand side by side on every screen.
+    const int edge = Theme::Current().keyHeight;
+    resize(edge * 18, edge * 12);
     m_customers->setLeading({{customers::StandardKey, {u"0"_s, u"Standardkunde"_s, u"-"_s, u"-"_s, u"-"_s}}});
     m_ui->lvwKunden->setModel(m_customers);
     m_ui->lvwKunden->takeArrowsFrom(*m_ui->txtSuchBegriff);
@@ -58,13 +62,20 @@ void frmKasseKundenSuche::search() {
     guard()([this] {
         const QString text = m_ui->txtSuchBegriff->text();
         m_customers->open(customers::Find(by(), text));
+        ListView& list = *m_ui->lvwKunden;
+        m_ui->lblNiemand->hide();
         // The standard customer stands first; what was looked for follows.
-        if (by() != customers::Number)
-            m_ui->lvwKunden->selectRow(text.isEmpty() ? 0 : 1);
-        else if (!m_ui->lvwKunden->selectKey(customers::FindNumber(text)))
-            m_ui->lvwKunden->selectRow(0);
+        if (text.isEmpty()) return list.selectRow(0);
+        if (const QString number = customers::FindNumber(text); !number.isEmpty() && list.selectKey(number))
+            return;
+        if (by() != customers::Number && m_customers->rowCount() > 1) return list.selectRow(1);
+        // Enter must not take a customer whom nobody has chosen.
+        list.setCurrentIndex({});
+        tellNobody();
     });
 }
+
+void frmKasseKundenSuche::tellNobody() { m_ui->lblNiemand->show(); }
 
 void frmKasseKundenSuche::showVehicles(const QString& key) {
     if (!gShowKundenKFZInfo) return;
@@ -76,7 +87,7 @@ void frmKasseKundenSuche::showVehicles(const QString& key) {
 
 void frmKasseKundenSuche::ok() {
     const QString key = m_ui->lvwKunden->currentKey();
-    if (key.isEmpty()) return;
+    if (key.isEmpty()) return tellNobody();
     if (customers::Choose(key))
         accept();
     else

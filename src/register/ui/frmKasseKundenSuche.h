@@ -21,6 +21,7 @@ class frmKasseKundenSuche : public FormDialog {
 
   private:
     void search();
+    void tellNobody();
     void showVehicles(const QString& key);
     [[nodiscard]] till::CustomerSearch::By by() const;
 

@@ -2,12 +2,14 @@
 
 #include <session/CSystem.h>
 #include <session/Globals.h>
+#include <session/MessageDetails.h>
 #include <session/MsgBox.h>
 #include <session/ServerStore.h>
 #include <session/Startup.h>
 #include <setup/StorePath.h>
 #include <setup/ui/frmSetup.h>
 #include <store/Database.h>
+#include <text/DetailedError.h>
 #include <ui/Binding.h>
 #include <ui/DigitPad.h>
 #include <ui/Theme.h>
@@ -83,9 +85,10 @@ void frmSetup::checkServer() {
         if (IsEmptyServer(error))
             MsgBox(u"Die Verbindung steht. Die Datenbank auf dem Server ist noch leer; beim Start fragt das "
                    "Programm, ob es die Tabellen anlegen soll."_s);
-        else if (IsServerTrouble(error))
+        else if (IsServerTrouble(error)) {
+            const MessageDetails details(DetailsOf(error));
             MsgBox(error.Description, MsgIcon::Exclamation);
-        else
+        } else
             throw;
     }
 }

@@ -3,7 +3,7 @@
 #include <session/Handle.h>
 #include <session/MsgBox.h>
 #include <templates/ValueText.h>
-#include <text/RuntimeError.h>
+#include <text/DetailedError.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 
@@ -95,7 +95,7 @@ void PictureEditor::choose() {
     if (!path) return;
     QFile file(*path);
     if (!file.open(QIODevice::ReadOnly)) {
-        throw RuntimeError(70, u"\"%1\" kann nicht gelesen werden: %2"_s.arg(*path, file.errorString()));
+        throw DetailedError(70, u"\"%1\" kann nicht gelesen werden."_s.arg(*path), file.errorString());
     }
     const QByteArray picture = file.read(largestRead);
     if (const QString fault = pictureFault(picture); !fault.isEmpty()) {
@@ -110,6 +110,6 @@ void PictureEditor::exportPicture() {
     if (!path) return;
     QSaveFile file(*path);
     if (!file.open(QIODevice::WriteOnly) || file.write(m_picture) != m_picture.size() || !file.commit()) {
-        throw RuntimeError(70, u"\"%1\" kann nicht geschrieben werden: %2"_s.arg(*path, file.errorString()));
+        throw DetailedError(70, u"\"%1\" kann nicht geschrieben werden."_s.arg(*path), file.errorString());
     }
 }

@@ -116,6 +116,21 @@ TEST_F(Kasse, FindsTheCustomerByNameTownAndNumber) {
         EXPECT_EQ(QStringList{u"Standardkunde"_s}, shown(d)) << "nobody's name, but no error";
         control<QLineEdit>(d, u"txtSuchBegriff"_s).clear();
         typeText(d, u"niemand"_s);
+        EXPECT_TRUE(control<QLabel>(d, u"lblNiemand"_s).isVisible());
+        pressKey(d, Qt::Key_Return);
+        EXPECT_TRUE(d.isVisible()) << "nobody has been chosen";
+        control<QLineEdit>(d, u"txtSuchBegriff"_s).clear();
+        typeText(d, u"20"_s);
+        EXPECT_EQ(u"Weber"_s,
+                  control<QTableView>(d, u"lvwKunden"_s).currentIndex().siblingAtColumn(1).data().toString())
+            << "a number is one whichever column is chosen";
+        EXPECT_FALSE(control<QLabel>(d, u"lblNiemand"_s).isVisible());
+        clickOn(d, u"optSuche0"_s);
+        typeText(d, u"99"_s);
+        EXPECT_TRUE(control<QLabel>(d, u"lblNiemand"_s).isVisible());
+        pressKey(d, Qt::Key_Down);
+        EXPECT_EQ(u"Standardkunde"_s,
+                  control<QTableView>(d, u"lvwKunden"_s).currentIndex().siblingAtColumn(1).data().toString());
         pressKey(d, Qt::Key_Return);
     });
     press(Qt::Key_F4);

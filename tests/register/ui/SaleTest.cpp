@@ -267,6 +267,30 @@ TEST_F(Kasse, ChangesTheUserAndKeepsTheSale) {
               shop.rows(u"SELECT PersonalNummer FROM Bestellung ORDER BY ID"_s));
 }
 
+TEST_F(Kasse, TakesBackWhatWasDoneLast) {
+    auto& menu = control<QMenu>(*form, u"popFunction"_s);
+    const auto* undo = &control<QAction>(*form, u"FileUndo"_s);
+    EXPECT_FALSE(undo->isEnabled());
+    press(Qt::Key_Z, Qt::ControlModifier);
+    scan(bread);
+    scan(milk);
+    press(Qt::Key_F5);
+    EXPECT_EQ(u"Rückgängig: Storno Hafermilch 1 l\tStrg+Z"_s, undo->text());
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ((QStringList{u"Dinkelbrot 750 g|1|1 Stück|4,50|4,50"_s, u"Hafermilch 1 l|1|1 l|1,79|1,79"_s}),
+              lines());
+    EXPECT_EQ(QString(), input()) << "the key is no text";
+    EXPECT_FALSE(undo->isEnabled());
+
+    press(Qt::Key_F5);
+    click(u"cmdFunction"_s);
+    ASSERT_TRUE(menu.isVisible());
+    keep(menu, u"popFunction"_s);
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(const_cast<QAction*>(undo)).center());
+    EXPECT_EQ(2, lines().size());
+    EXPECT_EQ(2, shop.count(u"Stornos"_s));
+}
+
 TEST_F(Kasse, ClosesOnlyWhenTheOpenSaleIsGivenUp) {
     scan(bread);
     const QString question =

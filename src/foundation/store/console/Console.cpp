@@ -5,6 +5,7 @@
 
 #include <store/Database.h>
 #include <store/StoreName.h>
+#include <text/DetailedError.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -52,9 +53,15 @@ void runTabbed(Database& db, const QString& statement) {
         });
 }
 
+/// With the engine's own words: who works here can use them.
+QString told(const RuntimeError& error) {
+    const QString details = DetailsOf(error);
+    return details.isEmpty() ? error.Description : error.Description + u' ' + details;
+}
+
 QByteArray answerOf(const RuntimeError& error) {
     return "{\"error\":" + QByteArray::number(error.Number) +
-           ",\"place\":" + QByteArray::number(error.Place) + ",\"text\":" + jsonText(error.Description) + '}';
+           ",\"place\":" + QByteArray::number(error.Place) + ",\"text\":" + jsonText(told(error)) + '}';
 }
 
 QByteArray answer(Database& db, const QString& statement) {
@@ -84,7 +91,7 @@ int complain(const RuntimeError& error) {
     QByteArray line = QByteArray::number(error.Number);
     if (error.Place >= 0) line += " an Stelle " + QByteArray::number(error.Place + 1);
     std::fflush(stdout);
-    put(stderr, line + ": " + error.Description.toUtf8() + '\n');
+    put(stderr, line + ": " + told(error).toUtf8() + '\n');
     return 1;
 }
 

@@ -2,6 +2,8 @@
 
 #include "../Errors.h"
 
+#include <text/DetailedError.h>
+
 #include <libpq-fe.h>
 #include <new>
 
@@ -51,9 +53,8 @@ QString keyOf(const PGresult* result, const Counters& counters) {
     if (is(u"53200")) throw std::bad_alloc();
     if (is(u"25006")) raise(3027);
     if (is(u"42501"))
-        raiseTold(3112,
-                  u"Dem Benutzer des Datenbankservers fehlt ein Recht (%1). Es wurde nichts geändert."_s.arg(
-                      message));
+        raiseTold(3112, u"Dem Benutzer des Datenbankservers fehlt ein Recht. Es wurde nichts geändert."_s,
+                  message);
     if (is(u"57014")) raiseTold(3059, u"Der Vorgang wurde abgebrochen. Es wurde nichts geändert."_s);
     if (state.startsWith(u"54")) raise(3360);
     if (state.startsWith(u"XX00") || state.startsWith(u"58"))
@@ -65,8 +66,8 @@ const QString nothingDone = u" Es wurde nichts gebucht; was schon gebucht war, i
 
 } // namespace
 
-void raiseTold(int number, const QString& description) {
-    throw RuntimeError(number, description, u"Store"_s);
+void raiseTold(int number, const QString& description, const QString& details) {
+    throw DetailedError(number, description, details, u"Store"_s);
 }
 
 void raisePostgres(const PGresult* result, const Counters& counters) {
@@ -89,7 +90,6 @@ bool mayPass(const ConnectFault& fault) {
 }
 
 void raiseConnect(const ConnectFault& fault) {
-    const QString words = fault.words.isEmpty() ? QString() : u" (%1)"_s.arg(fault.words);
     if (fault.passwordMissing)
         raiseTold(3031,
                   u"Der Datenbankserver '%1' verlangt ein Kennwort für '%2'. Es gehört in die Kennwortdatei "
@@ -98,9 +98,10 @@ void raiseConnect(const ConnectFault& fault) {
         raiseTold(3031, u"Der Datenbankserver '%1' weist das Kennwort von '%2' zurück."_s.arg(fault.host,
                                                                                               fault.user));
     if (fault.state.startsWith(u"28"))
-        raiseTold(3029, u"Der Datenbankserver '%1' lässt den Benutzer '%2' von dieser Kasse aus nicht zu%3. "
-                        "Bitte Benutzer und Zugangsregeln des Servers prüfen."_s.arg(fault.host, fault.user,
-                                                                                     words));
+        raiseTold(3029,
+                  u"Der Datenbankserver '%1' lässt den Benutzer '%2' von dieser Kasse aus nicht zu. "
+                  "Bitte Benutzer und Zugangsregeln des Servers prüfen."_s.arg(fault.host, fault.user),
+                  fault.words);
     if (fault.state == u"3D000")
         raiseTold(3024, u"Auf dem Datenbankserver '%1' gibt es keine Datenbank '%2'."_s.arg(fault.host,
                                                                                             fault.database));
@@ -116,14 +117,16 @@ void raiseConnect(const ConnectFault& fault) {
     if (fault.stage == ConnectFault::Stage::Tls)
         raiseTold(notConnected,
                   u"Die verschlüsselte Verbindung (TLS) zum Datenbankserver '%1' kam nicht "
-                  "zustande%2.%3 Bitte Zertifikat und sslmode prüfen."_s.arg(fault.host, words, nothingDone));
+                  "zustande.%2 Bitte Zertifikat und sslmode prüfen."_s.arg(fault.host, nothingDone),
+                  fault.words);
     if (fault.unknownHost)
         raiseTold(notConnected,
                   u"Der Name des Datenbankservers '%1' ist im Netz nicht bekannt.%2 Bitte die Adresse "
                   "und das Netz prüfen."_s.arg(fault.host, nothingDone));
     raiseTold(notConnected,
-              u"Der Datenbankserver '%1' ist nicht zu erreichen%2.%3 Bitte Netz und Server prüfen und "
-              "den Vorgang wiederholen."_s.arg(fault.host, words, nothingDone));
+              u"Der Datenbankserver '%1' ist nicht zu erreichen.%2 Bitte Netz und Server prüfen und "
+              "den Vorgang wiederholen."_s.arg(fault.host, nothingDone),
+              fault.words);
 }
 
 void raiseLost() {

@@ -10,7 +10,7 @@ typedef struct pg_result PGresult;
 namespace store {
 
 /// Raises a fault of the server's side with its own words.
-[[noreturn]] void raiseTold(int number, const QString& description);
+[[noreturn]] void raiseTold(int number, const QString& description, const QString& details = {});
 
 /// By the server's names of the tables, the column that a table's row key is made of.
 using Counters = QHash<QString, QString>;

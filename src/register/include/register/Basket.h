@@ -85,6 +85,8 @@ class Basket : public QAbstractTableModel {
     /// Raises 91 before Open.
     [[nodiscard]] Recordset& rsBestellung();
     [[nodiscard]] bool isEmpty() const { return m_rows.empty(); }
+    [[nodiscard]] int ID(int row) const { return m_rows.at(size_t(row)).ID; } ///< of its row in Bestellung
+    [[nodiscard]] int rowOf(int ID) const; ///< -1 when it is not in the list
     [[nodiscard]] int lastID() const { return m_rows.empty() ? 0 : m_rows.back().ID; } ///< of the last line
     [[nodiscard]] int selected() const { return m_selected; } ///< -1 when the list is empty
     [[nodiscard]] const QString& cell(int row, Column column) const;

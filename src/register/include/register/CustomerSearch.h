@@ -10,8 +10,8 @@ namespace till::CustomerSearch {
 
 enum By { Number, Name, Town };
 
-/// `text` is looked for anywhere in the name or town; by number all are listed. Raises 3075 for a text that
-/// would end its literal.
+/// `text` is looked for anywhere in the name or town, and one with a digit also as the start of a number; by
+/// number all are listed. Raises 3075 for a text that would end its literal.
 [[nodiscard]] sql::Query Find(By by, const QString& text);
 /// The key of the first customer whose number begins with `number`; "" when there is none. Raises what the
 /// store raises.

@@ -16,6 +16,7 @@ namespace till {
 class Entry;
 class Payment;
 class Sale;
+class Undo;
 
 /// What became of the wish to leave the register.
 enum class Unload {
@@ -82,6 +83,9 @@ class Register : public QObject {
     void cmdStorno_Click();
     void cmdRabatt_Click();
     void cmdArtikelPreis_Click();
+    void TakeBack(); ///< undoes the last cancelled line, discount or price
+    [[nodiscard]] bool CanTakeBack() const;
+    [[nodiscard]] QString UndoCaption() const; ///< "Rückgängig: Storno Bergkäse"
 
     // Payment
     void cmdTotal_Click();
@@ -120,6 +124,7 @@ class Register : public QObject {
     void TitleChanged(const QString& text);
     void UserChanged(const QString& text);
     void KeysChanged(); ///< group or article keys
+    void UndoChanged(); ///< UndoCaption and CanTakeBack
 
   private:
     /// Runs a handler's body under its trap.
@@ -129,6 +134,7 @@ class Register : public QObject {
     std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
     std::unique_ptr<Payment> m_payment;
+    std::unique_ptr<Undo> m_undo;
     ArticleKeys m_keys;
     QStringList m_karten;
 };

@@ -2,6 +2,7 @@
 
 #include <session/Startup.h>
 #include <ui/ScanGuard.h>
+#include <ui/ScreenKeyboard.h>
 #include <ui/TouchDialogs.h>
 
 #include <QApplication>
@@ -57,6 +58,7 @@ class Program : private StartUpScreens {
     DialogHost* m_dialogsBefore;
     std::unique_ptr<PrinterList> m_printers;
     std::unique_ptr<WaitWindow> m_terminalWindow, m_waitWindow;
+    ScreenKeyboard m_keyboard;
     WaitScreen* m_waitScreenBefore = nullptr;
     std::unique_ptr<StartUp> m_startUp;
     std::unique_ptr<frmSplash> m_splash;

@@ -3,8 +3,8 @@
 #include <text/RuntimeError.h>
 
 /// The global error report: one box with the Critical icon under the title "Unerwarteter Fehler...". Never
-/// raises.
+/// raises. 51 stands for what a library raised: its words are the details of the box, see MessageDetails.
 void ShowProgrammFehler(int Number, const QString& Source, const QString& Description);
 /// The same for a caught error; `source` names the form or module when the error carries no source of its
-/// own.
+/// own, and its details are those of the box.
 void ShowProgrammFehler(const RuntimeError& error, const QString& source);

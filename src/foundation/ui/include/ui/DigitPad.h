@@ -55,7 +55,8 @@ class DigitPad : public QWidget {
     void setKeys(Keys keys);
     [[nodiscard]] Keys keys() const { return m_keys; }
     /// The box that gets the keystrokes; without one the keys only raise their signals.
-    void setTarget(QLineEdit* target) { m_target = target; }
+    void setTarget(QLineEdit* target);
+    static constexpr const char* ownPad = "ownPad"; ///< property of a box that has digits beside it
     /// nullptr when the block has no such key.
     [[nodiscard]] TouchKey* digit(int value) const;
     [[nodiscard]] TouchKey* key(Key key) const;

@@ -13,12 +13,13 @@ class InputDialog;
 
 /// A message with touch-sized keys cmdOK, cmdCancel, cmdYes, cmdNo, cmdRetry. Enter presses the preset one;
 /// Esc presses the one that changes nothing (Abbrechen, Nein, or the only OK); J and N answer a question.
+/// `details` are behind a key of their own, cmdDetails.
 class MessageDialog : public QDialog {
     Q_OBJECT
 
   public:
     MessageDialog(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title,
-                  MsgAnswer preset, QWidget* parent = nullptr);
+                  MsgAnswer preset, QWidget* parent = nullptr, const QString& details = {});
     ~MessageDialog() override;
     [[nodiscard]] MsgAnswer answer() const { return m_answer; }
     void reject() override;

@@ -8,6 +8,7 @@
 #include <memory>
 
 class KasseOpener;
+class QLabel;
 namespace Ui {
 class frmMain;
 }
@@ -33,9 +34,11 @@ class frmMain : public QMainWindow {
   private:
     void fillBar();
     void Logout();
+    void showTillUser(); ///< who works at the register, while it is open
 
     std::unique_ptr<Ui::frmMain> m_ui;
     KasseOpener& m_kasse;
     Commands m_bar;
     Areas m_areas;
+    QLabel* m_till = nullptr;
 };

@@ -1,0 +1,4 @@
+#pragma once
+
+/// A tap into a box opens the keyboard on the screen.
+inline bool gBildschirmTastatur = false;
