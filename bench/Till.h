@@ -13,6 +13,8 @@
 #include <functional>
 #include <harness/NoScreen.h>
 #include <harness/Session.h>
+#include <memory>
+#include <optional>
 #include <vector>
 
 // What the benches of the till share: shops of many articles, and figures.
@@ -53,6 +55,63 @@ inline double milliseconds(const std::function<void()>& work) {
 inline double median(std::vector<double> values) {
     std::nth_element(values.begin(), values.begin() + std::ptrdiff_t(values.size() / 2), values.end());
     return values[values.size() / 2];
+}
+
+/// What is thrown here nobody in the till catches: for the store it is a kill.
+struct Killed {};
+
+/// A cashier whose till is killed while it asks how to print, and who then says when a question came.
+class KilledAtThePrintChoice : public NoScreen {
+  public:
+    void Show(till::Dialog which) override {
+        if (which == till::Dialog::PrintDlg) throw Killed();
+    }
+};
+
+/// Reads messages, noting when, and says No to questions.
+class Reader : public DialogHost {
+  public:
+    Reader()
+        : m_before(SetDialogHost(this)) {}
+    ~Reader() override { SetDialogHost(m_before); }
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+    MsgAnswer msgBox(const QString&, MsgButtons buttons, MsgIcon, const QString&, MsgAnswer) override {
+        if (!asked) asked = std::chrono::steady_clock::now();
+        return buttons == MsgButtons::YesNo ? MsgAnswer::No : MsgAnswer::OK;
+    }
+    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return {}; }
+    std::optional<QString> chooseFile(const FileRequest&) override { return {}; }
+
+    std::optional<std::chrono::steady_clock::time_point> asked;
+
+  private:
+    DialogHost* m_before;
+};
+
+/// Kills a till at the print choice of a sale of 200 lines and starts it again on gDB: the milliseconds until
+/// it asks what is to become of it; nullopt when it does not ask.
+inline std::optional<double> restartToQuestion() {
+    constexpr int lines = 200;
+    KilledAtThePrintChoice cashier;
+    auto till = std::make_unique<till::Register>(cashier);
+    till->Load();
+    gPrintMode = 3;
+    for (int line = 0; line < lines; ++line) {
+        till->SetInput(number(line));
+        till->cmdEnter_Click();
+    }
+    try {
+        till->cmdTotal_Click();
+    } catch (const Killed&) {
+    }
+    till = std::make_unique<till::Register>(cashier);
+    Reader reader;
+    const auto start = std::chrono::steady_clock::now();
+    till->Load();
+    till->ResumeBooking();
+    if (!reader.asked || !till->basket().isEmpty()) return std::nullopt;
+    return std::chrono::duration<double, std::milli>(*reader.asked - start).count();
 }
 
 /// Tells a figure and whether it keeps its bound.

@@ -159,8 +159,21 @@ int main() {
     NoScreen screen;
     auto reg = std::make_unique<till::Register>(screen);
     reg->Load();
+    // A till beside it whose store knows no marks of bookings.
+    std::unique_ptr<Database> store = std::move(gDB);
+    server.createDatabase(u"ohne"_s);
+    openShop(folder.path() + QDir::separator(), server.uri(u"ohne"_s));
+    gDB->DeleteTableDef(u"BuchungsMarke"_s);
+    server.sql(u"ohne"_s, u"ANALYZE"_s);
+    auto bare = std::make_unique<till::Register>(screen);
+    {
+        const Reader reader;
+        bare->Load();
+        bare->ResumeBooking();
+    }
+    std::swap(gDB, store);
 
-    std::vector<double> scans, rawScans, bookings, rawBookings;
+    std::vector<double> scans, rawScans, bookings, rawBookings, bareBookings;
     int next = 0;
     for (int round = 0; round < rounds; ++round) {
         std::vector<QByteArray> codes;
@@ -174,11 +187,23 @@ int main() {
         bookings.push_back(milliseconds([&] { reg->cmdTotal_Click(); }));
         rawBookings.push_back(milliseconds([&] { raw.book(codes); }));
         if (!reg->basket().isEmpty()) return 2;
+        std::swap(gDB, store);
+        for (const QByteArray& code : codes)
+            scan(*bare, QString::fromLatin1(code));
+        bareBookings.push_back(milliseconds([&] { bare->cmdTotal_Click(); }));
+        if (!bare->basket().isEmpty()) return 2;
+        std::swap(gDB, store);
     }
     bool good = ratio("server_scan_to_line_ratio", scans, rawScans, atMost);
     good &= ratio("server_book_50_lines_ratio", bookings, rawBookings, atMost);
-
+    good &= ratio("server_book_50_lines_mark", bookings, bareBookings, 1.1);
+    bare.reset();
+    store.reset();
     reg.reset();
+    const std::optional<double> restart = restartToQuestion();
+    if (!restart) return 2;
+    good &= figure("server_restart_200_lines_to_question_ms", *restart, 300);
+
     PostgresProxy proxy(server.port());
     gDB = Database::OpenDatabase(server.uri(u"laden"_s, proxy.port()));
     reg = std::make_unique<till::Register>(screen);

@@ -104,8 +104,10 @@ Recordset& Entry::rsArtikel() {
 
 void Entry::Enter() {
     m_sale.Trap([this] {
-        m_sale.ClearPaid();
-        decide();
+        if (m_sale.Settle())
+            decide();
+        else
+            Clear(); // what was scanned must not pile up in the box
     });
 }
 
@@ -153,17 +155,18 @@ bool Entry::voucherSelected() {
 }
 
 void Entry::plus() {
-    if (m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
+    if (!m_sale.Settle() || m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
     const QString number = QString(m_input).remove(u'+');
     AddQuantity(number.isEmpty() ? 1 : CLng(Value(number)));
 }
 
 void Entry::AddQuantity(int amount) {
-    if (!m_sale.basket.isEmpty()) m_sale.basket.ChangeQuantity(amount);
+    if (m_sale.Settle() && !m_sale.basket.isEmpty()) m_sale.basket.ChangeQuantity(amount);
     SetInput({});
 }
 
 void Entry::minus() {
+    if (!m_sale.Settle()) return SetInput({});
     if (m_sale.basket.isEmpty()) return;
     if (!voucherSelected()) {
         const double amount = CDbl(Value(QString(m_input).remove(u'-')));

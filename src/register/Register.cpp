@@ -5,6 +5,7 @@
 #include "Sale.h"
 
 #include <devices/CashDrawer.h>
+#include <register/IncompleteReceipts.h>
 #include <register/Register.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
@@ -15,6 +16,8 @@
 #include <session/gUser.h>
 #include <session/gZVT.h>
 #include <store/Database.h>
+
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -49,6 +52,7 @@ void Register::Load() {
     Trap([this] {
         m_entry->Open();
         m_sale->basket.Open();
+        m_sale->LookBack();
     });
     Trap([this] { m_keys.LoadGroups(); });
     cmdGruppe_Click(0);
@@ -57,9 +61,23 @@ void Register::Load() {
     LoadBestellungen();
 }
 
+void Register::ResumeBooking() {
+    Trap([this] { std::ignore = m_sale->Settle(); });
+}
+
+bool Register::HasIncompleteReceipts() {
+    bool any = false;
+    Trap([&] { any = !IncompleteReceipts().empty(); });
+    return any;
+}
+
+void Register::ShowIncompleteReceipts() {
+    Trap([] { MsgBox(IncompleteReceiptsText(IncompleteReceipts())); });
+}
+
 Unload Register::QueryUnload() {
     Unload answer = Unload::Close;
-    Trap([this] { m_sale->ClearPaid(); });
+    ResumeBooking();
     Trap([&] { answer = Cancellation(*m_sale).QueryUnload(); });
     return answer;
 }
@@ -110,8 +128,7 @@ void Register::RefreshGesamt() {
 }
 void Register::cmdStorno_Click() {
     Trap([this] {
-        m_sale->ClearPaid();
-        Cancellation(*m_sale).Storno();
+        if (m_sale->Settle()) Cancellation(*m_sale).Storno();
     });
 }
 void Register::cmdRabatt_Click() {

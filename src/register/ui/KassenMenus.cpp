@@ -4,6 +4,7 @@
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
+#include <QAction>
 #include <QMenu>
 #include <QScreen>
 
@@ -44,7 +45,11 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
     add(true, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s,
         [this] { m_till.TerminalFunction(Act::KassenSchnitt); });
     add(true, u"ECGutschrift"_s, u"Gutschrift"_s, [this] { m_till.TerminalFunction(Act::Gutschrift); });
-    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FileECFunction"_s});
+    add(true, u"FileUnvollstaendig"_s, u"Unvollständige Belege"_s,
+        [this] { m_till.ShowIncompleteReceipts(); });
+    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FileECFunction"_s,
+                                         u"FileUnvollstaendig"_s});
+    offerIncompleteReceipts();
     m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
 }
 
@@ -65,7 +70,15 @@ void KassenMenus::setKarten(const QStringList& karten) {
 }
 
 bool KassenMenus::hasFunctions() const { return !m_popFunction->isEmpty(); }
-void KassenMenus::showFunction(const QWidget* key) { open(m_popFunction, key); }
+void KassenMenus::showFunction(const QWidget* key) {
+    offerIncompleteReceipts();
+    open(m_popFunction, key);
+}
+
+void KassenMenus::offerIncompleteReceipts() {
+    m_commands.action(u"FileUnvollstaendig"_s)->setVisible(m_till.HasIncompleteReceipts());
+}
+
 void KassenMenus::showKarte(const QWidget* key) { open(m_popKarte, key); }
 
 void KassenMenus::open(QMenu* menu, const QWidget* key) {
