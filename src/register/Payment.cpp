@@ -173,11 +173,14 @@ void Payment::CreateRechnung(int& RechnungID) {
     };
     const auto advice = [&]() -> QString {
         if (!booking.hasHead()) return {};
-        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. "
+        const QString finish =
+            u"Der Beleg lässt sich fertig buchen, wenn Sie die Kasse mit F12 schließen. "_s;
+        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. %4"
                "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu viel und "
                "muss geprüft werden."_s.arg(booking.mark().RechnungID)
                    .arg(booking.booked())
-                   .arg(m_sale.basket.rowCount());
+                   .arg(m_sale.basket.rowCount())
+                   .arg(m_sale.keepsMarks() ? finish : QString());
     };
     Handle(
         "frmKasse", [&] { withAdvice(write, advice); }, [&] { booking.CancelEdits(); });

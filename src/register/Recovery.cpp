@@ -59,6 +59,7 @@ bool Recovery::Run() {
     const bool nothing = !state.hasHead && state.Gebucht == 0;
     if ((state.isWhole(*mark) && state.open == 0) || (nothing && !state.fits)) {
         mark->Drop(); // nothing is left of it but this
+        m_sale.Forget();
         return false;
     }
     if (!state.fits)
@@ -99,10 +100,12 @@ void Recovery::offerToFinish(const BookingMark& mark, const BookingState& state)
         Booking(m_sale).GoOn(mark);
         finishWhole(mark, u"Beleg %1 über %2 € ist jetzt vollständig gebucht."_s.arg(mark.RechnungID)
                               .arg(MoneyText(mark.Betrag_Gesamt)));
-    } else if (state.hasHead) {
-        mark.LeaveToOwner();
     } else {
-        mark.Drop();
+        if (state.hasHead)
+            mark.LeaveToOwner();
+        else
+            mark.Drop();
+        m_sale.Forget();
     }
 }
 

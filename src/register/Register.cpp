@@ -77,6 +77,7 @@ void Register::ShowIncompleteReceipts() {
 
 Unload Register::QueryUnload() {
     Unload answer = Unload::Close;
+    if (m_sale->begun()) m_sale->LookBack(); // what failed here can be finished before the lines are given up
     ResumeBooking();
     Trap([&] { answer = Cancellation(*m_sale).QueryUnload(); });
     return answer;

@@ -46,7 +46,7 @@ class Sale : public QObject {
     /// the store. False when the cashier was shown something that he should look at before he goes on; the
     /// act ends then. Raises what the store raises.
     [[nodiscard]] bool Settle();
-    /// A new process knows nothing of the bookings before it.
+    /// The next Settle looks for a booking that was not brought to its end.
     void LookBack() { m_lookBack = true; }
 
     /// Bookings leave a mark beside the receipt; not in a store that an older program made. Known from the

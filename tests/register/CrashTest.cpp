@@ -384,6 +384,21 @@ TEST_F(BookingCrash, PayingAgainAfterAFailureLeavesTheBegunReceiptToTheOwner) {
     restart(); // nothing to ask
 }
 
+TEST_F(BookingCrash, WhatFailedCanBeFinishedWhenTheRegisterIsLeft) {
+    InterruptedSale::scan(shop, *reg);
+    breakStock();
+    expectFailure();
+    reg->cmdTotal_Click();
+    mendStock();
+    dialogs.expectMsgBox(u"Beleg 1 über 56,62 € wurde um 14:05 gebucht ...*"_s, MsgIcon::Question,
+                         MsgAnswer::Yes);
+    dialogs.expectMsgBox(u"Beleg 1 über 56,62 € ist jetzt vollständig gebucht....*"_s, MsgIcon::Question,
+                         MsgAnswer::No);
+    EXPECT_EQ(reg->QueryUnload(), till::Register::Unload::Close) << "there are no lines to give up";
+    InterruptedSale::expectBooked(shop, 1);
+    EXPECT_EQ(shop.count(u"Stornos"_s), 0);
+}
+
 TEST_F(BookingCrash, LinesThatNoLongerFitTheirReceiptAreToldAndLeftAlone) {
     InterruptedSale::scan(shop, *reg);
     breakStock();
