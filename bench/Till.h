@@ -120,6 +120,17 @@ inline bool figure(const char* name, double measured, double bound) {
     return measured <= bound;
 }
 
+/// The same for what we need with something against what we need without it, in milliseconds. They are
+/// compared round by round: what one asks of a disk varies more from minute to minute than what is measured.
+inline bool share(const char* name, const std::vector<double>& with, const std::vector<double>& without,
+                  double bound) {
+    std::vector<double> ratios;
+    for (std::size_t round = 0; round < with.size(); ++round)
+        ratios.push_back(with[round] / without[round]);
+    std::fprintf(stderr, "# %s: %.3f ms to %.3f ms\n", name, median(with), median(without));
+    return figure(name, median(ratios), bound);
+}
+
 /// The same for what we need against what the bare engine needs, in milliseconds.
 inline bool ratio(const char* name, const std::vector<double>& ours, const std::vector<double>& raw,
                   double bound) {

@@ -196,7 +196,7 @@ int main() {
     }
     bool good = ratio("server_scan_to_line_ratio", scans, rawScans, atMost);
     good &= ratio("server_book_50_lines_ratio", bookings, rawBookings, atMost);
-    good &= ratio("server_book_50_lines_mark", bookings, bareBookings, 1.1);
+    good &= share("server_book_50_lines_mark", bookings, bareBookings, 1.1);
     bare.reset();
     store.reset();
     reg.reset();

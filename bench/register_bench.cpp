@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int lines = 50, rounds = 12;
+constexpr int lines = 50, rounds = 18;
 
 /// The twin: tables of the same columns and indexes in a file beside the store.
 class Raw {
@@ -202,7 +202,7 @@ class Shop {
     std::unique_ptr<till::Register> m_till;
 };
 
-/// How much more the second needs than the first.
+/// How much more the large shop needs.
 bool growth(const char* name, const std::vector<double>& small, const std::vector<double>& large) {
     std::fprintf(stderr, "# %s: %.3f ms to %.3f ms\n", name, median(large), median(small));
     return figure(name, median(large) / median(small), 1.1);
@@ -224,13 +224,16 @@ int main() {
             large.scan();
             bare.scan();
         }
-        if (!shop.book() || !large.book() || !bare.book()) return 2;
+        // By turns, since the disk is quicker for who comes after a pause.
+        Shop& first = round % 2 == 0 ? shop : bare;
+        Shop& second = round % 2 == 0 ? bare : shop;
+        if (!first.book() || !second.book() || !large.book()) return 2;
     }
     bool good = ratio("scan_to_line_ratio", shop.scans, shop.rawScans, 1.6);
     good &= ratio("book_50_lines_ratio", shop.bookings, shop.rawBookings, 1.3);
     good &= growth("scan_to_line_growth", shop.scans, large.scans);
     good &= growth("book_50_lines_growth", shop.bookings, large.bookings);
-    good &= growth("book_50_lines_mark", bare.bookings, shop.bookings);
+    good &= share("book_50_lines_mark", shop.bookings, bare.bookings, 1.1);
     const std::optional<double> restart = shop.restart();
     if (!restart) return 2;
     good &= figure("restart_200_lines_to_question_ms", *restart, 300);
