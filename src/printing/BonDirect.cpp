@@ -1,4 +1,5 @@
 #include "BookedData.h"
+#include "Copies.h"
 #include "Kunde.h"
 
 #include <devices/ReceiptLine.h>
@@ -118,13 +119,13 @@ void print(int RechnungID) {
         return;
     }
     LoadBelegKunde(rechnung->Long(u"KundenNummer"));
-    const int copies = gDruckerKopies;
-    for (int copy = 1; copy <= copies; ++copy) {
+    const auto printCopy = [&](int, int) {
         // Opened and closed for each copy, so that the drawer on the same line can be opened in between.
-        if (SendToReceiptPrinter(bonBytes(RechnungID, *rechnung))) continue;
+        if (SendToReceiptPrinter(bonBytes(RechnungID, *rechnung))) return true;
         MsgBox(u"Der Druck wurde abgebrochen. Die Buchung bleibt davon unberührt."_s);
-        break;
-    }
+        return false;
+    };
+    PrintCopies(printCopy, CopyScreen::Waits);
     gKunde = KundeRecord::Standard();
 }
 

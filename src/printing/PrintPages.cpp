@@ -1,4 +1,5 @@
 #include "BookedData.h"
+#include "Copies.h"
 #include "Kunde.h"
 
 #include <devices/Printers.h>
@@ -53,13 +54,13 @@ void printBon(int RechnungID) {
         return;
     LoadBelegKunde(kopf->Long(u"KundenNummer"));
     const BonDaten bon = ReadBon(*kopf);
-    const int copies = gDruckerKopies;
-    for (int copy = 1; copy <= copies; ++copy) {
+    PrintCopies([&](int, int) {
         VSPrinter printer;
         printer.Device(gBonDrucker);
         RenderBon(printer, vorlage, bon);
         printer.PrintDoc();
-    }
+        return true;
+    });
     gKunde = KundeRecord::Standard();
 }
 
@@ -85,15 +86,17 @@ void printFormular(int ID, const QString& FileName, FormularArt art, const Beleg
     const FormularDaten formular = ReadFormular(art, *kopf);
     const QString docName = QFileInfo(FileName).completeBaseName() + u' ' + QString::number(ID);
     const bool ask = art == FormularArt::Rechnung && gAskSchlussText;
-    const int copies = gDruckerKopies;
-    for (int copy = 1; copy <= copies; ++copy) {
+    const auto printCopy = [&](int copy, int copies) {
         VSPrinter printer;
         printer.Device(gFormularDrucker);
         std::optional<QString> schlussText;
-        if (ask && !askSchlussText(dialoge, schlussText)) continue; // each copy is a document of its own
+        // Each copy is a document of its own.
+        if (ask && !askSchlussText(dialoge, schlussText)) return WantsFurtherCopies(copies - copy);
         RenderFormular(printer, vorlage, formular, docName, schlussText);
         printer.PrintDoc();
-    }
+        return true;
+    };
+    PrintCopies(printCopy, ask ? CopyScreen::Asks : CopyScreen::None);
     gKunde = KundeRecord::Standard();
 }
 

@@ -9,12 +9,14 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
+#include <session/MsgBox.h>
 #include <session/RowGone.h>
 #include <session/gArtikel.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/SqlText.h>
+#include <store/Trouble.h>
 #include <text/Convert.h>
 
 #include <algorithm>
@@ -60,7 +62,8 @@ Basket::Row Basket::makeRow(const Line& line, Net net) const {
         row.text[GPreis] = MoneyText(price * line.Buchungs_Menge * (1 + line.SteuerSatz / 100));
     }
     row.amount = ReadMoney(row.text[GPreis]);
-    row.pieces = line.Buchungs_Menge;
+    row.price = line.Price;
+    row.menge = line.Buchungs_Menge;
     row.mark = DiscountMark(line.ListPrice, line.Price);
     return row;
 }
@@ -206,7 +209,7 @@ void Basket::RefreshGesamt() {
     double pieces = 0;
     for (const Row& row : m_rows) {
         sum += row.amount;
-        pieces += row.pieces;
+        pieces += row.menge;
     }
     ShowGesamt(MoneyText(sum));
     if (QString count = CountText(rowCount(), pieces); count != m_count) {
@@ -230,7 +233,15 @@ void Basket::ItemClick(int row) {
 }
 
 bool Basket::Trap(const std::function<void()>& body) {
-    const bool ok = Handle("frmKasse", body, [this] { CancelEdit(); });
+    const auto noticingDoubt = [&] {
+        try {
+            body();
+        } catch (const RuntimeError& error) {
+            m_inDoubt |= error.Number == store::outcomeUnknown;
+            throw;
+        }
+    };
+    const bool ok = Handle("frmKasse", noticingDoubt, [this] { CancelEdit(); });
     if (!ok) Handle("frmKasse", [this] { RefreshGesamt(); });
     return ok;
 }
@@ -290,7 +301,7 @@ void Basket::ChangeQuantity(double amount) {
     rs.Set(u"Buchungs_Menge", rs.Number(u"Buchungs_Menge") + amount);
     rs.Update();
     const double menge = rs.Number(u"Buchungs_Menge");
-    if (m_selected >= 0) m_rows[size_t(m_selected)].pieces = menge;
+    if (m_selected >= 0) m_rows[size_t(m_selected)].menge = menge;
     setText(Anz, NumberText(menge));
     setText(GPreis, MoneyText(rs.Money(u"VKPreis_Rabatt") * Currency::fromDouble(menge)));
     ItemClick(m_selected);
@@ -300,7 +311,11 @@ void Basket::ChangeQuantity(double amount) {
 void Basket::ShowPrices() {
     Recordset& rs = rsBestellung();
     const Currency price = rs.Money(u"VKPreis_Rabatt");
-    if (m_selected >= 0) m_rows[size_t(m_selected)].mark = DiscountMark(rs.Money(u"VKPreis"), price);
+    if (m_selected >= 0) {
+        Row& row = m_rows[size_t(m_selected)];
+        row.price = price;
+        row.mark = DiscountMark(rs.Money(u"VKPreis"), price);
+    }
     setText(EPreis, MoneyText(price));
     setText(GPreis, MoneyText(price * Currency::fromDouble(rs.Number(u"Buchungs_Menge"))));
     ItemClick(m_selected);
@@ -310,10 +325,70 @@ void Basket::CancelEdit() noexcept {
     if (m_rs) m_rs->CancelUpdate();
 }
 
-void Basket::DeleteRows(std::optional<int> lastID) {
-    const QString behind = lastID ? u" AND ID<=%1"_s.arg(*lastID) : QString();
-    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + behind + u";"_s);
+void Basket::DeleteRows() {
+    gDB->Execute(u"DELETE FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + u";"_s);
 }
+
+QString Basket::DeleteStatement(int lastID) {
+    return u"DELETE FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + u" AND ID<="_s +
+           sql::number(lastID) + u';';
+}
+
+bool Basket::sameAsStored() const {
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT ID, Buchungs_Menge, VKPreis_Rabatt FROM Bestellung WHERE Maschine="_s +
+                           sql::text(gMaschine) + u" ORDER BY ID ASC;"_s);
+    for (const Row& row : m_rows) {
+        if (rs->Eof() || rs->Long(u"ID") != row.ID || rs->Number(u"Buchungs_Menge") != row.menge ||
+            rs->Money(u"VKPreis_Rabatt") != row.price)
+            return false;
+        rs->MoveNext();
+    }
+    return rs->Eof();
+}
+
+QStringList Basket::changesSince(const std::vector<Row>& before) const {
+    const auto find = [](const std::vector<Row>& rows, int id) {
+        return std::find_if(rows.begin(), rows.end(), [id](const Row& row) { return row.ID == id; });
+    };
+    const auto tell = [](const QString& what, const Row& row) {
+        return what + row.text[Anz] + u" × "_s + row.text[Artikelname] + u", "_s + row.text[GPreis] + u" €"_s;
+    };
+    QStringList changes;
+    for (const Row& row : m_rows) {
+        const auto old = find(before, row.ID);
+        if (old == before.end())
+            changes << tell(u"neu in der Liste: "_s, row);
+        else if (old->price != row.price || old->menge != row.menge)
+            changes << tell(u"geändert: "_s, row);
+    }
+    for (const Row& row : before)
+        if (find(m_rows, row.ID) == m_rows.end()) changes << tell(u"nicht mehr da: "_s, row);
+    return changes;
+}
+
+bool Basket::IsAsStored(const QString& more) {
+    if (sameAsStored()) {
+        m_inDoubt = false;
+        return true;
+    }
+    const std::vector<Row> before = m_rows;
+    LoadBestellungen();
+    m_inDoubt = false;
+    constexpr qsizetype mostTold = 10;
+    QStringList changes = changesSince(before);
+    if (changes.size() > mostTold)
+        changes = changes.first(mostTold) << u"und %1 weitere Zeilen"_s.arg(changes.size() - mostTold);
+    QString text =
+        u"Der Verkauf ist in der Datenbank ein anderer, als er hier stand:\n\n%1\n\nDie Liste zeigt "
+        "jetzt, was gespeichert ist. Es wurde nichts weiter gebucht. Bitte prüfen Sie die Liste, auch "
+        "das Pfand, und wiederholen Sie nur, was fehlt."_s.arg(changes.join(u'\n'));
+    if (!more.isEmpty()) text += u"\n\n"_s + more;
+    MsgBox(text, MsgIcon::Exclamation);
+    return false;
+}
+
+bool Basket::Confirm() { return !m_inDoubt || IsAsStored(); }
 
 void Basket::setText(Column column, const QString& text) {
     if (m_selected < 0) return;

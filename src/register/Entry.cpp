@@ -123,12 +123,10 @@ Recordset& Entry::rsArtikel() {
 
 void Entry::Enter() {
     const bool done = m_sale.Trap([this] {
-        {
-            // What is scanned next must not pile up behind what is not sold.
-            auto emptied = qScopeGuard([this] { Clear(); });
-            m_sale.ClearPaid();
-            emptied.dismiss();
-        }
+        // What is scanned next must not pile up behind what is not sold.
+        auto emptied = qScopeGuard([this] { Clear(); });
+        if (!m_sale.Settle()) return;
+        emptied.dismiss();
         decide();
     });
     if (!done) TellLeft();
@@ -183,7 +181,7 @@ bool Entry::voucherSelected() {
 }
 
 void Entry::plus() {
-    if (m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
+    if (!m_sale.Settle() || m_sale.basket.isEmpty() || voucherSelected()) return SetInput({});
     const QString number = QString(m_input).remove(u'+');
     if (isTooLarge(number)) {
         tellTooLarge(number);
@@ -194,7 +192,7 @@ void Entry::plus() {
 
 void Entry::AddQuantity(int amount) {
     Basket& basket = m_sale.basket;
-    if (!basket.isEmpty()) {
+    if (m_sale.Settle() && !basket.isEmpty()) {
         m_sale.panel.EntryBegan();
         if (amount <= 0 ||
             limits::IsQuantityMeant(basket.rsBestellung().Number(u"Buchungs_Menge") + double(amount)))
@@ -204,6 +202,7 @@ void Entry::AddQuantity(int amount) {
 }
 
 void Entry::minus() {
+    if (!m_sale.Settle()) return SetInput({});
     if (m_sale.basket.isEmpty()) return;
     if (!voucherSelected()) {
         const double amount = CDbl(Value(QString(m_input).remove(u'-')));

@@ -1,22 +1,17 @@
 #include "Payment.h"
 
+#include "Booking.h"
 #include "Sale.h"
 
 #include <devices/CashDrawer.h>
 #include <printing/Beleg.h>
 #include <register/Prices.h>
-#include <register/gMaschine.h>
-#include <session/Clock.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
-#include <session/gKunde.h>
-#include <session/gUser.h>
 #include <session/gZVT.h>
 #include <session/gZahlung.h>
-#include <store/Database.h>
-#include <store/Recordset.h>
-#include <store/SqlText.h>
+#include <store/Trouble.h>
 #include <text/Convert.h>
 #include <text/DetailedError.h>
 #include <text/Format.h>
@@ -46,10 +41,9 @@ void withAdvice(Act&& act, Advice&& advice) {
 
 void Payment::Total() {
     Basket& basket = m_sale.basket;
-    if (m_paying) return;
-    m_sale.ClearPaid();
-    if (basket.isEmpty()) return;
+    if (m_paying || !m_sale.Settle() || basket.isEmpty()) return;
     const QScopedValueRollback paying(m_paying, true);
+    if (!basket.IsAsStored()) return;
     m_sale.screen.MovePointerAway();
     Currency total = ReadMoney(basket.Gesamt());
     if (gRoundDecimal) total = ReadMoney(Format(Value(total), u"###0.00"));
@@ -88,10 +82,9 @@ bool Payment::askAmount() {
 
 void Payment::ByKarte(const QString& KartenName) {
     Basket& basket = m_sale.basket;
-    if (m_paying) return;
-    m_sale.ClearPaid();
-    if (basket.isEmpty()) return;
+    if (m_paying || !m_sale.Settle() || basket.isEmpty()) return;
     const QScopedValueRollback paying(m_paying, true);
+    if (!basket.IsAsStored()) return;
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
     gZahlung.ZahlArt = u"KARTE"_s;
@@ -125,36 +118,30 @@ bool Payment::confirmKarte(const QString& KartenName) {
 }
 
 int Payment::book() {
+    // The lines may have changed while the cashier was asked.
+    if (!m_sale.basket.IsAsStored(gZahlung.ZahlArt == u"KARTE" ? u"Die Karte ist schon belastet."_s
+                                                               : QString()))
+        return 0;
     int id = 0;
     CreateRechnung(id);
     m_sale.screen.Yield();
     if (id == 0) {
         MsgBox(u"Beim Erstellen der Rechnung ist ein Fehler aufgetreten."_s);
         m_sale.basket.LoadBestellungen();
-    } else {
-        m_sale.Booked(id);
     }
     return id;
 }
 
-void Payment::print(int id, BelegArt art) {
-    PrintBeleg(id, art,
-               {[this] {
-                    m_sale.screen.Show(Dialog::PrintDlg);
-                    m_sale.screen.MovePointerAway();
-                },
-                [this] { m_sale.screen.Show(Dialog::RechnungsVorlage); }});
-}
+void Payment::print(int id, BelegArt art) { m_sale.PrintReceipt(id, art); }
 
 void Payment::finish(const QString& lastTotal) {
     withAdvice(
-        [this] { m_sale.basket.DeleteRows(); },
+        [this] { m_sale.RemoveBooked(); },
         [this] {
             return u"Der Verkauf ist unter der Belegnummer %1 gebucht. Seine Zeilen verschwinden mit der "
                    "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
                        .arg(m_sale.Rechnung());
         });
-    m_sale.Emptied();
     m_sale.basket.rsBestellung().Requery();
     m_sale.ResetKunde();
     m_sale.screen.MovePointerAway();
@@ -168,91 +155,37 @@ void Payment::finish(const QString& lastTotal) {
 
 void Payment::CreateRechnung(int& RechnungID) {
     RechnungID = 0;
-    std::unique_ptr<Recordset> rechnung, detail;
-    int begun = 0, booked = 0; // the receipt whose head is written, and how many lines of it
+    Booking booking(m_sale);
     const auto write = [&] {
-        rechnung = gDB->OpenRecordset(u"Rechnung"_s);
-        detail = gDB->OpenRecordset(u"RechnungsDetail"_s);
-        const QDateTime now = Now();
-        rechnung->AddNew();
-        const int id = rechnung->Long(u"RechnungID");
-        rechnung->Set(u"Maschine", gMaschine);
-        rechnung->Set(u"Datum", DateTime::fromQDate(now.date()));
-        rechnung->Set(u"Zeit", DateTime::fromQTime(now.time()));
-        rechnung->Set(u"PersonalNummer", gKassenUser.ID);
-        rechnung->Set(u"KundenNummer", gKunde.KundenID);
-        rechnung->Set(u"Kunde", gKunde.Name_1);
-        rechnung->Set(u"ZahlArt", gZahlung.ZahlArt);
-        rechnung->Set(u"Betrag_Gesamt", gZahlung.Betrag_Gesamt);
-        rechnung->Set(u"Betrag_Gegeben", gZahlung.Betrag_Gegeben);
-        rechnung->Set(u"Betrag_Zurueck", gZahlung.Betrag_Zurueck);
-        rechnung->Set(u"KartenTyp", gZahlung.KartenTyp);
-        rechnung->Set(u"Abschluss", false);
-        rechnung->Update();
-        begun = id;
-
-        Recordset& rs = m_sale.basket.rsBestellung();
-        for (rs.Requery(); !rs.Eof(); rs.MoveNext()) {
-            writeDetail(*detail, id);
-            if (!m_sale.basket.IsLieferscheinBon) moveStock(id);
-            ++booked;
+        try {
+            booking.Begin();
+        } catch (const RuntimeError& error) {
+            // Nobody knows whether the last write arrived; the mark and the receipt do.
+            if (error.Number != store::outcomeUnknown || !m_sale.keepsMarks() ||
+                booking.mark().RechnungID == 0)
+                throw;
+            try {
+                booking.GoOn(booking.mark());
+            } catch (const RuntimeError& second) {
+                if (second.Number == store::notConnected) throw error; // the doubt stays
+                throw;
+            }
         }
-        // Always note 1: which notes a sale came from is not known here.
-        if (m_sale.basket.IsLieferscheinBon)
-            gDB->Execute(u"UPDATE Lieferung SET InRechnung=-1 WHERE LieferungID=1;"_s);
-        RechnungID = id;
+        RechnungID = booking.mark().RechnungID;
     };
     const auto advice = [&]() -> QString {
-        if (begun == 0) return {};
-        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. "
+        if (!booking.hasHead()) return {};
+        const QString finish =
+            u"Der Beleg lässt sich fertig buchen, wenn Sie die Kasse mit F12 schließen. "_s;
+        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. %4"
                "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu viel und "
-               "muss geprüft werden."_s.arg(begun)
-                   .arg(booked)
-                   .arg(m_sale.basket.rowCount());
+               "muss geprüft werden."_s.arg(booking.mark().RechnungID)
+                   .arg(booking.booked())
+                   .arg(m_sale.basket.rowCount())
+                   .arg(m_sale.keepsMarks() ? finish : QString());
     };
     Handle(
-        "frmKasse", [&] { withAdvice(write, advice); },
-        [&] {
-            if (rechnung) rechnung->CancelUpdate();
-            if (detail) detail->CancelUpdate();
-        });
-}
-
-void Payment::writeDetail(Recordset& detail, int id) {
-    const Recordset& rs = m_sale.basket.rsBestellung();
-    const auto copy = [&](std::initializer_list<const char16_t*> columns) {
-        for (const char16_t* column : columns)
-            detail.Set(column, rs.Field(QStringView(column)));
-    };
-    const Currency price = rs.Money(u"VKPreis_Rabatt");
-    detail.AddNew();
-    detail.Set(u"RechnungID", id);
-    detail.Set(u"Maschine", gMaschine);
-    copy({u"Datum", u"Zeit", u"PersonalNummer"});
-    detail.Set(u"KundenNummer", gKunde.KundenID);
-    detail.Set(u"Kunde", gKunde.Name_1);
-    copy({u"ArtikelNummer", u"ArtikelName", u"Buchungs_Menge", u"Menge", u"Einheit", u"EKPreis"});
-    detail.Set(u"VKPreis_Brutto", price);
-    detail.Set(u"VKPreis_Netto", NetPrice(price, rs.Number(u"SteuerSatz")));
-    detail.Set(u"VKPreisOrg", rs.Money(u"VKPreis"));
-    copy({u"SteuerSatz", u"SNNummer", u"WarenGruppe", u"LangText", u"Zusatz1", u"Zusatz2", u"PreisInfo"});
-    const auto supplier =
-        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer="_s +
-                           sql::text(rs.Text(u"ArtikelNummer")) + u';');
-    detail.Set(u"BestellNummer", supplier->Eof() ? u"nicht verfügbar"_s : supplier->Text(u"BestellNummer"));
-    detail.Update();
-}
-
-void Payment::moveStock(int id) {
-    const Recordset& rs = m_sale.basket.rsBestellung();
-    const QString nummer = sql::text(rs.Text(u"ArtikelNummer"));
-    gDB->Execute(u"UPDATE Artikel SET IstBestand = (IstBestand - "_s +
-                 sql::number(rs.Number(u"Menge") * rs.Number(u"Buchungs_Menge")) +
-                 u") WHERE LagerAktiv=-1 AND Nummer="_s + nummer + u';');
-    gDB->Execute(u"UPDATE ArtikelSerienNummern SET VKDatum="_s +
-                 sql::text(Today().toString(u"dd.MM.yyyy"_s)) + u", RechnungID="_s + sql::number(id) +
-                 u" WHERE ArtikelNummer="_s + nummer + u" AND SNNummer="_s + sql::text(rs.Text(u"SNNummer")) +
-                 u';');
+        "frmKasse", [&] { withAdvice(write, advice); }, [&] { booking.CancelEdits(); });
 }
 
 } // namespace till

@@ -2,7 +2,6 @@
 
 #include <QString>
 
-class Recordset;
 enum class BelegArt;
 
 namespace till {
@@ -19,7 +18,8 @@ class Payment {
     void ByKarte(const QString& KartenName); ///< PayByKarte
     /// Writes Rechnung and RechnungsDetail from gZahlung, gKunde and the open lines, moves the stock and
     /// marks serial numbers, write by write and without a transaction. `RechnungID` becomes the new id and
-    /// stays 0 on a failure, which is reported and takes back nothing of what was written before.
+    /// stays 0 on a failure, which is reported and takes back nothing of what was written before. The lines
+    /// stay for the caller: Sale::RemoveBooked takes them away.
     void CreateRechnung(int& RechnungID);
 
   private:
@@ -27,10 +27,8 @@ class Payment {
     [[nodiscard]] bool askAmount();
     /// The card is paid, at the terminal or by the cashier's word; gZahlung knows it.
     [[nodiscard]] bool confirmKarte(const QString& KartenName);
-    /// Books what gZahlung says; 0 when it failed, which is told.
+    /// Books what gZahlung says; 0 when it failed or the lines are not those on the screen, which is told.
     [[nodiscard]] int book();
-    void writeDetail(Recordset& detail, int id);
-    void moveStock(int id);
     void print(int id, BelegArt art);
     /// Empties the sale for the next customer.
     void finish(const QString& lastTotal);

@@ -38,7 +38,7 @@ bool PriceChanges::askRabatt() const {
 }
 
 void PriceChanges::Rabatt() {
-    if (!gKFRabatt || m_sale.basket.isEmpty() || !mayChange()) return;
+    if (!gKFRabatt || !m_sale.Settle() || m_sale.basket.isEmpty() || !mayChange()) return;
     if (gKunde.Rabatt >= 1) {
         MsgBox(u"Diese Aktion ist nicht möglich, da der ausgewählte Kunde bereits rabattiert wurde."_s);
         return;
@@ -73,7 +73,9 @@ void PriceChanges::discountAll() {
 }
 
 void PriceChanges::ArtikelPreis() {
-    if (!gKFFreierArtikelPreis || m_sale.basket.isEmpty() || !mayChange() || !lineMayBeDiscounted()) return;
+    if (!gKFFreierArtikelPreis || !m_sale.Settle() || m_sale.basket.isEmpty() || !mayChange() ||
+        !lineMayBeDiscounted())
+        return;
     Recordset& rs = m_sale.basket.rsBestellung();
     gPreisAngabe = {0, rs.Money(u"VKPreis")};
     m_sale.screen.Show(Dialog::FreierPreis);

@@ -7,6 +7,7 @@
 #include "Undo.h"
 
 #include <devices/CashDrawer.h>
+#include <register/IncompleteReceipts.h>
 #include <register/Register.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
@@ -17,6 +18,8 @@
 #include <session/gUser.h>
 #include <session/gZVT.h>
 #include <store/Database.h>
+
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +58,7 @@ void Register::Load() {
     Trap([this] {
         m_entry->Open();
         m_sale->basket.Open();
+        m_sale->LookBack();
     });
     Trap([this] { m_keys.LoadGroups(); });
     cmdGruppe_Click(0);
@@ -63,9 +67,24 @@ void Register::Load() {
     LoadBestellungen();
 }
 
+void Register::ResumeBooking() {
+    Trap([this] { std::ignore = m_sale->Settle(); });
+}
+
+bool Register::HasIncompleteReceipts() {
+    bool any = false;
+    Trap([&] { any = !IncompleteReceipts().empty(); });
+    return any;
+}
+
+void Register::ShowIncompleteReceipts() {
+    Trap([] { MsgBox(IncompleteReceiptsText(IncompleteReceipts())); });
+}
+
 Unload Register::QueryUnload() {
     Unload answer = Unload::Close;
-    Trap([this] { m_sale->ClearPaid(); });
+    if (m_sale->begun()) m_sale->LookBack(); // what failed here can be finished before the lines are given up
+    ResumeBooking();
     Trap([&] { answer = Cancellation(*m_sale, *m_undo).QueryUnload(); });
     return answer;
 }
@@ -120,8 +139,7 @@ void Register::RefreshGesamt() {
 }
 void Register::cmdStorno_Click() {
     Trap([this] {
-        m_sale->ClearPaid();
-        Cancellation(*m_sale, *m_undo).Storno();
+        if (m_sale->Settle()) Cancellation(*m_sale, *m_undo).Storno();
     });
 }
 void Register::cmdRabatt_Click() {

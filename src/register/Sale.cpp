@@ -1,10 +1,13 @@
 #include "Sale.h"
 
-#include <session/Clock.h>
+#include "Recovery.h"
+
+#include <printing/Beleg.h>
 #include <session/Globals.h>
+#include <session/MsgBox.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
-#include <session/gZahlung.h>
+#include <store/Database.h>
 
 #include <QScopedValueRollback>
 
@@ -37,19 +40,58 @@ void Sale::ChangeUser() {
 
 QString Sale::UserDisplay() { return gKassenUser.Vorname + u' ' + gKassenUser.Name; }
 
-void Sale::Booked(int Rechnung) {
-    m_booked = {Rechnung, basket.lastID()};
+void Sale::Booked(const BookingMark& mark) {
+    m_booking = {mark, true};
     emit Closed();
-    panel.TellSold({Rechnung, Now(), gZahlung.ZahlArt, gZahlung.KartenTyp, gZahlung.Betrag_Gesamt,
-                    gZahlung.Betrag_Gegeben, gZahlung.Betrag_Zurueck});
+    panel.TellSold({mark.RechnungID, mark.at, mark.ZahlArt, mark.KartenTyp, mark.Betrag_Gesamt,
+                    mark.Betrag_Gegeben, mark.Betrag_Zurueck});
 }
 
-void Sale::ClearPaid() {
-    if (!m_booked) return;
-    basket.DeleteRows(m_booked->lastID);
-    m_booked.reset();
+bool Sale::Settle() {
+    if (m_settling) return false;
+    const QScopedValueRollback settling(m_settling, true);
+    bool shown = false;
+    if (m_lookBack) {
+        m_keepsMarks = BookingMark::isKept();
+        if (m_keepsMarks)
+            shown = Recovery(*this).Run();
+        else
+            MsgBox(
+                u"Diese Datenbank stammt aus einer älteren Version: Nach einem Stromausfall kann die Kasse nicht "
+                "sagen, was gebucht ist. Bitte starten Sie das Programm einmal mit /dbupdate."_s,
+                MsgIcon::Exclamation);
+        m_lookBack = false;
+    }
+    clearPaid();
+    return basket.Confirm() && !shown;
+}
+
+int Sale::Rechnung() const { return m_booking && m_booking->whole ? m_booking->mark.RechnungID : 0; }
+
+void Sale::clearPaid() {
+    if (Rechnung() == 0) return;
+    RemoveBooked();
     ResetKunde();
     basket.LoadBestellungen();
+}
+
+void Sale::RemoveBooked() {
+    const BookingMark& mark = m_booking.value().mark;
+    const QString lines = Basket::DeleteStatement(mark.LetzteZeile);
+    if (m_keepsMarks)
+        gDB->ExecuteTogether({lines, mark.EndStatement()});
+    else
+        gDB->Execute(lines);
+    m_booking.reset();
+}
+
+void Sale::PrintReceipt(int Rechnung, BelegArt art) {
+    PrintBeleg(Rechnung, art,
+               {[this] {
+                    screen.Show(Dialog::PrintDlg);
+                    screen.MovePointerAway();
+                },
+                [this] { screen.Show(Dialog::RechnungsVorlage); }});
 }
 
 } // namespace till

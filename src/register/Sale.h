@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BookingMark.h"
 #include "CustomerDisplay.h"
 
 #include <register/Basket.h>
@@ -10,6 +11,8 @@
 
 #include <functional>
 #include <optional>
+
+enum class BelegArt;
 
 namespace till {
 
@@ -41,13 +44,31 @@ class Sale : public QObject {
     void ChangeUser();
     [[nodiscard]] static QString UserDisplay();
 
-    /// The sale is booked; until its lines are gone it must not be booked again.
-    /// The panel tells what gZahlung says of it.
-    void Booked(int Rechnung);
-    [[nodiscard]] int Rechnung() const { return m_booked ? m_booked->Rechnung : 0; } ///< 0 when it is not
-    void Emptied() { m_booked.reset(); } ///< the lines of the booked sale are gone
-    /// Takes away the lines that a booked sale left because the store was gone. Raises what the store raises.
-    void ClearPaid();
+    /// What every act of the cashier begins with: a booking that another process of this till left is
+    /// settled, lines of a booked sale that are still there go, and after a doubt the list is compared with
+    /// the store. False when the cashier was shown something that he should look at before he goes on; the
+    /// act ends then. Raises what the store raises.
+    [[nodiscard]] bool Settle();
+    /// The next Settle looks for a booking that was not brought to its end.
+    void LookBack() { m_lookBack = true; }
+
+    /// Bookings leave a mark beside the receipt; not in a store that an older program made. Known from the
+    /// first Settle on.
+    [[nodiscard]] bool keepsMarks() const { return m_keepsMarks; }
+    void Began(const BookingMark& mark) { m_booking = {mark, false}; }
+    /// The receipt is whole; until its lines are gone it must not be booked again. The panel tells it.
+    void Booked(const BookingMark& mark);
+    /// The booking of this process that did not become whole.
+    [[nodiscard]] const BookingMark* begun() const {
+        return m_booking && !m_booking->whole ? &m_booking->mark : nullptr;
+    }
+    [[nodiscard]] int Rechnung() const; ///< of the booked sale whose lines are still there; 0 for none
+    void Forget() { m_booking.reset(); }
+    /// The lines of the booked sale go, and its mark with them.
+    void RemoveBooked();
+
+    /// By gPrintMode; the dialogs are those of the screen.
+    void PrintReceipt(int Rechnung, BelegArt art);
 
   signals:
     void TitleChanged(const QString& text);
@@ -55,10 +76,14 @@ class Sale : public QObject {
     void Closed(); ///< the sale is booked
 
   private:
-    struct BookedSale {
-        int Rechnung, lastID;
+    void clearPaid();
+
+    struct RecentBooking {
+        BookingMark mark;
+        bool whole = false;
     };
-    std::optional<BookedSale> m_booked;
+    std::optional<RecentBooking> m_booking;
+    bool m_keepsMarks = false, m_lookBack = false, m_settling = false;
     QString m_title;
 };
 

@@ -155,8 +155,7 @@ bool Undo::stillFits(const Step& step) const {
 }
 
 void Undo::TakeBack() {
-    m_sale.ClearPaid();
-    if (m_steps.empty()) return;
+    if (!m_sale.Settle() || m_steps.empty()) return;
     Basket& basket = m_sale.basket;
     if (!stillFits(m_steps.back())) {
         Forget();

@@ -2,12 +2,14 @@
 
 #include <printing/Beleg.h>
 #include <session/Globals.h>
+#include <session/WaitScreen.h>
 #include <session/gKunde.h>
 #include <support/FixedClock.h>
 #include <support/ScriptedDialogs.h>
 
 #include <QBuffer>
 #include <QFile>
+#include <QThread>
 
 #include <gmock/gmock.h>
 
@@ -194,6 +196,57 @@ TEST_F(Bon, CopiesAndTheCustomerOfTheSession) {
         EXPECT_EQ(printers.jobs.size(), std::size_t(std::max(copies, 0)));
         EXPECT_EQ(gKunde.Name_1, u"Standardkunde"_s);
     }
+}
+
+TEST_F(Bon, VeryManyCopiesAreAskedAbout) {
+    const int id = receipt(1);
+    struct Case {
+        int copies;
+        MsgAnswer answer;
+        std::size_t printed;
+    };
+    for (const Case& c : {Case{20, MsgAnswer::OK, 20}, Case{21, MsgAnswer::Yes, 21},
+                          Case{21, MsgAnswer::No, 1}, Case{1'000'000'000, MsgAnswer::No, 1}}) {
+        printers.jobs.clear();
+        gDruckerKopies = c.copies;
+        if (c.answer != MsgAnswer::OK)
+            dialogs.expectMsgBox(
+                u"Eingestellt sind %1 Kopien.\n\n...*"_s.arg(c.copies == 21 ? u"21"_s : u"1.000.000.000"_s),
+                MsgIcon::Question, c.answer);
+        Print_BON(id);
+        dialogs.verify();
+        EXPECT_EQ(printers.jobs.size(), c.printed);
+    }
+}
+
+TEST_F(Bon, PrintingEndsBetweenTwoCopiesWhenThePersonWishesIt) {
+    class Cashier : public WaitScreen {
+      public:
+        void Begin(const QString&, const QString& text) override { told << text; }
+        void Show(const QString& text) override { told << text; }
+        bool TakeCancel() override { return told.size() == 2; }
+        void End() override { ++ended; }
+        QStringList told;
+        int ended = 0;
+    } cashier;
+    WaitScreen* waitBefore = SetWaitScreen(&cashier);
+    const int id = receipt(1);
+    gDruckerKopies = 15;
+    int taken = 0;
+    const PrintSpooler before =
+        SetPrintSpooler([&](const QString&, const QString&, const QByteArray&, QSizeF) {
+            ++taken;
+            QThread::msleep(700);
+        });
+    dialogs.expectMsgBox(
+        u"Der Druck wurde nach 4 von 15 Kopien abgebrochen. Die Buchung bleibt davon unberührt."_s);
+    Print_BON(id);
+    SetPrintSpooler(before);
+    SetWaitScreen(waitBefore);
+    EXPECT_EQ(taken, 4);
+    EXPECT_TRUE(cashier.told.value(0).startsWith(u"Kopie 4 von 15 wird gedruckt."_s)) << "after two seconds";
+    EXPECT_EQ(cashier.ended, 1);
+    EXPECT_EQ(gKunde.Name_1, u"Standardkunde"_s);
 }
 
 TEST_F(Bon, WhatIsMissingIsTold) {

@@ -258,6 +258,22 @@ TEST_F(SchlussText, CancellingEndsTheDocumentOfThatCopy) {
     EXPECT_EQ(shop.count(u"RechnungsDetail"_s), 2);
 }
 
+TEST_F(SchlussText, OfManyCopiesTheRestCanBeGivenUp) {
+    const int id = invoice();
+    gDruckerKopies = 1'000;
+    int asked = 0;
+    dialogs.expectMsgBox(u"Eingestellt sind 1.000 Kopien....*"_s, MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectMsgBox(u"Sollen die übrigen 999 Kopien noch gedruckt werden?"_s, MsgIcon::Question,
+                         MsgAnswer::Yes);
+    dialogs.expectMsgBox(u"Sollen die übrigen 997 Kopien noch gedruckt werden?"_s, MsgIcon::Question,
+                         MsgAnswer::No);
+    Print_Formular(id, u"Rechnung.pld"_s, 0, {.ShowRechnungsVorlage = [&] {
+                       gVorlagenAuswahl = {++asked == 2 ? 1 : 0, {}};
+                   }});
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(printers.jobs.size(), 1U);
+}
+
 TEST_F(Formular, WhatIsMissingIsTold) {
     const int id = invoice();
     const auto tell = [&](const QString& text, MsgIcon icon) {

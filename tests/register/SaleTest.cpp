@@ -172,6 +172,56 @@ TEST_F(Sale, RoundingOfTheAmountToPay) {
               shop.rows(u"SELECT ZahlArt, Betrag_Gesamt, Betrag_Gegeben, Betrag_Zurueck FROM Rechnung"_s));
 }
 
+TEST_F(Sale, OnlyWhatStandsOnTheScreenIsBooked) {
+    scan(u"2000000000017"_s);
+    scan(u"2000000000024"_s);
+    const auto change = [this](const QString& sql) { shop.db().Execute(sql); };
+    const QString lead = u"Der Verkauf ist in der Datenbank ein anderer, als er hier stand:\n\n"_s;
+    // Before the payment: nobody is asked for money that is not due.
+    change(u"UPDATE Bestellung SET Buchungs_Menge=3 WHERE ArtikelNummer='2000000000024'"_s);
+    dialogs.expectMsgBox(lead + u"geändert: 3 × Wein, 22,50 €\n\n...*"_s, MsgIcon::Exclamation);
+    reg->cmdTotal_Click();
+    EXPECT_EQ(reg->basket().Gesamt(), u"24,49"_s);
+    // While the cashier is asked: one goes, one comes, with the same sum.
+    screen.expect(till::Dialog::KasseTotal, [&] {
+        gZahlung.Ergebnis = 1;
+        change(u"DELETE FROM Bestellung WHERE ArtikelNummer='2000000000017'"_s);
+        change(
+            u"INSERT INTO Bestellung (Maschine, ArtikelNummer, ArtikelName, Buchungs_Menge, VKPreis_Rabatt) "
+            "VALUES ('KASSE-1', '9', 'Rest', 1, 1.99)"_s);
+    });
+    dialogs.expectMsgBox(
+        lead + u"neu in der Liste: 1 × Rest, 1,99 €\nnicht mehr da: 1 × Äpfel Elstar, 1,99 €\n\n...*"_s,
+        MsgIcon::Exclamation);
+    reg->cmdTotal_Click();
+    EXPECT_EQ(0, shop.count(u"Rechnung"_s));
+    EXPECT_EQ(2, reg->basket().rowCount());
+    gZVTEnabled = false;
+    change(u"UPDATE Bestellung SET VKPreis_Rabatt=2 WHERE ArtikelNummer='9'"_s);
+    dialogs.expectMsgBox(lead + u"geändert: 1 × Rest, 2,00 €\n\n...*"_s, MsgIcon::Exclamation);
+    reg->PayByKarte(u"VISA"_s);
+    payCash(30);
+    EXPECT_EQ(1, shop.count(u"Rechnung"_s));
+    EXPECT_EQ(2, shop.count(u"RechnungsDetail"_s));
+}
+
+TEST_F(Sale, WhatTheTillChangedItselfIsNoDifference) {
+    gDecimalStellen = 3;
+    gFormatPreis = u"###0.000"_s;
+    type(u"7*"_s);
+    scan(u"2000000000031"_s); // an amount that a reload would round otherwise
+    reg->cmdPlus_Click();
+    type(u"2-"_s);
+    scan(u"2000000000017"_s);
+    screen.expect(till::Dialog::FreierPreis, [] { gPreisAngabe = {1, Currency::fromDouble(1.2345)}; });
+    reg->cmdArtikelPreis_Click();
+    dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, MsgAnswer::Yes);
+    screen.expect(till::Dialog::Rabatt, [] { gRabattAngabe = {Currency::fromInteger(7), 1}; });
+    reg->cmdRabatt_Click();
+    payCash(100);
+    EXPECT_EQ(2, shop.count(u"RechnungsDetail"_s));
+}
+
 TEST_F(Sale, AfterTheSaleLoginAndLastTotal) {
     gAbfrageLoginProOrder = gEnabledAutoClose = true;
     gKunde.KundenID = 12;

@@ -4,6 +4,7 @@
 
 #include <session/gZVT.h>
 #include <store/Recordset.h>
+#include <store/SqlText.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -139,6 +140,35 @@ TEST_F(StartUpTest, AStoreOnANetworkFolderIsToldBeforeTheLogin) {
     m_dialogs.expectMsgBox(u"Die Datenbank liegt auf einem Netzlaufwerk...*"_s, MsgIcon::Exclamation);
     EXPECT_EQ(start(), StartResult::Running);
     store::setNetworkProbe(nullptr);
+}
+
+TEST_F(StartUpTest, AStoreOfAnOlderProgramIsBroughtUpToDateWhenToldSo) {
+    makeStore({});
+    const auto has = [this](QStringView table) {
+        return Database::OpenDatabase(storePath(), false, false, u";PWD=brsk-604917"_s)
+            ->FindTableDef(table)
+            .has_value();
+    };
+    const auto lose = [] {
+        gDB->DeleteTableDef(u"BuchungsMarke"_s);
+        gDB->DeleteTableDef(u"Stornos"_s);
+    };
+    ASSERT_EQ(start(), StartResult::Running);
+    lose();
+    gDB->Execute(u"INSERT INTO KassenBestand (Maschine, Bestand) VALUES ('K', 7)"_s);
+    // Only as the whole command line.
+    for (const QString& other : {u""_s, u"/dbupdate /x"_s, u"dbupdate"_s}) {
+        ASSERT_EQ(start(other), StartResult::Running);
+        EXPECT_FALSE(has(u"BuchungsMarke"));
+    }
+    const QString told = u"Datenbankstruktur wird überprüft und angepasst..."_s;
+    EXPECT_FALSE(m_calls.join(u'\n').contains(told));
+    ASSERT_EQ(start(u"/DBUpdate"_s), StartResult::Running);
+    EXPECT_TRUE(m_calls.join(u'\n').contains(told));
+    EXPECT_TRUE(has(u"BuchungsMarke"));
+    EXPECT_TRUE(has(u"Stornos"));
+    EXPECT_EQ(sql::count(*gDB, u"KassenBestand"_s), 1) << "what is there stays";
+    ASSERT_EQ(start(u"/dbupdate"_s), StartResult::Running) << "any number of times";
 }
 
 TEST_F(StartUpTest, AMissingStoreLeadsToTheSettingsAndBack) {

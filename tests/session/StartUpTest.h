@@ -94,11 +94,11 @@ class StartUpTest : public testing::Test {
         schema::createTables(*db);
         db->Close();
     }
-    StartResult start() {
+    StartResult start(const QString& commandLine = {}) {
         m_calls.clear();
         gDB.reset();
         m_start.reset(); // the lock of the process before goes with it
-        m_start = std::make_unique<StartUp>(m_screens, m_printers, m_waiter);
+        m_start = std::make_unique<StartUp>(m_screens, m_printers, m_waiter, commandLine);
         return m_start->Main();
     }
     int passwordFits(const QString& password) const {

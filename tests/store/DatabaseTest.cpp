@@ -295,3 +295,31 @@ TEST_F(StoreTest, TheNumberThatWasGivenLastIsAnswered) {
     EXPECT_EQ(db->Execute(u"UPDATE T SET Wer='d' WHERE ID=@@IDENTITY"_s), 1);
     EXPECT_EQ(errorOf([&] { std::ignore = db->OpenRecordset(u"SELECT @@NICHTS"_s); }), 3061);
 }
+
+TEST_F(StoreTest, WritesThatBelongTogetherAreAllDoneOrNone) {
+    makeSample();
+    auto db = open();
+    auto rs = db->OpenRecordset(u"SELECT * FROM T ORDER BY ID"_s);
+    EXPECT_EQ(rs->Number(u"Menge"), 2.5);
+    const QString more = u"UPDATE T SET Menge = Menge + 1 WHERE Nummer='%1'"_s;
+    db->ExecuteTogether({more.arg(u"A1"_s), more.arg(u"B2"_s), u"DELETE FROM T WHERE Nummer='c3'"_s});
+    EXPECT_EQ(rs->Number(u"Menge"), 3.5) << "an open record set sees it";
+    EXPECT_EQ(single(*open(), u"SELECT Sum(Menge) FROM T"_s), u"4,5");
+    // The third is refused, so the others are not there either.
+    const QString twice = u"INSERT INTO T (Nummer) VALUES ('A1')"_s;
+    EXPECT_EQ(errorOf([&] { db->ExecuteTogether({more.arg(u"A1"_s), more.arg(u"B2"_s), twice}); }), 3022);
+    EXPECT_EQ(single(*open(), u"SELECT Sum(Menge) FROM T"_s), u"4,5");
+    EXPECT_EQ(errorOf([&] { db->ExecuteTogether({more.arg(u"A1"_s), u"SELECT * FROM T"_s}); }), 3065);
+    EXPECT_EQ(errorOf([&] { db->ExecuteTogether({more.arg(u"A1"_s), u"DROP TABLE T"_s}); }), 3219);
+    EXPECT_EQ(errorOf([&] { open(false, true)->ExecuteTogether({more.arg(u"A1"_s)}); }), 3027);
+    // In a transaction they go with it.
+    db->BeginTrans();
+    db->ExecuteTogether({more.arg(u"A1"_s), more.arg(u"B2"_s)});
+    EXPECT_EQ(errorOf([&] { db->ExecuteTogether({more.arg(u"A1"_s), twice}); }), 3022);
+    db->Rollback();
+    EXPECT_EQ(single(*open(), u"SELECT Sum(Menge) FROM T"_s), u"4,5");
+    // Another program changes the structure in between.
+    open()->Execute(u"ALTER TABLE T ADD COLUMN Neu LONG"_s);
+    db->ExecuteTogether({more.arg(u"A1"_s), u"UPDATE T SET Neu=7"_s});
+    EXPECT_EQ(single(*open(), u"SELECT Sum(Neu) FROM T"_s), u"14");
+}

@@ -140,6 +140,102 @@ TEST_F(ServerTroubleTest, AMovementOfStockIsNeverDoubled) {
     }
 }
 
+TEST_F(ServerTroubleTest, WhatWasAlreadySentIsADoubtWhenNobodyCanBeAsked) {
+    EXPECT_EQ(sell(u"eins"_s), 0);
+    const auto cut = [&](const QByteArray& statement, const auto& act) {
+        m_proxy.cut(Cut::BeforeAnswer, statement, 0, PostgresProxy::After::Deny);
+        const int told = errorOf(act);
+        m_lines->CancelUpdate();
+        m_proxy.deny(false);
+        return told;
+    };
+    m_lines->Requery();
+    EXPECT_EQ(cut("INSERT INTO \"L\"",
+                  [&] {
+                      m_lines->AddNew();
+                      std::ignore = m_lines->Long(u"ID");
+                      m_lines->Set(u"Menge", 2);
+                      m_lines->Update();
+                  }),
+              3157);
+    EXPECT_EQ(onServer(u"SELECT Count(*) FROM L"_s), u"2") << "it is there";
+    m_lines->Requery();
+    EXPECT_EQ(cut("UPDATE \"L\"",
+                  [&] {
+                      m_lines->Edit();
+                      m_lines->Set(u"Menge", 5);
+                      m_lines->Update();
+                  }),
+              3157);
+    EXPECT_EQ(cut("DELETE FROM \"L\"", [&] { m_db->Execute(u"DELETE FROM L"_s); }), 3157);
+    EXPECT_EQ(onServer(u"SELECT Count(*) FROM L"_s), u"0");
+    EXPECT_EQ(cut("FROM \"A\"", [&] { std::ignore = single(*m_db, u"SELECT Bestand FROM A"_s); }), 3029)
+        << "a question changes nothing";
+}
+
+TEST_F(ServerTroubleTest, WhatIsWrittenTogetherIsThereTogetherOrNotAtAll) {
+    const QStringList sale{u"UPDATE A SET Bestand = Bestand - 1 WHERE Nummer='1'"_s,
+                           u"UPDATE L SET Menge = Menge + 1"_s};
+    EXPECT_EQ(sell(u"eins"_s), 0);
+    m_db->ExecuteTogether(sale);
+    const qint64 before = m_db->RoundTrips();
+    m_db->ExecuteTogether(sale);
+    EXPECT_EQ(m_db->RoundTrips() - before, 1);
+    const auto state = [&] {
+        return onServer(u"SELECT Bestand FROM A"_s) + u' ' + onServer(u"SELECT Menge FROM L"_s);
+    };
+    EXPECT_EQ(state(), u"98 3");
+    for (const char* statement : {"UPDATE \"A\"", "UPDATE \"L\""}) {
+        const QString was = state();
+        m_proxy.cut(Cut::BeforeSending, statement);
+        EXPECT_EQ(errorOf([&] { m_db->ExecuteTogether(sale); }), 3157);
+        EXPECT_EQ(state(), was);
+    }
+    m_proxy.cut(Cut::BeforeAnswer, "UPDATE \"A\"");
+    EXPECT_EQ(errorOf([&] { m_db->ExecuteTogether(sale); }), 3157);
+    EXPECT_EQ(state(), u"97 4");
+    const QStringList end{u"DELETE FROM L WHERE ID<100"_s, u"DELETE FROM A WHERE Nummer='1'"_s};
+    m_proxy.cut(Cut::BeforeAnswer, "DELETE");
+    EXPECT_EQ(errorOf([&] { m_db->ExecuteTogether(end); }), 0) << "what is gone may go once more";
+    EXPECT_EQ(onServer(u"SELECT Count(*) FROM L"_s), u"0");
+    EXPECT_EQ(onServer(u"SELECT Count(*) FROM A"_s), u"0");
+}
+
+// A server that restarts, or a machine between that closes what comes.
+TEST_F(ServerTroubleTest, AClosedConnectionIsTriedForFiveSecondsAndNotCalledAFaultOfTls) {
+    QString through = m_through;
+    through.replace(u"sslmode=disable"_s, u"sslmode=prefer"_s);
+    auto db = Database::OpenDatabase(through);
+    const auto ask = [&] { return errorOf([&] { std::ignore = single(*db, u"SELECT Bestand FROM A"_s); }); };
+    EXPECT_EQ(ask(), 0);
+    m_proxy.refuse(true);
+    m_proxy.cutAll();
+    QElapsedTimer clock;
+    clock.start();
+    QString told;
+    try {
+        std::ignore = single(*db, u"SELECT Bestand FROM A"_s);
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Number, 3151);
+        told = error.Description;
+    }
+    EXPECT_GT(clock.elapsed(), 4500);
+    EXPECT_LT(clock.elapsed(), 8000);
+    EXPECT_TRUE(told.contains(u"ist nicht zu erreichen (die Gegenseite schließt die Verbindung)"_s))
+        << qPrintable(told);
+    m_proxy.refuse(false);
+    EXPECT_EQ(ask(), 0);
+
+    m_proxy.refuse(true);
+    m_proxy.cutAll();
+    std::thread back([&] {
+        std::this_thread::sleep_for(std::chrono::seconds(2));
+        m_proxy.refuse(false);
+    });
+    EXPECT_EQ(ask(), 0) << "it came back in time";
+    back.join();
+}
+
 TEST_F(ServerTroubleTest, ATransactionGoesWholeWithItsLine) {
     m_db->BeginTrans();
     EXPECT_EQ(sell(u"eins"_s), 0);

@@ -415,6 +415,26 @@ CREATE TABLE "Stornos" (
 CREATE INDEX "Stornos.Maschine_Abschluss" ON "Stornos" ("Maschine", "Abschluss");
 CREATE INDEX "Stornos.AbschlussID" ON "Stornos" ("AbschlussID");
 
+CREATE TABLE "BuchungsMarke" (
+  "Maschine" TEXT COLLATE GERMAN CHECK(length("Maschine")<=50),
+  "RechnungID" INTEGER,
+  "Datum" REAL,
+  "Zeit" REAL,
+  "PersonalNummer" INTEGER,
+  "KundenNummer" INTEGER,
+  "Kunde" TEXT COLLATE GERMAN CHECK(length("Kunde")<=101),
+  "ZahlArt" TEXT COLLATE GERMAN CHECK(length("ZahlArt")<=30),
+  "Betrag_Gesamt" INTEGER,
+  "Betrag_Gegeben" INTEGER,
+  "Betrag_Zurueck" INTEGER,
+  "KartenTyp" TEXT COLLATE GERMAN CHECK(length("KartenTyp")<=100),
+  "IsLieferschein" INTEGER NOT NULL ON CONFLICT REPLACE DEFAULT 0,
+  "LetzteZeile" INTEGER,
+  "Zeilen" INTEGER,
+  "Bestand" INTEGER,
+  "Unvollstaendig" INTEGER NOT NULL ON CONFLICT REPLACE DEFAULT 0
+) STRICT;
+
 CREATE TABLE "KassenBestand" (
   "Maschine" TEXT COLLATE GERMAN CHECK(length("Maschine")<=50),
   "Bestand" INTEGER

@@ -248,9 +248,9 @@ PostgresProxy::~PostgresProxy() {
 
 void PostgresProxy::setDelay(std::chrono::microseconds roundTrip) { m_halfDelay = roundTrip.count() / 2; }
 
-void PostgresProxy::cut(Cut where, const QByteArray& statement, int passed) {
+void PostgresProxy::cut(Cut where, const QByteArray& statement, int passed, After after) {
     const std::lock_guard lock(m_mutex);
-    m_order = Order{where, statement.toLower(), passed};
+    m_order = Order{where, statement.toLower(), passed, after};
 }
 
 bool PostgresProxy::hasCut() const {
@@ -270,6 +270,8 @@ std::optional<PostgresProxy::Cut> PostgresProxy::judge(const QByteArray& stateme
     if (!m_order || !statement.toLower().contains(m_order->statement)) return std::nullopt;
     if (m_order->passed-- > 0) return std::nullopt;
     const Cut where = m_order->where;
+    if (m_order->after == After::Deny) m_deny = true;
+    if (m_order->after == After::Close) m_refuse = true;
     m_order.reset();
     return where;
 }
@@ -279,6 +281,14 @@ void PostgresProxy::wake() const { std::ignore = ::write(m_wake[1], "x", 1); }
 void PostgresProxy::accept() {
     const int client = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
     if (client < 0) return;
+    if (m_deny) {
+        char asked[1024];
+        std::ignore = recv(client, asked, sizeof asked, 0);
+        static constexpr char words[] = "E\0\0\0\x25SFATAL\0C28000\0Mnobody may enter\0";
+        std::ignore = send(client, words, sizeof words, MSG_NOSIGNAL);
+        close(client);
+        return;
+    }
     const int server = newSocket();
     sockaddr_in address = loopback(m_serverPort);
     if (m_refuse || connect(server, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {

@@ -99,7 +99,8 @@ Program::Program(Waiter& waiter)
         return std::make_unique<CZVT>(config, *m_terminalWindow, &printTerminalReceipt);
     });
     m_printers = std::make_unique<SystemPrinters>();
-    m_startUp = std::make_unique<StartUp>(static_cast<StartUpScreens&>(*this), *m_printers, waiter);
+    m_startUp = std::make_unique<StartUp>(static_cast<StartUpScreens&>(*this), *m_printers, waiter,
+                                          QCoreApplication::arguments().mid(1).join(u' '));
     Theme::Apply();
 }
 

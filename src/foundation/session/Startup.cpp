@@ -12,6 +12,7 @@
 #include <session/gZVT.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
+#include <store/Schema.h>
 #include <store/StoreName.h>
 #include <text/DetailedError.h>
 
@@ -132,10 +133,12 @@ void PaintWaiter::Until(const std::function<bool()>& done) {
         Wait(pollMs);
 }
 
-StartUp::StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter)
+StartUp::StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter,
+                 const QString& commandLine)
     : m_screens(screens)
     , m_printers(printers)
-    , m_waiter(waiter) {}
+    , m_waiter(waiter)
+    , m_updatesStore(commandLine.toLower() == u"/dbupdate") {}
 
 StartUp::~StartUp() = default;
 
@@ -152,6 +155,7 @@ StartResult StartUp::Main() {
     while (!result) {
         try {
             openStore();
+            if (m_updatesStore) updateStore();
             loadSession();
             m_screens.ShowLogin();
             result = StartResult::Running;
@@ -235,6 +239,12 @@ void StartUp::openServer() {
     } else {
         gDB = OpenServerStore(m_server, m_waiter);
     }
+}
+
+// There is no other way to this: a normal start never changes the structure of a store.
+void StartUp::updateStore() {
+    splash(u"Datenbankstruktur wird überprüft und angepasst..."_s, 500);
+    schema::createMissingTables(*gDB);
 }
 
 void StartUp::loadSession() {

@@ -4,6 +4,8 @@
 #include "Engines.h"
 #include "Errors.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace store {
@@ -148,6 +150,41 @@ qint64 Connection::execute(const QString& sql) {
             if (!again || error.Number != 3000 || !refreshStructure()) throw;
             plan = this->plan(sql, literals);
         }
+    }
+}
+
+void Connection::executeTogether(const QStringList& texts) {
+    for (bool again = true;; again = false) {
+        std::vector<std::shared_ptr<Plan>> plans;
+        std::vector<std::unique_ptr<Prepared>> further; // of texts of one shape all but the first
+        std::vector<Prepared*> statements;
+        int before = 0, after = 0;
+        for (const QString& text : texts) {
+            std::vector<Value> literals;
+            const auto& plan = plans.emplace_back(this->plan(text, literals));
+            const jet::Kind kind = plan->statement->kind;
+            if (kind == jet::Kind::Select) raise(3065);
+            if (plan->statement->ddl) raise(3219);
+            if (engine().readOnly()) raise(3027);
+            Prepared* statement = &prepared(plan->main, plan->statement->sql);
+            if (std::find(statements.begin(), statements.end(), statement) != statements.end())
+                statement = further.emplace_back(m_engine->prepare(plan->statement->sql)).get();
+            if (kind == jet::Kind::Delete) statement->allowRepeat();
+            bind(*statement, *plan->statement, literals);
+            tableChanges(plan->statement->target);
+            before += statement->reprepared();
+            statements.push_back(statement);
+        }
+        try {
+            m_engine->runTogether(statements);
+        } catch (const RuntimeError& error) {
+            if (!again || error.Number != 3000 || !refreshStructure()) throw;
+            continue;
+        }
+        for (const Prepared* statement : statements)
+            after += statement->reprepared();
+        if (after != before) refreshStructure();
+        return noticeChange();
     }
 }
 

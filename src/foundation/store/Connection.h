@@ -5,6 +5,7 @@
 
 #include <QCache>
 #include <QHash>
+#include <QStringList>
 
 #include <map>
 
@@ -74,6 +75,8 @@ class Connection {
 
     /// Runs what gives no rows; the number of rows affected. Raises 3065 for a Select.
     qint64 execute(const QString& sql);
+    /// Runs several of them as one; raises 3065 for a Select, 3219 for a change of structure.
+    void executeTogether(const QStringList& texts);
     /// Steps a prepared write to its end.
     static void finish(Prepared& prepared);
     /// The same, and looks at the structure when the engine met a changed one.

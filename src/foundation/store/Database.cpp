@@ -150,6 +150,7 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString& Source, int Ty
 }
 
 qint64 Database::Execute(const QString& SQL) { return m_impl->connection->execute(SQL); }
+void Database::ExecuteTogether(const QStringList& SQL) { m_impl->connection->executeTogether(SQL); }
 
 QString Database::Translated(const QString& SQL) {
     std::vector<Value> literals;

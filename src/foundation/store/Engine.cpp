@@ -13,6 +13,20 @@ const jet::Column* TableDefinition::autoNumber() const {
     return nullptr;
 }
 
+void Engine::runTogether(std::span<Prepared* const> statements) {
+    const bool own = !inTransaction();
+    if (own) begin();
+    try {
+        for (Prepared* statement : statements)
+            for (Running running(*statement); running.step();) {
+            }
+        if (own) commit();
+    } catch (...) {
+        if (own) rollback();
+        throw;
+    }
+}
+
 bool IndexDefinition::covers(QStringView column) const {
     return std::any_of(columns.begin(), columns.end(), [&](const auto& part) {
         return column.compare(part.first, Qt::CaseInsensitive) == 0;

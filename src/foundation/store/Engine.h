@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -86,6 +87,8 @@ class Engine {
     /// Ends the connection; prepared statements that still exist become empty.
     virtual void close() noexcept = 0;
     [[nodiscard]] virtual std::unique_ptr<Prepared> prepare(const QByteArray& sql) = 0;
+    /// Runs writes whose parameters are bound as one: all of them or none. Each stands in the list once.
+    virtual void runTogether(std::span<Prepared* const> statements);
     /// Runs texts without parameters, several separated by semicolons.
     virtual void run(const QByteArray& sql) = 0;
 

@@ -48,6 +48,17 @@ void createTables(Database& db) {
     transaction.commit();
 }
 
+void createMissingTables(Database& db) {
+    store::Connection& connection = *db.impl().connection;
+    for (const TableRow& row : tables()) {
+        if (db.FindTableDef(QString::fromUtf16(row.name))) continue;
+        try {
+            connection.createTable(definitionOf(row));
+        } catch (const RuntimeError&) { // whoever needs the table says that it is missing
+        }
+    }
+}
+
 QString ddlText(QStringView engine) {
     QByteArray text;
     for (const TableRow& row : tables())

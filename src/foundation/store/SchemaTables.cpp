@@ -221,6 +221,15 @@ std::vector<TableRow> tillMovements() {
           real(u"Buchungs_Menge"), real(u"Menge"), text(u"Einheit", 20), flag(u"Abschluss"),
           whole(u"AbschlussID")},
          {{{u"Maschine", u"Abschluss"}}, {{u"AbschlussID"}}}},
+        // What a till is booking: named before the first write of a receipt, gone with the lines of the sale.
+        // One that was left unfinished stays for the owner.
+        {u"BuchungsMarke",
+         {text(u"Maschine", 50), whole(u"RechnungID"), date(u"Datum"), date(u"Zeit"),
+          whole(u"PersonalNummer"), whole(u"KundenNummer"), text(u"Kunde", 101), text(u"ZahlArt", 30),
+          money(u"Betrag_Gesamt"), money(u"Betrag_Gegeben"), money(u"Betrag_Zurueck"),
+          text(u"KartenTyp", 100), flag(u"IsLieferschein"), whole(u"LetzteZeile"), whole(u"Zeilen"),
+          whole(u"Bestand"), flag(u"Unvollstaendig")},
+         {}},
         {u"KassenBestand", {text(u"Maschine", 50), money(u"Bestand")}, {{{u"Maschine"}}}},
         {u"KassenAbschluss",
          {counter(u"AbschlussID"), text(u"Maschine", 50), today(), timeOfDay(), whole(u"PersonalNummer"),

@@ -4,6 +4,7 @@
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
+#include <QAction>
 #include <QMenu>
 #include <QScreen>
 
@@ -50,10 +51,14 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
                     .caption = m_till.UndoCaption(),
                     .act = [this] { m_till.TakeBack(); },
                     .enabled = [this] { return m_till.CanTakeBack(); }});
-    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s,
-                                         u"FileECFunction"_s, u"FileUndo"_s});
+    add(true, u"FileUnvollstaendig"_s, u"Unvollständige Belege"_s,
+        [this] { m_till.ShowIncompleteReceipts(); });
+    m_commands.fillMenu(*m_popFunction,
+                        {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s, u"FileECFunction"_s,
+                         u"FileUnvollstaendig"_s, u"FileUndo"_s});
     connect(&m_till, &till::Register::UndoChanged, this, &KassenMenus::showUndo);
     showUndo();
+    offerIncompleteReceipts();
     m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
 }
 
@@ -81,7 +86,15 @@ void KassenMenus::showUndo() {
     m_commands.update();
 }
 
-void KassenMenus::showFunction(const QWidget* key) { open(m_popFunction, key); }
+void KassenMenus::showFunction(const QWidget* key) {
+    offerIncompleteReceipts();
+    open(m_popFunction, key);
+}
+
+void KassenMenus::offerIncompleteReceipts() {
+    m_commands.action(u"FileUnvollstaendig"_s)->setVisible(m_till.HasIncompleteReceipts());
+}
+
 void KassenMenus::showKarte(const QWidget* key) { open(m_popKarte, key); }
 
 void KassenMenus::open(QMenu* menu, const QWidget* key) {

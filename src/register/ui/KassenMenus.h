@@ -30,6 +30,7 @@ class KassenMenus : public QObject {
   private:
     void open(QMenu* menu, const QWidget* key);
     void showUndo();
+    void offerIncompleteReceipts();
 
     QWidget& m_form;
     Commands& m_commands;

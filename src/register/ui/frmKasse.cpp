@@ -302,6 +302,9 @@ void frmKasse::resizeEvent(QResizeEvent* event) {
 void frmKasse::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     FocusInput();
+    // Questions about an interrupted booking come when the cashier can see the lines.
+    if (!std::exchange(m_resumed, true))
+        QTimer::singleShot(0, this, [this] { m_queue->run([this] { m_till.ResumeBooking(); }); });
 }
 
 bool frmKasse::event(QEvent* event) {

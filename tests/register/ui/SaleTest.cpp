@@ -1,5 +1,6 @@
 #include "Kasse.h"
 
+#include <session/Clock.h>
 #include <session/gZVT.h>
 #include <ui/AmountLabel.h>
 
@@ -289,6 +290,71 @@ TEST_F(Kasse, TakesBackWhatWasDoneLast) {
     QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(const_cast<QAction*>(undo)).center());
     EXPECT_EQ(2, lines().size());
     EXPECT_EQ(2, shop.count(u"Stornos"_s));
+}
+
+TEST_F(Kasse, AsksAboutAnInterruptedBookingOnceTheLinesAreInSight) {
+    scan(bread);
+    scan(milk);
+    form.reset();
+    const int number = shop.insert(u"Rechnung"_s, {}); // the number that the booking had taken
+    shop.db().Execute(u"DELETE FROM Rechnung"_s);
+    const auto mark = [&] {
+        shop.insert(u"BuchungsMarke"_s, {{u"Maschine"_s, u"KASSE-1"_s},
+                                         {u"RechnungID"_s, number},
+                                         {u"Datum"_s, DateTime::fromQDate(Now().date())},
+                                         {u"Zeit"_s, DateTime::fromQTime(QTime(14, 5))},
+                                         {u"Kunde"_s, u"Standardkunde"_s},
+                                         {u"ZahlArt"_s, u"KARTE"_s},
+                                         {u"KartenTyp"_s, u"VISA"_s},
+                                         {u"Betrag_Gesamt"_s, Currency::fromDouble(6.29)},
+                                         {u"Betrag_Gegeben"_s, Currency::fromDouble(6.29)},
+                                         {u"LetzteZeile"_s, shop.value(u"SELECT MAX(ID) FROM Bestellung"_s)},
+                                         {u"Zeilen"_s, 2}});
+    };
+    mark();
+    const QString question =
+        u"Beleg %1 über 6,29 € wurde um 14:05 bezahlt und nicht mehr gebucht. Bezahlt wurde mit der Karte VISA.\n\n"
+        "Es fehlen:\n%2  Dinkelbrot 750 g, 1 × 4,50 €\n...*"_s.arg(number)
+            .arg(bread);
+    dialogs.expectMsgBox(question, MsgIcon::Question, MsgAnswer::No);
+    open();
+    EXPECT_EQ(2, lines().size()) << "before anything is asked";
+    QCoreApplication::processEvents();
+    dialogs.verify();
+    EXPECT_EQ(2, lines().size());
+    EXPECT_EQ(0, shop.count(u"BuchungsMarke"_s)) << "nothing of it is in the books";
+
+    form.reset();
+    mark();
+    dialogs.expectMsgBox(question, MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectMsgBox(u"Beleg %1 über 6,29 € ist jetzt vollständig gebucht.\n\n...*"_s.arg(number),
+                         MsgIcon::Question, MsgAnswer::No);
+    open();
+    QCoreApplication::processEvents();
+    dialogs.verify();
+    EXPECT_TRUE(lines().isEmpty());
+    EXPECT_TRUE(inputHasFocus());
+    EXPECT_EQ((QStringList{u"%1|KARTE|VISA|6,29"_s.arg(number)}),
+              shop.rows(u"SELECT RechnungID, ZahlArt, KartenTyp, Betrag_Gesamt FROM Rechnung"_s));
+    EXPECT_EQ(2, shop.count(u"RechnungsDetail"_s));
+}
+
+TEST_F(Kasse, ShowsIncompleteReceiptsInTheMenuWhileThereAreSome) {
+    const auto offered = [this] {
+        press(Qt::Key_Less, Qt::ShiftModifier);
+        auto& menu = control<QMenu>(*form, u"popFunction"_s);
+        const bool shown = control<QAction>(*form, u"FileUnvollstaendig"_s).isVisible();
+        menu.close();
+        return shown;
+    };
+    EXPECT_FALSE(offered());
+    shop.insert(
+        u"BuchungsMarke"_s,
+        {{u"Maschine"_s, u"KASSE-2"_s}, {u"RechnungID"_s, 7}, {u"Zeilen"_s, 3}, {u"Unvollstaendig"_s, true}});
+    EXPECT_TRUE(offered());
+    dialogs.expectMsgBox(u"Diese Belege sind unvollständig geblieben:\n\nBeleg 7 ...*"_s);
+    control<QAction>(*form, u"FileUnvollstaendig"_s).trigger();
+    dialogs.verify();
 }
 
 TEST_F(Kasse, ClosesOnlyWhenTheOpenSaleIsGivenUp) {

@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <netdb.h>
 #include <poll.h>
+#include <sys/socket.h>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -50,6 +52,14 @@ bool knowsHost(const QString& host) {
     return code == 0;
 }
 
+// Whether the other side has ended the connection. Looked at before the library reads: afterwards it only has
+// words for it, in the language of the machine, and they name the stage instead of the cause.
+bool isClosed(int socket) {
+    char next = 0;
+    const ssize_t size = recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT);
+    return size == 0 || (size < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR);
+}
+
 // The library's words with the state in front ("... FATAL:  28P01: password ..."): the state is told apart,
 // of the rest the first line is enough.
 void readWords(PGconn* connection, ConnectFault& fault) {
@@ -90,6 +100,7 @@ bool PostgresLink::tryConnect(ConnectFault& fault) {
             stage == CONNECTION_SETENV)
             fault.stage = ConnectFault::Stage::Login;
         if (stage == CONNECTION_STARTED) fault.stage = ConnectFault::Stage::Network;
+        fault.closed = stage != CONNECTION_STARTED && isClosed(waiting.fd);
         status = PQconnectPoll(connection.get());
     }
     if (status == PGRES_POLLING_OK) {
@@ -106,7 +117,12 @@ bool PostgresLink::tryConnect(ConnectFault& fault) {
     fault.passwordMissing = PQconnectionNeedsPassword(connection.get()) != 0;
     readWords(connection.get(), fault);
     if (fault.timedOut) fault.words = u"keine Antwort"_s;
-    if (fault.state.isEmpty() && fault.stage == ConnectFault::Stage::Network && !fault.timedOut)
+    if (fault.closed && fault.state.isEmpty()) {
+        fault.stage = ConnectFault::Stage::Network; // at whatever stage it was met
+        fault.words = u"die Gegenseite schließt die Verbindung"_s;
+    }
+    if (fault.state.isEmpty() && fault.stage == ConnectFault::Stage::Network && !fault.timedOut &&
+        !fault.closed)
         fault.unknownHost = !knowsHost(fault.host);
     return false;
 }

@@ -5,6 +5,11 @@
 #include "PostgresStructure.h"
 #include "PostgresValue.h"
 
+#include <QDeadlineTimer>
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -97,17 +102,20 @@ void PostgresEngine::tellYear() {
 void PostgresEngine::reconnect() {
     // The first failure takes its time, since a server that is started anew comes back within seconds; those
     // that follow must not make each further click wait as long.
-    const int milliseconds = std::exchange(m_patient, false) ? patience : 0;
+    const QDeadlineTimer deadline(std::exchange(m_patient, false) ? patience : 0);
     m_discarded.clear();
-    m_link.connect(milliseconds);
-    try {
-        setUp();
-    } catch (const LostConnection&) {
-        m_link.close();
-        raiseLost();
-    } catch (...) {
-        m_link.close();
-        throw;
+    for (bool connected = false; !connected;) {
+        m_link.connect(static_cast<int>(deadline.remainingTime()));
+        try {
+            setUp();
+            connected = true;
+        } catch (const LostConnection&) { // a server that falls again while it gets up
+            m_link.close();
+            if (deadline.hasExpired()) raiseLost();
+        } catch (...) {
+            m_link.close();
+            throw;
+        }
     }
     m_patient = true;
     m_reconnected = true;
@@ -124,19 +132,44 @@ void PostgresEngine::lost(const LostConnection& how, bool writes) {
 }
 
 void PostgresEngine::start(PostgresPrepared& statement) {
+    const std::array one{&statement};
+    send(one);
+}
+
+// What travels together without a transaction around it is one for the server.
+void PostgresEngine::runTogether(std::span<Prepared* const> statements) {
+    std::vector<PostgresPrepared*> own;
+    for (Prepared* statement : statements)
+        own.push_back(static_cast<PostgresPrepared*>(statement));
+    send(own);
+    for (Prepared* statement : statements)
+        statement->reset();
+}
+
+void PostgresEngine::send(Statements statements) {
+    const auto all = [&](bool PostgresPrepared::*what) {
+        return std::all_of(statements.begin(), statements.end(),
+                           [what](const PostgresPrepared* one) { return one->*what; });
+    };
+    const bool reads = all(&PostgresPrepared::m_reads);
     bool repeated = false; // though the first time may have done it
     for (bool again : {true, false}) {
         try {
-            ready();
-            if (statement.m_stream) return startStream(statement);
-            if (!tryStatement(statement, true)) std::ignore = tryStatement(statement, false);
+            try {
+                ready();
+            } catch (const RuntimeError&) { // nobody is there to ask
+                if (repeated && !reads) raiseUnknownOutcome();
+                throw;
+            }
+            if (statements.front()->m_stream) return startStream(*statements.front());
+            if (!trySending(statements, true)) std::ignore = trySending(statements, false);
             // A row that is gone now was taken away by the first time.
-            if (repeated && statement.m_sql.startsWith("DELETE"))
+            if (repeated && statements.back()->m_sql.startsWith("DELETE"))
                 m_affected = std::max<qint64>(m_affected, 1);
             return;
         } catch (const LostConnection& how) {
-            const bool harmless = statement.m_reads || statement.m_repeatable || how.nothingDone;
-            if (!again || !harmless || m_transaction) lost(how, !statement.m_reads);
+            const bool harmless = reads || all(&PostgresPrepared::m_repeatable) || how.nothingDone;
+            if (!again || !harmless || m_transaction) lost({how.nothingDone && !repeated}, !reads);
             m_link.close();
             repeated = !how.nothingDone;
         }
@@ -145,30 +178,39 @@ void PostgresEngine::start(PostgresPrepared& statement) {
 
 // Inside a transaction a savepoint travels with the statement, so that a fault takes back the statement
 // alone.
-bool PostgresEngine::tryStatement(PostgresPrepared& statement, bool mayPrepareAnew) {
+bool PostgresEngine::trySending(Statements statements, bool mayPrepareAnew) {
+    struct Travelling {
+        PostgresPrepared* statement;
+        bool prepares;
+        std::size_t run; ///< its place among the orders
+    };
+    QVarLengthArray<Travelling, 2> travelling;
     std::vector<PostgresOrder> orders;
     using Kind = PostgresOrder::Kind;
     if (m_discarded.size() > mostDiscarded)
         for (const QByteArray& name : std::exchange(m_discarded, {}))
             orders.push_back({Kind::Text, "DEALLOCATE " + name, {}, nullptr, {}});
     if (m_transaction) orders.push_back({Kind::Text, "SAVEPOINT statement", {}, nullptr, {}});
-    const bool prepares = statement.m_epoch != m_link.epoch();
-    if (prepares)
-        orders.push_back({Kind::Prepare, statement.m_sql, statement.m_name, nullptr, statement.m_types});
-    const std::size_t own = orders.size();
-    orders.push_back({Kind::Run, {}, statement.m_name, &statement.m_values, {}});
+    for (PostgresPrepared* one : statements) {
+        const bool prepares = one->m_epoch != m_link.epoch();
+        if (prepares) orders.push_back({Kind::Prepare, one->m_sql, one->m_name, nullptr, one->m_types});
+        travelling.push_back({one, prepares, orders.size()});
+        orders.push_back({Kind::Run, {}, one->m_name, &one->m_values, {}});
+    }
     if (m_transaction) orders.push_back({Kind::Text, "RELEASE statement", {}, nullptr, {}});
 
     std::vector<PostgresResult> results = m_link.roundTrip(orders);
-    if (prepares && !failed(results[own - 1].get())) {
-        statement.m_epoch = m_link.epoch();
-        ++statement.m_prepared;
+    for (const Travelling& one : travelling) {
+        if (!one.prepares || failed(results[one.run - 1].get())) continue;
+        one.statement->m_epoch = m_link.epoch();
+        ++one.statement->m_prepared;
     }
     PostgresResult* fault = nullptr;
     for (PostgresResult& result : results)
         if (!fault && failed(result.get())) fault = &result;
     if (!fault) {
-        take(statement, std::move(results[own]));
+        for (const Travelling& one : travelling)
+            take(*one.statement, std::move(results[one.run]));
         return true;
     }
     if (m_transaction) {
@@ -176,10 +218,15 @@ bool PostgresEngine::tryStatement(PostgresPrepared& statement, bool mayPrepareAn
                                               {Kind::Text, "RELEASE statement", {}, nullptr, {}}};
         std::ignore = m_link.roundTrip(back);
     }
-    if (mayPrepareAnew && !prepares && isStalePlan(fault->get())) {
-        statement.m_name =
-            nextName(); // the server may know the old one or not, so it is not told to forget it
-        statement.m_epoch = 0;
+    bool mayBeStale = false;
+    for (const Travelling& one : travelling)
+        mayBeStale |= !one.prepares;
+    if (mayPrepareAnew && mayBeStale && isStalePlan(fault->get())) {
+        for (const Travelling& one : travelling) {
+            // The server may know the old one or not, so it is not told to forget it.
+            one.statement->m_name = nextName();
+            one.statement->m_epoch = 0;
+        }
         return false;
     }
     raisePostgres(fault->get(), m_counters);

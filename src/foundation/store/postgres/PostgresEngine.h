@@ -26,6 +26,7 @@ class PostgresEngine final : public Engine {
 
     void close() noexcept override;
     std::unique_ptr<Prepared> prepare(const QByteArray& sql) override;
+    void runTogether(std::span<Prepared* const> statements) override;
     void run(const QByteArray& sql) override;
 
     qint64 affected() const override { return m_affected; }
@@ -81,8 +82,12 @@ class PostgresEngine final : public Engine {
     void reconnect();
     void tellYear();
     [[noreturn]] void lost(const LostConnection& how, bool writes);
-    /// One try; false when the text has to be prepared anew first.
-    [[nodiscard]] bool tryStatement(PostgresPrepared& statement, bool mayPrepareAnew);
+    using Statements = std::span<PostgresPrepared* const>;
+    /// Sends them in one trip; outside a transaction they are one. Makes the connection anew where that is
+    /// harmless.
+    void send(Statements statements);
+    /// One try; false when a text has to be prepared anew first.
+    [[nodiscard]] bool trySending(Statements statements, bool mayPrepareAnew);
     void startStream(PostgresPrepared& statement);
     void take(PostgresPrepared& statement, PostgresResult result);
     /// Runs texts and gives the last result, raising what failed.

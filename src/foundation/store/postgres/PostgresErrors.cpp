@@ -86,7 +86,7 @@ bool isStalePlan(const PGresult* result) {
 bool mayPass(const ConnectFault& fault) {
     if (fault.stage == ConnectFault::Stage::Network) return !fault.unknownHost && !fault.timedOut;
     if (fault.state.isEmpty()) return fault.stage == ConnectFault::Stage::Login && !fault.passwordMissing;
-    return fault.state == u"57P03" || fault.state == u"57P01";
+    return fault.state == u"57P03" || fault.state == u"57P01" || fault.state == u"57P02";
 }
 
 void raiseConnect(const ConnectFault& fault) {
@@ -110,7 +110,7 @@ void raiseConnect(const ConnectFault& fault) {
             notConnected,
             u"Der Datenbankserver '%1' nimmt keine weiteren Verbindungen an.%2 Bitte nicht "
             "benötigte Programme abmelden oder max_connections erhöhen."_s.arg(fault.host, nothingDone));
-    if (fault.state == u"57P03" || fault.state == u"57P01")
+    if (fault.state == u"57P03" || fault.state == u"57P01" || fault.state == u"57P02")
         raiseTold(notConnected,
                   u"Der Datenbankserver '%1' startet oder beendet sich gerade.%2 Bitte in einer "
                   "Minute wiederholen."_s.arg(fault.host, nothingDone));

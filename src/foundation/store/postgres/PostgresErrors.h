@@ -31,6 +31,7 @@ struct ConnectFault {
     bool passwordMissing = false;
     bool unknownHost = false;
     bool timedOut = false;
+    bool closed = false; ///< by the other side, without a word
 };
 [[noreturn]] void raiseConnect(const ConnectFault& fault);
 /// True when waiting a little may help: nobody listens, or the server is just starting or stopping.

@@ -60,6 +60,8 @@ SqliteEngine::~SqliteEngine() { close(); }
 void SqliteEngine::close() noexcept {
     m_structureVersion.reset();
     m_nextNumber.reset();
+    m_begin.reset();
+    m_commit.reset();
     for (SqlitePrepared* statement : m_statements)
         statement->abandon();
     m_statements.clear();
@@ -166,6 +168,12 @@ void SqliteEngine::run(const QByteArray& sql) {
     if (!m_db) raise(3420);
     const int code = sqlite3_exec(m_db, sql.constData(), nullptr, nullptr, nullptr);
     if (code != SQLITE_OK) raiseLast(code);
+}
+
+void SqliteEngine::finish(std::unique_ptr<Prepared>& slot, const QByteArray& sql) {
+    if (!slot) slot = prepare(sql);
+    for (Running running(*slot); running.step();) {
+    }
 }
 
 qint64 SqliteEngine::affected() const { return sqlite3_changes64(m_db); }

@@ -31,8 +31,8 @@ class SqliteEngine final : public Engine {
     qint64 lastKey() const override;
     qint64 structureVersion() override;
     bool inTransaction() const override;
-    void begin() override { run("BEGIN IMMEDIATE"); }
-    void commit() override { run("COMMIT"); }
+    void begin() override { finish(m_begin, "BEGIN IMMEDIATE"); }
+    void commit() override { finish(m_commit, "COMMIT"); }
     void rollback() noexcept override;
 
     qint64 nextAutoNumber(const QString& table) override;
@@ -66,6 +66,7 @@ class SqliteEngine final : public Engine {
     void refreshIndexes();
     void workOnCopy();
     [[noreturn]] void raiseLast(int code, SqliteTask task = SqliteTask::Work);
+    void finish(std::unique_ptr<Prepared>& slot, const QByteArray& sql);
     [[nodiscard]] qint64 number(const QByteArray& sql);
     [[nodiscard]] QByteArray text(const QByteArray& sql);
 
@@ -79,6 +80,7 @@ class SqliteEngine final : public Engine {
     std::unique_ptr<UserLock> m_users;
     std::unique_ptr<Prepared> m_structureVersion;
     std::unique_ptr<Prepared> m_nextNumber;
+    std::unique_ptr<Prepared> m_begin, m_commit;
     std::unordered_set<SqlitePrepared*> m_statements;
 };
 

@@ -5,11 +5,11 @@
 
 #include <QAbstractTableModel>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace till {
@@ -78,9 +78,16 @@ class Basket : public QAbstractTableModel {
     void CancelEdit() noexcept;
     /// Thanks the customer on the display; a handler of its own.
     void SetLCDDefault();
-    /// "DELETE FROM Bestellung" for this till, without touching the list; `lastID` spares the lines behind
-    /// it.
-    void DeleteRows(std::optional<int> lastID = {});
+    /// "DELETE FROM Bestellung" for this till, without touching the list.
+    void DeleteRows();
+    /// The statement that deletes the lines of this till up to `lastID`.
+    [[nodiscard]] static QString DeleteStatement(int lastID);
+
+    /// Compares each line of the list with the store, by its number, price and quantity. False when they
+    /// differ: the list is read and shown anew, and the differences are told, `more` behind them.
+    [[nodiscard]] bool IsAsStored(const QString& more = {});
+    /// The same after a write of which nobody knows whether it arrived, else true without asking.
+    [[nodiscard]] bool Confirm();
 
     /// Raises 91 before Open.
     [[nodiscard]] Recordset& rsBestellung();
@@ -123,7 +130,9 @@ class Basket : public QAbstractTableModel {
         int ID = 0;
         std::array<QString, ColumnCount> text;
         Currency amount; ///< the last text read back
-        double pieces = 0;
+        // What the store has in the line, as far as it makes the amount.
+        Currency price;
+        double menge = 0;
         QString mark;
         bool linked = false;
     };
@@ -140,6 +149,9 @@ class Basket : public QAbstractTableModel {
     [[nodiscard]] std::vector<Row> readRows();
     /// Lines that stood in the list keep their origin, others are held against the links on file.
     void findLinked(std::vector<Row>& rows, const std::vector<Row>& before) const;
+    [[nodiscard]] bool sameAsStored() const;
+    /// What became of the lines of `before`, a line for each change.
+    [[nodiscard]] QStringList changesSince(const std::vector<Row>& before) const;
     void replaceRows(std::vector<Row> rows);
     void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);
@@ -157,6 +169,7 @@ class Basket : public QAbstractTableModel {
     std::unique_ptr<Recordset> m_rs;
     std::vector<Row> m_rows;
     int m_selected = -1;
+    bool m_inDoubt = false; ///< nobody knows whether the last write arrived
     QString m_gesamt, m_count;
     StockLabel m_stock;
     ArticlePicture m_picture;

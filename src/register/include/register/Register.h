@@ -45,6 +45,12 @@ class Register : public QObject {
 
     /// Print mode, cards, customer, gMaschine, record sets, keys, title and the rows of an interrupted sale.
     void Load();
+    /// Settles what an earlier process of this till left in the middle of a booking: tells it and asks. To be
+    /// called once the register is on the screen; every act of the cashier does it first where nobody has.
+    void ResumeBooking();
+    /// Receipts whose booking was interrupted and that were left as they are, until the owner settles them.
+    [[nodiscard]] bool HasIncompleteReceipts();
+    void ShowIncompleteReceipts();
     using Unload = till::Unload;
     /// Asks about open and parked sales and cancels them.
     [[nodiscard]] Unload QueryUnload();

@@ -35,12 +35,19 @@ class PostgresProxy {
     };
     /// Cuts the connection at the next execution of a statement whose text contains `statement` (without
     /// case), after `passed` others of the kind went through. Once.
-    void cut(Cut where, const QByteArray& statement, int passed = 0);
+    enum class After {
+        Accept,
+        Close, ///< as refuse() from then on
+        Deny   ///< as deny()
+    };
+    void cut(Cut where, const QByteArray& statement, int passed = 0, After after = After::Accept);
     [[nodiscard]] bool hasCut() const; ///< what cut() ordered has happened
     /// Ends all connections at once.
     void cutAll();
     /// While on, new connections are closed before they have begun.
     void refuse(bool on) { m_refuse = on; }
+    /// While on, new connections are told that they may not enter: no till tries that again.
+    void deny(bool on) { m_deny = on; }
     /// How often a till waited for the server so far.
     [[nodiscard]] int roundTrips() const { return m_roundTrips; }
 
@@ -50,6 +57,7 @@ class PostgresProxy {
         Cut where;
         QByteArray statement;
         int passed;
+        After after;
     };
 
     void work();
@@ -62,7 +70,7 @@ class PostgresProxy {
     quint16 m_port = 0;
     int m_listener = -1;
     int m_wake[2] = {-1, -1};
-    std::atomic<bool> m_stop = false, m_refuse = false, m_cutAll = false;
+    std::atomic<bool> m_stop = false, m_refuse = false, m_deny = false, m_cutAll = false;
     std::atomic<int> m_roundTrips = 0;
     std::atomic<qint64> m_halfDelay = 0; ///< microseconds
     mutable std::mutex m_mutex;          ///< guards m_order

@@ -65,8 +65,10 @@ enum class StartResult {
 ///     if (start.Main() != StartResult::Running) return 1;
 class StartUp {
   public:
-    /// All three are kept by reference.
-    StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter);
+    /// The first three are kept by reference. `commandLine` is what stands behind the program's name;
+    /// "/dbupdate" alone brings a store of an older program up to date.
+    StartUp(StartUpScreens& screens, const PrinterList& printers, Waiter& waiter,
+            const QString& commandLine = {});
     ~StartUp();
 
     /// Fills gSystem, gAppPath, gDefaultUrl, gDBPath, gDB, the settings and the colours in a fixed order.
@@ -85,6 +87,7 @@ class StartUp {
     void openStore();
     void openFile();
     void openServer();
+    void updateStore();
     void loadSession();
     void findTerminal();
     void splash(const QString& line, int milliseconds);
@@ -95,7 +98,8 @@ class StartUp {
     std::unique_ptr<InstanceLock> m_lock;
     bool m_passwordTried = false; ///< the one retry of a wrong password, for the whole process
     QString m_server;             ///< its address, "" when the store is a file
-    bool m_createStore = false;   ///< somebody wanted the empty database on the server to be filled
+    const bool m_updatesStore;
+    bool m_createStore = false; ///< somebody wanted the empty database on the server to be filled
 };
 
 /// Screen colours: built-in values, replaced by the set that is active in `Colors`.

@@ -4,6 +4,7 @@
 #include <text/Value.h>
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -102,6 +103,9 @@ class Database {
     /// Runs anything that gives no rows; the number of rows affected. Raises likewise, and 3022 duplicate
     /// key, 3163 text too long, 3027 read-only, 3026 disk full, 3260 locked.
     qint64 Execute(const QString& SQL);
+    /// Runs several writes of rows as one, in one trip to a server: all of them are done or none. Raises as
+    /// Execute does, and 3219 for a change of structure.
+    void ExecuteTogether(const QStringList& SQL);
 
     /// The engine's text for a statement, as it would run; nothing is run.
     [[nodiscard]] QString Translated(const QString& SQL);

@@ -32,6 +32,9 @@ struct TableRow {
 [[nodiscard]] const std::vector<TableRow>& tables();
 /// Creates all tables and indexes in an empty store.
 void createTables(Database& db);
+/// Creates the tables that a store of an older program lacks; each that cannot be made stays missing, and
+/// nobody is told.
+void createMissingTables(Database& db);
 /// The statements of createTables as text, for the golden files; `engine` is "sqlite" or "postgres".
 [[nodiscard]] QString ddlText(QStringView engine);
 

@@ -87,5 +87,5 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     KassenMenus* m_menus = nullptr;
     EntryKeyboard* m_keyboard = nullptr;
     QTimer m_clock;
-    bool m_unloaded = false, m_inCloseEvent = false;
+    bool m_unloaded = false, m_inCloseEvent = false, m_resumed = false;
 };
