@@ -1,6 +1,8 @@
 #include <session/Error.h>
 #include <session/Log.h>
 #include <session/MsgBox.h>
+#include <session/StoreRescue.h>
+#include <store/Database.h>
 
 using namespace Qt::StringLiterals;
 
@@ -20,4 +22,5 @@ void ShowProgrammFehler(int Number, const QString& Source, const QString& Descri
 
 void ShowProgrammFehler(const RuntimeError& error, const QString& source) {
     ShowProgrammFehler(error.Number, error.Source.isEmpty() ? source : error.Source, error.Description);
+    if (error.Number == store::StoreGone) OfferStoreCopy();
 }

@@ -6,5 +6,5 @@
 /// raises.
 void ShowProgrammFehler(int Number, const QString& Source, const QString& Description);
 /// The same for a caught error; `source` names the form or module when the error carries no source of its
-/// own.
+/// own. Behind the error of a store whose file has gone, a copy of the store is offered.
 void ShowProgrammFehler(const RuntimeError& error, const QString& source);
