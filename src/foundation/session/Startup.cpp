@@ -6,6 +6,7 @@
 #include <session/Log.h>
 #include <session/MsgBox.h>
 #include <session/ServerStore.h>
+#include <session/ServerWait.h>
 #include <session/Settings.h>
 #include <session/ShopFiles.h>
 #include <session/Startup.h>
@@ -241,6 +242,7 @@ void StartUp::openFile() {
 
 // A server has users and rights of its own, so the passwords of the file have no part in this.
 void StartUp::openServer() {
+    TakeServerLimit();
     splash(u"Verbinde mit dem Server ..."_s, 300);
     if (const QString fault = ServerAddressFault(m_server); !fault.isEmpty())
         throw RuntimeError(fileMissing, fault, text(module));

@@ -147,7 +147,13 @@ qint64 Recordset::Impl::insertAnyhow(store::Prepared& statement) {
             const bool unknown = error.Number == store::outcomeUnknown;
             const bool late = uncertain && error.Number == 3022; // it arrived just now
             if (!number || !(unknown || late)) throw;
-            if (arrived()) return *number;
+            bool there = false;
+            try {
+                there = arrived();
+            } catch (const RuntimeError&) { // nobody is there to ask: the doubt stays, and is told as one
+                throw error;
+            }
+            if (there) return *number;
             if (!unknown || attempt == 2) throw;
             uncertain = true;
         }

@@ -41,8 +41,8 @@ PostgresEngine::PostgresEngine(PostgresAddress address, Access access, Place pla
         if (place == Place::Existing && state == State::Empty) raise(3011, m_link.address().shown());
         setUp();
         if (place == Place::Existing) install();
-    } catch (const LostConnection&) {
-        raiseLost();
+    } catch (const LostConnection& how) {
+        raiseLost(how.how);
     }
     m_opening = false;
 }
@@ -70,7 +70,7 @@ void PostgresEngine::forget(PostgresPrepared& statement) noexcept {
 // ---- one statement
 
 void PostgresEngine::ready() {
-    if (m_link.readingRows()) raise(3219);
+    if (m_link.readingRows() || m_link.waiting()) raise(3219);
     if (m_broken) raiseLostTransaction();
     if (m_link.alive()) return tellYear();
     if (m_transaction) {
@@ -95,6 +95,7 @@ void PostgresEngine::tellYear() {
 }
 
 void PostgresEngine::reconnect() {
+    if (const auto how = m_link.justGivenUp()) raiseLost(*how);
     // The first failure takes its time, since a server that is started anew comes back within seconds; those
     // that follow must not make each further click wait as long.
     const int milliseconds = std::exchange(m_patient, false) ? patience : 0;
@@ -102,9 +103,9 @@ void PostgresEngine::reconnect() {
     m_link.connect(milliseconds);
     try {
         setUp();
-    } catch (const LostConnection&) {
+    } catch (const LostConnection& how) {
         m_link.close();
-        raiseLost();
+        raiseLost(how.how);
     } catch (...) {
         m_link.close();
         throw;
@@ -119,8 +120,8 @@ void PostgresEngine::lost(const LostConnection& how, bool writes) {
         m_broken = true;
         raiseLostTransaction();
     }
-    if (writes && !how.nothingDone) raiseUnknownOutcome();
-    raiseLost();
+    if (writes && !how.nothingDone) raiseUnknownOutcome(how.how);
+    raiseLost(how.how);
 }
 
 void PostgresEngine::start(PostgresPrepared& statement) {
@@ -136,7 +137,7 @@ void PostgresEngine::start(PostgresPrepared& statement) {
             return;
         } catch (const LostConnection& how) {
             const bool harmless = statement.m_reads || statement.m_repeatable || how.nothingDone;
-            if (!again || !harmless || m_transaction) lost(how, !statement.m_reads);
+            if (!again || !harmless || m_transaction || how.givenUp()) lost(how, !statement.m_reads);
             m_link.close();
             repeated = !how.nothingDone;
         }
@@ -214,7 +215,7 @@ PostgresResult PostgresEngine::nextRow(PostgresPrepared& statement, bool first) 
             return row;
         } catch (const LostConnection& how) {
             m_streaming = nullptr;
-            if (!again) lost(how, false);
+            if (!again || how.givenUp()) lost(how, false);
             m_link.close();
             start(statement);
         }
@@ -225,8 +226,12 @@ void PostgresEngine::endRows() noexcept {
     m_streaming = nullptr;
     m_link.endRows();
     if (!m_transaction || m_broken) return;
-    // Also after a success: the savepoint was set before the rows were read.
-    const PostgresResult result(PQexec(m_link.handle(), "ROLLBACK TO statement; RELEASE statement"), PQclear);
+    try {
+        // Also after a success: the savepoint was set before the rows were read.
+        if (m_link.handle()) std::ignore = m_link.simple("ROLLBACK TO statement; RELEASE statement");
+    } catch (const LostConnection&) {
+        m_link.close(); // the next statement tells what became of the transaction
+    }
 }
 
 void PostgresEngine::take(PostgresPrepared& statement, PostgresResult result) {
@@ -274,7 +279,7 @@ void PostgresEngine::begin() {
             m_transaction = true;
             return;
         } catch (const LostConnection& how) {
-            if (!again) lost(how, false);
+            if (!again || how.givenUp()) lost(how, false);
             m_link.close();
         }
     }
@@ -298,7 +303,12 @@ void PostgresEngine::rollback() noexcept {
     m_broken = false;
     if (!std::exchange(m_transaction, false)) return;
     // Without a connection the server does it by itself.
-    if (m_link.alive()) const PostgresResult result(PQexec(m_link.handle(), "ROLLBACK"), PQclear);
+    if (m_link.waiting() || !m_link.alive()) return m_link.close();
+    try {
+        std::ignore = m_link.simple("ROLLBACK");
+    } catch (const LostConnection&) {
+        m_link.close();
+    }
 }
 
 // ---- what the store asks besides
@@ -314,7 +324,8 @@ qint64 PostgresEngine::structureVersion() {
 }
 
 bool PostgresEngine::heardOfChange() {
-    if (m_link.readingRows() || m_broken || !m_link.alive()) return false; // the next statement sees to it
+    if (m_link.readingRows() || m_link.waiting() || m_broken || !m_link.alive())
+        return false; // the next statement sees to it
     return m_reconnected || m_link.told() != m_toldSeen;
 }
 

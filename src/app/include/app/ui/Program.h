@@ -1,5 +1,6 @@
 #pragma once
 
+#include <session/ServerWait.h>
 #include <session/Startup.h>
 #include <ui/TouchDialogs.h>
 
@@ -54,6 +55,7 @@ class Program : private StartUpScreens {
     std::unique_ptr<PrinterList> m_printers;
     std::unique_ptr<WaitWindow> m_terminalWindow, m_waitWindow;
     WaitScreen* m_waitScreenBefore = nullptr;
+    ScreenPatience m_serverPatience;
     std::unique_ptr<StartUp> m_startUp;
     std::unique_ptr<frmSplash> m_splash;
     std::unique_ptr<frmLogin> m_login;
