@@ -1,6 +1,7 @@
 #include <printing/Beleg.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
+#include <session/gKunde.h>
 
 #include <QScopedValueRollback>
 
@@ -14,6 +15,14 @@ void printForm(int RechnungID, const BelegDialoge& dialoge) {
     Print_Formular(RechnungID, u"Quittung.pld"_s, 0, dialoge);
 }
 
+/// As the key of the print dialog does.
+void printReceipt(int RechnungID, BelegArt art) {
+    if (art == BelegArt::Kasse && gPrintDirectIO)
+        Print_BON_Direct(RechnungID);
+    else
+        Print_BON(RechnungID);
+}
+
 } // namespace
 
 void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
@@ -21,12 +30,7 @@ void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
         const QScopedValueRollback oneReceipt(gPrintMode);
         if (!Handle("frmKassePrintDlg", dialoge.ShowPrintDlg)) return;
         if (gPrintMode == asForm) printForm(RechnungID, dialoge);
-        if (gPrintMode == asReceipt) {
-            if (art == BelegArt::Kasse && gPrintDirectIO)
-                Print_BON_Direct(RechnungID);
-            else
-                Print_BON(RechnungID);
-        }
+        if (gPrintMode == asReceipt) printReceipt(RechnungID, art);
     } else if (gPrintMode == asForm) {
         printForm(RechnungID, dialoge);
     } else if (gPrintMode == asReceipt) {
@@ -34,4 +38,16 @@ void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
         // only.
         Print_BON(RechnungID);
     }
+}
+
+void ReprintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
+    // A sale may be open: printing must not change whose it is.
+    const QScopedValueRollback customer(gKunde);
+    const QScopedValueRollback oneCopy(gDruckerKopies, 1);
+    if (gPrintMode == asForm)
+        printForm(RechnungID, dialoge);
+    else if (gPrintMode == asReceipt)
+        Print_BON(RechnungID);
+    else
+        printReceipt(RechnungID, art);
 }

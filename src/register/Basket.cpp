@@ -1,4 +1,5 @@
 #include "CustomerDisplay.h"
+#include "LineMarks.h"
 
 #include <register/Basket.h>
 #include <register/Prices.h>
@@ -15,6 +16,9 @@
 #include <store/Database.h>
 #include <store/SqlText.h>
 #include <text/Convert.h>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -56,10 +60,12 @@ Basket::Row Basket::makeRow(const Line& line, Net net) const {
         row.text[GPreis] = MoneyText(price * line.Buchungs_Menge * (1 + line.SteuerSatz / 100));
     }
     row.amount = ReadMoney(row.text[GPreis]);
+    row.pieces = line.Buchungs_Menge;
+    row.mark = DiscountMark(line.ListPrice, line.Price);
     return row;
 }
 
-void Basket::AddArtikelToBestellung() {
+void Basket::AddArtikelToBestellung(LineOrigin origin) {
     Recordset& rs = rsBestellung();
     if (gSystem->ReadProfileString(u"GLOBAL"_s, gArtikel.Nummer, gDBPath + u"artikel.ini"_s) == u"1"_s) {
         gArtikel.VKPreis = -gArtikel.VKPreis;
@@ -99,9 +105,12 @@ void Basket::AddArtikelToBestellung() {
                     double(gArtikel.Buchungs_Menge),
                     gArtikel.Menge,
                     gArtikel.Einheit,
+                    prices.VKPreis,
                     prices.VKPreis_Rabatt,
                     gArtikel.SteuerSatz.toDouble()};
     Row row = makeRow(line, Net::Exact);
+    row.linked = origin == LineOrigin::Linked;
+    const bool repeated = !row.linked && repeatsLast(line.Nummer);
     rs.Update();
     rs.MoveToLastModified();
 
@@ -111,18 +120,16 @@ void Basket::AddArtikelToBestellung() {
     endInsertRows();
     select(last);
     RefreshGesamt();
+    if (repeated) emit Repeated(last);
     Trap([&] { show(last, line); }); // nobody needs to ask whether the row is there
 }
 
 Basket::Line Basket::currentLine() {
     const Recordset& rs = rsBestellung();
-    return {rs.Long(u"ID"),
-            rs.Text(u"ArtikelNummer"),
-            rs.Text(u"ArtikelName"),
-            rs.Number(u"Buchungs_Menge"),
-            rs.Number(u"Menge"),
-            rs.Text(u"Einheit"),
-            rs.Money(u"VKPreis_Rabatt"),
+    return {rs.Long(u"ID"),          rs.Text(u"ArtikelNummer"),
+            rs.Text(u"ArtikelName"), rs.Number(u"Buchungs_Menge"),
+            rs.Number(u"Menge"),     rs.Text(u"Einheit"),
+            rs.Money(u"VKPreis"),    rs.Money(u"VKPreis_Rabatt"),
             rs.Number(u"SteuerSatz")};
 }
 
@@ -132,7 +139,9 @@ void Basket::LoadBestellungen() {
     replaceRows({});
     m_screen.Yield();
     try {
-        replaceRows(readRows());
+        std::vector<Row> rows = readRows();
+        findLinked(rows, shown);
+        replaceRows(std::move(rows));
     } catch (...) { // the sale is still open, so it stays on the screen
         replaceRows(std::move(shown));
         select(selected);
@@ -158,6 +167,33 @@ std::vector<Basket::Row> Basket::readRows() {
     return rows;
 }
 
+void Basket::findLinked(std::vector<Row>& rows, const std::vector<Row>& before) const {
+    // Both are in the order of their IDs.
+    bool strangers = false;
+    auto known = before.begin();
+    for (Row& row : rows) {
+        known = std::find_if(known, before.end(), [&](const Row& old) { return old.ID >= row.ID; });
+        if (known != before.end() && known->ID == row.ID)
+            row.linked = known->linked;
+        else
+            strangers = true;
+    }
+    if (!strangers || rows.size() < 2) return;
+    LinkedLines links;
+    const auto rs = gDB->OpenRecordset(
+        u"SELECT SourceArtikelNummer, DestArtikelNummer FROM VerbundArtikel WHERE SourceArtikelNummer IN "
+        "(SELECT ArtikelNummer FROM Bestellung WHERE Maschine=%1);"_s.arg(sql::text(gMaschine)));
+    for (; !rs->Eof(); rs->MoveNext())
+        links.link(rs->Text(u"SourceArtikelNummer"), rs->Text(u"DestArtikelNummer"));
+    for (Row& row : rows)
+        row.linked = links.next(row.text[ArtikelNr]);
+}
+
+bool Basket::repeatsLast(const QString& nummer) const {
+    const auto own = std::find_if(m_rows.rbegin(), m_rows.rend(), [](const Row& row) { return !row.linked; });
+    return own != m_rows.rend() && own->text[ArtikelNr] == nummer;
+}
+
 void Basket::replaceRows(std::vector<Row> rows) {
     beginResetModel();
     m_rows = std::move(rows);
@@ -167,9 +203,16 @@ void Basket::replaceRows(std::vector<Row> rows) {
 
 void Basket::RefreshGesamt() {
     Currency sum;
-    for (const Row& row : m_rows)
+    double pieces = 0;
+    for (const Row& row : m_rows) {
         sum += row.amount;
+        pieces += row.pieces;
+    }
     ShowGesamt(MoneyText(sum));
+    if (QString count = CountText(rowCount(), pieces); count != m_count) {
+        m_count = std::move(count);
+        emit ZaehlerChanged(m_count);
+    }
     StockLabel label = m_stock;
     label.visible = !isEmpty();
     setStock(std::move(label));
@@ -247,6 +290,7 @@ void Basket::ChangeQuantity(double amount) {
     rs.Set(u"Buchungs_Menge", rs.Number(u"Buchungs_Menge") + amount);
     rs.Update();
     const double menge = rs.Number(u"Buchungs_Menge");
+    if (m_selected >= 0) m_rows[size_t(m_selected)].pieces = menge;
     setText(Anz, NumberText(menge));
     setText(GPreis, MoneyText(rs.Money(u"VKPreis_Rabatt") * Currency::fromDouble(menge)));
     ItemClick(m_selected);
@@ -256,6 +300,7 @@ void Basket::ChangeQuantity(double amount) {
 void Basket::ShowPrices() {
     Recordset& rs = rsBestellung();
     const Currency price = rs.Money(u"VKPreis_Rabatt");
+    if (m_selected >= 0) m_rows[size_t(m_selected)].mark = DiscountMark(rs.Money(u"VKPreis"), price);
     setText(EPreis, MoneyText(price));
     setText(GPreis, MoneyText(price * Currency::fromDouble(rs.Number(u"Buchungs_Menge"))));
     ItemClick(m_selected);
@@ -305,6 +350,8 @@ QVariant Basket::data(const QModelIndex& where, int role) const {
     if (!checkIndex(where, CheckIndexOption::IndexIsValid)) return {};
     const int column = where.column();
     if (role == Qt::DisplayRole) return m_rows[size_t(where.row())].text[size_t(column)];
+    if (role == MarkRole) return m_rows[size_t(where.row())].mark;
+    if (role == LinkedRole) return m_rows[size_t(where.row())].linked;
     if (role == Qt::TextAlignmentRole)
         return int(Qt::AlignVCenter |
                    (column == ArtikelNr || column == Artikelname ? Qt::AlignLeft : Qt::AlignRight));

@@ -112,7 +112,7 @@ void Entry::Enter() {
 bool Entry::AddArtikelToBestellung() {
     return m_sale.Trap([this] {
         Clear();
-        m_sale.basket.AddArtikelToBestellung();
+        m_sale.basket.AddArtikelToBestellung(IsVerbundBuchung ? LineOrigin::Linked : LineOrigin::Own);
     });
 }
 
@@ -120,6 +120,7 @@ void Entry::SetInput(const QString& text) {
     if (text == m_input) return;
     m_input = text;
     emit InputChanged(m_input);
+    if (!m_input.isEmpty() && !IsVerbundBuchung) m_sale.panel.EntryBegan();
     examine();
 }
 
@@ -159,7 +160,10 @@ void Entry::plus() {
 }
 
 void Entry::AddQuantity(int amount) {
-    if (!m_sale.basket.isEmpty()) m_sale.basket.ChangeQuantity(amount);
+    if (!m_sale.basket.isEmpty()) {
+        m_sale.panel.EntryBegan();
+        m_sale.basket.ChangeQuantity(amount);
+    }
     SetInput({});
 }
 
@@ -294,6 +298,7 @@ Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
             return Next::End;
         }
     }
+    m_sale.panel.TellUnknown(trimmed);
     m_sale.screen.UnknownArticleSound();
     Clear();
     return Next::End;

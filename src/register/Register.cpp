@@ -2,6 +2,7 @@
 #include "Entry.h"
 #include "Payment.h"
 #include "PriceChanges.h"
+#include "Reprint.h"
 #include "Sale.h"
 
 #include <devices/CashDrawer.h>
@@ -40,6 +41,7 @@ bool Register::Trap(Body&& body) {
 }
 
 Basket& Register::basket() { return m_sale->basket; }
+const SalePanel& Register::panel() const { return m_sale->panel; }
 const QString& Register::Title() const { return m_sale->Title(); }
 
 void Register::Load() {
@@ -81,7 +83,10 @@ void Register::cmdMal_Click() { SetInput(Input() + u'*'); }
 void Register::cmdMinus_Click() { SetInput(Input() + u'-'); }
 
 void Register::cmdClear_Click() {
-    Trap([this] { m_entry->Clear(); });
+    Trap([this] {
+        m_sale->panel.DropUnknown();
+        m_entry->Clear();
+    });
 }
 void Register::cmdPlus_Click() {
     Trap([this] { m_entry->AddQuantity(1); });
@@ -130,6 +135,10 @@ void Register::cmdKarte_Click() {
 }
 void Register::PayByKarte(const QString& KartenName) {
     Trap([&] { m_payment->ByKarte(KartenName); });
+}
+
+void Register::PrintLast() {
+    Trap([this] { Reprint(*m_sale).Last(); });
 }
 
 void Register::OpenKassenLade() { ::OpenKassenLade(DrawerOwner::Kasse); }

@@ -1,8 +1,10 @@
 #include "Sale.h"
 
+#include <session/Clock.h>
 #include <session/Globals.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
+#include <session/gZahlung.h>
 
 #include <QScopedValueRollback>
 
@@ -34,6 +36,12 @@ void Sale::ChangeUser() {
 }
 
 QString Sale::UserDisplay() { return gKassenUser.Vorname + u' ' + gKassenUser.Name; }
+
+void Sale::Booked(int Rechnung) {
+    m_booked = {Rechnung, basket.lastID()};
+    panel.TellSold({Rechnung, Now(), gZahlung.ZahlArt, gZahlung.KartenTyp, gZahlung.Betrag_Gesamt,
+                    gZahlung.Betrag_Gegeben, gZahlung.Betrag_Zurueck});
+}
 
 void Sale::ClearPaid() {
     if (!m_booked) return;

@@ -4,6 +4,7 @@
 
 #include <register/Basket.h>
 #include <register/RegisterScreen.h>
+#include <register/SalePanel.h>
 
 #include <QObject>
 
@@ -25,6 +26,7 @@ class Sale : public QObject {
     RegisterScreen& screen;
     CustomerDisplay display;
     Basket basket;
+    SalePanel panel;
 
     /// Basket::Trap.
     bool Trap(const std::function<void()>& body) { return basket.Trap(body); }
@@ -39,7 +41,8 @@ class Sale : public QObject {
     [[nodiscard]] static QString UserDisplay();
 
     /// The sale is booked; until its lines are gone it must not be booked again.
-    void Booked(int Rechnung) { m_booked = {Rechnung, basket.lastID()}; }
+    /// The panel tells what gZahlung says of it.
+    void Booked(int Rechnung);
     [[nodiscard]] int Rechnung() const { return m_booked ? m_booked->Rechnung : 0; } ///< 0 when it is not
     void Emptied() { m_booked.reset(); } ///< the lines of the booked sale are gone
     /// Takes away the lines that a booked sale left because the store was gone. Raises what the store raises.

@@ -25,7 +25,7 @@ Currency amountOf(const QString& text) { return IsNumeric(text) ? ReadMoney(text
 
 TotalDialog::TotalDialog()
     : m_summe(MoneyText(gZahlung.Betrag_Gesamt)) {
-    SetGegeben(MoneyText(gZahlung.Betrag_Gesamt < Currency{} ? Currency{} : gZahlung.Betrag_Gesamt));
+    Passend();
 }
 
 void TotalDialog::SetGegeben(const QString& text) {
@@ -42,8 +42,25 @@ bool TotalDialog::MayAddDecimal() const { return !m_gegeben.contains(u','); }
 
 void TotalDialog::Clear() { SetGegeben(m_summe); }
 
+void TotalDialog::Passend() {
+    m_notes.clear();
+    SetGegeben(MoneyText(gZahlung.Betrag_Gesamt < Currency{} ? Currency{} : gZahlung.Betrag_Gesamt));
+}
+
+void TotalDialog::AddNote(int euros) {
+    const Currency so = m_gegeben == m_notes ? amountOf(m_notes) : Currency{};
+    m_notes = MoneyText(so + Currency::fromInteger(euros));
+    SetGegeben(m_notes);
+}
+
+bool TotalDialog::IsShort() const { return amountOf(m_back) < Currency{}; }
+
+QString TotalDialog::BackCaption() const { return IsShort() ? u"Noch offen"_s : u"Zurück"_s; }
+
+bool TotalDialog::MayCancel() { return gKassenUser.R_KassenAbschluss; }
+
 bool TotalDialog::Bar() {
-    if (amountOf(m_back) < Currency{}) {
+    if (IsShort()) {
         MsgBox(u"FEHLER: Der gegebene Betrag kann nicht kleiner sein als die Rechnungssumme."_s,
                MsgIcon::Critical);
         SetGegeben(MoneyText(gZahlung.Betrag_Gesamt));
@@ -75,7 +92,7 @@ bool TotalDialog::AHVerkauf() {
 }
 
 bool TotalDialog::Escape() {
-    if (!gKassenUser.R_KassenAbschluss) {
+    if (!MayCancel()) {
         MsgBox(u"Sie sind nicht berechtigt, diese Aktion abzubrechen."_s);
         return false;
     }

@@ -52,6 +52,29 @@ TEST_F(DialogRules, PaymentDialog) {
     EXPECT_EQ(1, gZahlung.Ergebnis);
 }
 
+TEST_F(DialogRules, NotesAddUpToWhatIsGiven) {
+    gZahlung.Betrag_Gesamt = money(1022.3);
+    gFormatPreis = u"##,##0.00"_s;
+    till::TotalDialog dialog;
+    EXPECT_EQ(u"Zurück"_s, dialog.BackCaption());
+    dialog.AddNote(20);
+    EXPECT_EQ(u"20,00"_s, dialog.Gegeben()) << "the amount it opened with is no money";
+    EXPECT_EQ(u"Noch offen"_s, dialog.BackCaption());
+    for (int i = 0; i < 10; ++i)
+        dialog.AddNote(100);
+    dialog.AddNote(5);
+    EXPECT_EQ(u"1.025,00"_s, dialog.Gegeben());
+    EXPECT_EQ(u"2,70"_s, dialog.Back());
+    EXPECT_FALSE(dialog.IsShort());
+    dialog.Passend();
+    EXPECT_EQ(u"1.022,30"_s, dialog.Gegeben());
+    dialog.AddNote(5);
+    dialog.SetGegeben(u"7"_s);
+    dialog.AddNote(50);
+    EXPECT_EQ(u"50,00"_s, dialog.Gegeben()) << "a typed amount is not counted on";
+    EXPECT_TRUE(dialog.IsShort());
+}
+
 TEST_F(DialogRules, PaymentOfATakeBack) {
     gZahlung.Betrag_Gesamt = money(-4.2);
     till::TotalDialog dialog;

@@ -28,6 +28,7 @@ TEST(ThemeTest, KeepsTextReadableInEveryColourSet) {
         }
         EXPECT_GE(Theme::Contrast(t.titleText, t.title), 4.5);
         EXPECT_GE(Theme::Contrast(t.accentText, t.accent), 4.5);
+        EXPECT_GE(Theme::Contrast(t.warningText, t.warning), 4.5);
         EXPECT_GE(Theme::Contrast(t.warning, t.panel), 4.5);
         EXPECT_GE(Theme::Contrast(t.warning, t.field), 4.5);
     }

@@ -5,6 +5,8 @@
 #include <ui/TouchKey.h>
 #include <ui/Wizard.h>
 
+using namespace Qt::StringLiterals;
+
 NumberDialog::NumberDialog(const QString& title, const QString& description, DigitPad::Keys keys,
                            QWidget* parent)
     : FormDialog(parent)
@@ -20,9 +22,15 @@ NumberDialog::NumberDialog(const QString& title, const QString& description, Dig
     m_ui->pad->setKeys(keys | DigitPad::Clear | DigitPad::Enter);
     m_ui->pad->setTarget(m_ui->txtInput);
     const int edge = Theme::Current().keyHeight;
-    m_ui->pad->setMinimumSize(edge * 6, edge * 5);
+    m_ui->pad->setMinimumSize(edge * 6, edge * 9 / 2);
     setUpForm(m_ui->txtInput);
-    setKeys(m_ui->pad->key(DigitPad::Enter), nullptr);
+    auto* cancel = new TouchKey(u"Abbrechen"_s, this);
+    cancel->setObjectName(u"cmdCancel"_s);
+    cancel->setHint(u"Esc"_s);
+    cancel->setFocusPolicy(Qt::NoFocus);
+    cancel->setFixedSize(edge * 9 / 4, edge);
+    m_ui->wizPane->addToHeader(cancel);
+    setKeys(m_ui->pad->key(DigitPad::Enter), cancel);
 }
 
 NumberDialog::~NumberDialog() = default;

@@ -29,7 +29,7 @@ void TitlePanel::setTitle(const QString& title) {
 QString TitlePanel::titleName() const { return m_title->objectName(); }
 void TitlePanel::setTitleName(const QString& name) { m_title->setObjectName(name); }
 
-int TitlePanel::barHeight() const { return m_title->text().isEmpty() ? 0 : Theme::Current().normal + 15; }
+int TitlePanel::barHeight() const { return m_title->text().isEmpty() ? 0 : Theme::Current().normal + 10; }
 
 void TitlePanel::place() {
     setContentsMargins(0, barHeight(), 0, 0);

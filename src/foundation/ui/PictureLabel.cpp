@@ -6,6 +6,7 @@ void PictureLabel::showPicture(const QString& file, const QString& caption) {
 
 void PictureLabel::showPicture(const QPixmap& picture, const QString& caption) {
     m_picture = picture;
+    clear(); // setText() would keep a picture whose caption is the same
     if (m_picture.isNull())
         setText(caption);
     else

@@ -1,5 +1,7 @@
+#include <ui/DialogPlace.h>
 #include <ui/ShowModal.h>
 
+#include <QPointer>
 #include <QTimer>
 
 #include <utility>
@@ -13,6 +15,7 @@ ModalHook& hook() {
 
 int ShowModal(QDialog& dialog) {
     dialog.setModal(true);
+    DialogPlace::prepare(dialog);
     // A copy: what drives the dialog may change the hook.
     if (const ModalHook drive = hook()) return drive(dialog);
     // On a till without a window manager nobody else gives a new window the keyboard.
@@ -20,7 +23,10 @@ int ShowModal(QDialog& dialog) {
         dialog.raise();
         dialog.activateWindow();
     });
-    return dialog.exec();
+    const QPointer<QWidget> below = dialog.parentWidget();
+    const int result = dialog.exec();
+    if (below) below->activateWindow(); // nor does anybody give it back then
+    return result;
 }
 
 ModalHook SetModalHook(ModalHook next) { return std::exchange(hook(), std::move(next)); }

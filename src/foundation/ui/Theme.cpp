@@ -3,7 +3,9 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QToolTip>
+#include <QWidget>
 
 #include <algorithm>
 #include <cmath>
@@ -94,13 +96,14 @@ Theme Theme::FromColors(int back, int fore, int panelColour, int titleColour, do
     t.warning = QColor(0xB0, 0x2A, 0x2A);
     for (const QColor& s : {t.panel, t.field})
         t.warning = Readable(t.warning, s);
+    t.warningText = Readable(Qt::white, t.warning);
 
     scale = std::clamp(scale, 1.0, 2.0);
     const auto px = [scale](double v) { return static_cast<int>(std::lround(v * scale)); };
     t.small = px(13);
     t.normal = px(16);
     t.large = px(26);
-    t.total = px(46);
+    t.total = px(56);
     t.keyHeight = px(56);
     t.gap = px(8);
     return t;
@@ -148,12 +151,13 @@ QString Theme::styleSheet() const {
     QString css = uR"(
 * { font-family: "Inter", "Noto Sans", "Segoe UI", "DejaVu Sans"; font-size: %normal%px; }
 QMainWindow { background: %page%; }
-QDialog { background: %panel%; border: 1px solid %shadow%; }
+QDialog { background: %panel%; border: 2px solid %title%; }
 QLabel { color: %text%; background: transparent; }
 QLabel[role~="muted"] { color: %muted%; }
 QLabel[role~="title"] { color: %titleText%; font-weight: 600; }
 QLabel[role~="headerInfo"] { color: %titleText%; }
 QLabel[role~="warning"] { color: %warning%; }
+QLabel[role~="alarm"] { color: %warningText%; background: %warning%; border-radius: %radius%px; padding: 3px 10px; }
 QLabel[role~="strong"] { font-weight: 700; }
 QLabel[role~="small"] { font-size: %small%px; }
 QLabel[role~="large"] { font-size: %large%px; font-weight: 600; }
@@ -187,6 +191,8 @@ QHeaderView::section { color: %muted%; background: %header%; border: none; borde
 QTableCornerButton::section { background: %header%; border: none; }
 QScrollBar:vertical { background: transparent; width: 18px; margin: 0; }
 QScrollBar::handle:vertical { background: %shadow%; border-radius: 5px; min-height: 48px; margin: 3px 4px; }
+QScrollBar[role~="slim"]:vertical { width: 10px; }
+QScrollBar[role~="slim"]::handle:vertical { border-radius: 3px; margin: 3px 2px; }
 QScrollBar:horizontal { background: transparent; height: 18px; margin: 0; }
 QScrollBar::handle:horizontal { background: %shadow%; border-radius: 5px; min-width: 48px; margin: 4px 3px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
@@ -218,8 +224,8 @@ QSplitter::handle { background: transparent; }
         {"page"_L1, page},           {"panel"_L1, panel},           {"titleText"_L1, titleText},
         {"title"_L1, title},         {"field"_L1, field},           {"header"_L1, header},
         {"selection"_L1, selection}, {"accentText"_L1, accentText}, {"accent"_L1, accent},
-        {"text"_L1, text},           {"muted"_L1, muted},           {"warning"_L1, warning},
-        {"border"_L1, border},       {"shadow"_L1, shadow}};
+        {"text"_L1, text},           {"muted"_L1, muted},           {"warningText"_L1, warningText},
+        {"warning"_L1, warning},     {"border"_L1, border},         {"shadow"_L1, shadow}};
     for (const auto& [name, colour] : colours)
         css.replace(u'%' + name + u'%', colour.name());
     const std::pair<QLatin1StringView, int> sizes[] = {
@@ -231,17 +237,22 @@ QSplitter::handle { background: transparent; }
     return css;
 }
 
-void Theme::Apply() {
-    double scale = 1;
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        // Larger screens stand no nearer: letters grow a little, the rest of the room goes to the lists.
-        const QSize size = screen->size();
-        scale = std::clamp(std::min(size.width() / 1366.0, size.height() / 768.0), 1.0, 1.25);
-    }
+void Theme::Apply(QSize size) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (size.isEmpty() && screen != nullptr) size = screen->size();
+    // Larger screens stand no nearer: letters grow a little, the rest of the room goes to the lists.
+    const double scale = std::clamp(std::min(size.width() / 1366.0, size.height() / 768.0), 1.0, 1.25);
     current() = fromSession(scale);
     const Theme& t = current();
     QApplication::setFont(t.font(Size::Normal, QFont::Normal));
     QApplication::setPalette(t.palette());
     QToolTip::setPalette(t.palette());
     qApp->setStyleSheet(t.styleSheet());
+}
+
+void SetRole(QWidget& widget, const QString& role) {
+    if (widget.property("role").toString() == role) return;
+    widget.setProperty("role", role);
+    widget.style()->unpolish(&widget);
+    widget.style()->polish(&widget);
 }

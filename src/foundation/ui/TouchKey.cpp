@@ -76,7 +76,7 @@ QSize TouchKey::sizeHint() const {
     return {std::max(least.width(), width + 28), least.height()};
 }
 
-QRect TouchKey::captionRect() const { return rect().adjusted(6, 3, -6, -5); }
+QRect TouchKey::captionRect() const { return rect().adjusted(4, 3, -4, -5); }
 
 QStringList TouchKey::shownLines() const {
     const QRect area = captionRect();

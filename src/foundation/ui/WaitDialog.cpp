@@ -2,6 +2,7 @@
 
 #include "ui_WaitDialog.h"
 
+#include <ui/DialogPlace.h>
 #include <ui/Theme.h>
 
 #include <QKeyEvent>
@@ -15,6 +16,7 @@ WaitDialog::WaitDialog(const QString& title, QWidget* parent)
     , m_ui(std::make_unique<Ui::WaitDialog>()) {
     m_ui->setupUi(this);
     setModal(true);
+    DialogPlace::prepare(*this);
     setWindowTitle(title);
     m_ui->wizPane->setHeaderTitle(title);
     const int edge = Theme::Current().keyHeight;

@@ -114,6 +114,11 @@ void WizardPane::setWelcomePicture(const QPixmap& picture) {
     update();
 }
 
+void WizardPane::addToHeader(QWidget* control) {
+    m_header->layout()->addWidget(control);
+    place();
+}
+
 QPixmap WizardPane::headerPicture() const { return m_headerLogo->pixmap(); }
 void WizardPane::setHeaderPicture(const QPixmap& picture) {
     m_headerLogo->setPixmap(picture);

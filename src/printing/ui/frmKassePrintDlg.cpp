@@ -5,6 +5,9 @@
 #include <session/Handle.h>
 #include <session/MsgBox.h>
 #include <session/Settings.h>
+#include <session/gZahlung.h>
+#include <text/Format.h>
+#include <ui/AmountLabel.h>
 #include <ui/Theme.h>
 #include <ui/TouchKey.h>
 #include <ui/TouchSpin.h>
@@ -32,6 +35,11 @@ frmKassePrintDlg::frmKassePrintDlg(QWidget* parent)
     } else {
         m_ui->cmdBon->setFocus();
     }
+    // The money goes over the counter while the receipt is chosen.
+    const bool cash = gZahlung.ZahlArt == u"BAR"_s;
+    m_ui->lblRueckgeldText->setVisible(cash);
+    m_ui->lblRueckgeld->setVisible(cash);
+    m_ui->lblRueckgeld->setText(Format(gZahlung.Betrag_Zurueck, gFormatPreis) + u' ' + gWaehrungsSymbol);
     m_ui->txtKopie->setFixedWidth(edge * 3 / 2);
     m_ui->txtKopie->setText(QString::number(gDruckerKopies));
     m_ui->mainSpin->setRange(0, 99);

@@ -18,6 +18,7 @@ std::optional<Taste> FunctionKeys::find(const QKeyEvent& key) const {
         break;
     }
     if (ctrl && key.key() == Qt::Key_F1) return Taste::OpenLade;
+    if (ctrl && key.key() == Qt::Key_P) return Taste::PrintLast;
     if (ctrl) return {};
     switch (key.key()) {
     case Qt::Key_F1:

@@ -16,6 +16,7 @@ enum class Taste {
     Exit,
     Function,
     OpenLade,
+    PrintLast,
     ShortCutFocus
 };
 

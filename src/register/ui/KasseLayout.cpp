@@ -3,6 +3,7 @@
 #include "ui_frmKasse.h"
 
 #include <register/Basket.h>
+#include <ui/AmountLabel.h>
 #include <ui/Theme.h>
 
 #include <algorithm>
@@ -12,63 +13,88 @@ using till::Basket;
 
 namespace {
 
-/// The share of the keypad and the picture in the width of the form.
-constexpr double SideShare = 0.272;
-/// From this height on the function keys have a title.
-constexpr int TitleFromHeight = 900;
-/// Below this width the columns of the list get no more than they need.
-constexpr int NarrowBelow = 800;
+// Shares in the width of the form.
+constexpr double numPadShare = 0.272, sumShare = 0.224, pictureShare = 0.168;
+/// Below this width of the form the list takes what the other panels can spare.
+constexpr int narrowBelow = 1200;
+/// Below this one the picture gives way to the names.
+constexpr int smallPictureBelow = 1340;
+/// From this height on the list has room for a long sale.
+constexpr int tallFrom = 1000;
+/// No code of 13 digits is wider.
+const QString code = u"2008888888888"_s;
+constexpr int padding = 9, narrowPadding = 6; ///< of the cells
+constexpr int rowsOfShortScreen = 8, rowsOfTallScreen = 14;
 
 } // namespace
 
 void KasseLayout::setUp() {
-    const Theme& theme = Theme::Current();
     BasketList* list = m_ui.lvwBestellung;
     list->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     list->horizontalHeader()->setSectionResizeMode(Basket::Artikelname, QHeaderView::Stretch);
-    list->setMinimumHeight(theme.keyHeight * 2);
-    m_ui.sumBar->setBackgroundRole(QPalette::Base);
-    m_ui.sumLine->setBackgroundRole(QPalette::Dark);
+    list->setMinimumHeight(Theme::Current().normal * 2 * 7);
+    m_ui.sumLine->setBackgroundRole(QPalette::Mid);
 
-    // The total stays where it is while there is no stock to tell.
-    QSizePolicy stock = m_ui.lblBestand->sizePolicy();
-    stock.setRetainSizeWhenHidden(true);
-    m_ui.lblBestand->setSizePolicy(stock);
-
-    m_ui.mainLayout->setSpacing(theme.gap);
-    m_ui.sspFunction_BG->layout()->setContentsMargins(theme.gap, theme.gap, theme.gap, theme.gap);
-    m_ui.sspFunction_BG->setFixedHeight(theme.keyHeight * 4 / 3 + 2 * theme.gap);
+    // What is told now and then keeps its place, so that nothing else moves.
+    for (QWidget* now : {static_cast<QWidget*>(m_ui.lblBestand), static_cast<QWidget*>(m_ui.pnlLetzter),
+                         static_cast<QWidget*>(m_ui.lblRueckgeldText),
+                         static_cast<QWidget*>(m_ui.lblRueckgeld), static_cast<QWidget*>(m_ui.lblGegeben)}) {
+        QSizePolicy policy = now->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        now->setSizePolicy(policy);
+    }
+    // The sign of the currency stands on the line of the total.
+    const Theme& theme = Theme::Current();
+    const QFontMetrics total(theme.font(Theme::Size::Total, QFont::Bold)),
+        sign(theme.font(Theme::Size::Large, QFont::DemiBold));
+    m_ui.lblRueckgeld->setMaximumHeight(total.height());
+    m_ui.lblWaehrung->setContentsMargins(0, 0, 0, total.descent() - sign.descent());
+    for (QWidget* oneOfTwo : {m_ui.lblZaehler, m_ui.lblUnbekannt})
+        oneOfTwo->setFixedHeight(theme.normal + 12);
+    FitLetters(*m_ui.txtInput);
+    FitLetters(*m_ui.txtMal);
 }
 
 void KasseLayout::fit(const QSize& form) {
     const Theme& theme = Theme::Current();
-    const int least = 5 * theme.keyHeight + 20;
-    const int side = std::max(least, static_cast<int>(form.width() * SideShare));
+    const bool narrow = form.width() < narrowBelow;
+    const auto share = [&](double part) { return static_cast<int>(form.width() * part); };
+
+    // A scanned code stands in the entry box as a whole, beside a multiplier.
+    const int codeWidth =
+        QFontMetrics(theme.font(Theme::Size::Large, QFont::DemiBold)).horizontalAdvance(code);
+    const int least = codeWidth + theme.keyHeight * 2;
+    const int side = std::max(least, share(numPadShare));
     m_ui.sspNumPad_BG->setFixedWidth(side);
-    m_ui.sspBild_BG->setFixedWidth(side);
+    m_ui.txtInput->setMinimumWidth(codeWidth + theme.normal * 2);
 
-    const bool titled = form.height() >= TitleFromHeight;
-    m_ui.sspFunction_BG->setTitle(titled ? u"Funktionen"_s : QString());
-    const int bar = m_ui.sspFunction_BG->contentsMargins().top();
-    m_ui.sspFunction_BG->setFixedHeight(theme.keyHeight * 4 / 3 + 2 * theme.gap + bar);
-    fitColumns(form.width() - side);
+    const int sum = std::max(theme.keyHeight * 15 / 4, share(sumShare));
+    const int picture = form.width() < smallPictureBelow ? theme.keyHeight * 9 / 4 : share(pictureShare);
+    m_ui.pnlSumme->setFixedWidth(sum);
+    m_ui.sspBild_BG->setFixedWidth(picture);
+    m_ui.lvwBestellung->setRoom(form.height() >= tallFrom ? rowsOfTallScreen : rowsOfShortScreen,
+                                narrow ? narrowPadding : padding, narrow);
+    fitColumns(narrow);
 }
 
-void KasseLayout::alignLetters(QLabel& label) {
-    const bool blank = label.text().startsWith(u' ');
-    label.setMargin(blank ? -label.fontMetrics().horizontalAdvance(u' ') : 0);
+QList<QRect> KasseLayout::inSight() const {
+    const auto place = [](const QWidget* widget) {
+        return QRect(widget->mapToGlobal(QPoint()), widget->size());
+    };
+    return {place(m_ui.pnlSumme), m_ui.lvwBestellung->lastLines(), place(m_ui.sspBestellung_BG)};
 }
 
-void KasseLayout::fitColumns(int width) {
-    const QFontMetrics metrics(Theme::Current().font());
-    const bool narrow = width < NarrowBelow;
-    const int padding = narrow ? 26 : 38;
-    // The widest text each column is meant to show whole; the name gets the rest.
-    const std::pair<int, QString> widest[] = {{Basket::ArtikelNr, u"2001040000128"_s},
-                                              {Basket::Anz, narrow ? u"999"_s : u"-9999"_s},
-                                              {Basket::Menge, narrow ? u"100 Stück"_s : u"1000 Stück"_s},
-                                              {Basket::EPreis, narrow ? u"999,99"_s : u"-9999,99"_s},
-                                              {Basket::GPreis, narrow ? u"-999,99"_s : u"-99999,99"_s}};
-    for (const auto& [column, text] : widest)
-        m_ui.lvwBestellung->setColumnWidth(column, metrics.horizontalAdvance(text) + padding);
+void KasseLayout::fitColumns(bool narrow) {
+    const QFontMetrics plain(Theme::Current().font(narrow ? Theme::Size::Small : Theme::Size::Normal)),
+        last(BasketPainter::lastFont());
+    const int around = 2 * (narrow ? narrowPadding : padding) + (narrow ? 0 : 4);
+    // The widest text each column shows without smaller letters; the name gets the rest.
+    const auto set = [&](Basket::Column column, const QFontMetrics& letters, const QString& widest) {
+        m_ui.lvwBestellung->setColumnWidth(column, letters.horizontalAdvance(widest) + around);
+    };
+    set(Basket::ArtikelNr, plain, code + u' ');
+    set(Basket::Anz, last, narrow ? u"999"_s : u"-999"_s);
+    set(Basket::Menge, plain, narrow ? u"100 Stück"_s : u"1000 Stück"_s);
+    set(Basket::EPreis, last, narrow ? u"999,99"_s : u"-999,99"_s);
+    set(Basket::GPreis, last, narrow ? u"-999,99"_s : u"-9999,99"_s);
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QList>
+#include <QRect>
+
 namespace Ui {
 class frmKasse;
 }
-class QLabel;
 class QSize;
 
-/// What the layout of the register needs beyond its grid: the keypad's width for a size of the screen, the
-/// title of the function keys where there is room for it, and the columns of the list.
+/// What the layout of the register needs beyond its boxes: the widths of its panels for a size of the screen,
+/// and the columns and rows of the list.
 class KasseLayout {
   public:
     explicit KasseLayout(Ui::frmKasse& ui)
@@ -15,10 +17,10 @@ class KasseLayout {
     /// Fonts and heights by the theme in force, once after the form was built.
     void setUp();
     void fit(const QSize& form);
-    /// Texts of the till may begin with a blank; their letters stand in line with the others all the same.
-    static void alignLetters(QLabel& label);
+    /// On the screen: what a dialog should leave free, the most important first.
+    [[nodiscard]] QList<QRect> inSight() const;
 
   private:
-    void fitColumns(int width);
+    void fitColumns(bool narrow);
     Ui::frmKasse& m_ui;
 };

@@ -38,13 +38,16 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
     const auto* functionKey = form.findChild<QWidget*>(u"cmdFunction"_s);
     add(gKFBenutzerWechsel, u"FileChangeUser"_s, u"Benutzerwechsel"_s, [this] { m_till.ChangeUser(); });
     add(gKFKassenlade, u"FileOpenLade"_s, u"Kassenlade öffnen"_s, [this] { m_till.OpenLade_Click(); });
+    add(true, u"FilePrintLast"_s, u"Letzten Bon drucken\t"_s + ShortcutText(u"Ctrl+P"_s),
+        [this] { m_till.PrintLast(); });
     add(gZVTEnabled, u"FileECFunction"_s, u"EC Terminal Funktionen"_s,
         [this, functionKey] { open(m_popECTerminal, functionKey); });
     add(true, u"ECStorno"_s, u"Stornieren"_s, [this] { m_till.TerminalFunction(Act::Storno); });
     add(true, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s,
         [this] { m_till.TerminalFunction(Act::KassenSchnitt); });
     add(true, u"ECGutschrift"_s, u"Gutschrift"_s, [this] { m_till.TerminalFunction(Act::Gutschrift); });
-    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FileECFunction"_s});
+    m_commands.fillMenu(*m_popFunction,
+                        {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s, u"FileECFunction"_s});
     m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
 }
 
@@ -64,7 +67,6 @@ void KassenMenus::setKarten(const QStringList& karten) {
     m_commands.fillMenu(*m_popKarte, keys);
 }
 
-bool KassenMenus::hasFunctions() const { return !m_popFunction->isEmpty(); }
 void KassenMenus::showFunction(const QWidget* key) { open(m_popFunction, key); }
 void KassenMenus::showKarte(const QWidget* key) { open(m_popKarte, key); }
 

@@ -23,7 +23,6 @@ class KassenMenus : public QObject {
     /// Fills the card menu: any other card first, then `karten` as a group of their own.
     void setKarten(const QStringList& karten);
 
-    [[nodiscard]] bool hasFunctions() const;
     /// The menus open above the key that calls them; a second call closes them.
     void showFunction(const QWidget* key);
     void showKarte(const QWidget* key);

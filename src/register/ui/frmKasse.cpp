@@ -2,6 +2,7 @@
 #include "KasseLayout.h"
 #include "KasseNumberDialogs.h"
 #include "KassenMenus.h"
+#include "SumPanel.h"
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
@@ -18,6 +19,7 @@
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <ui/Commands.h>
+#include <ui/DialogPlace.h>
 #include <ui/Pointer.h>
 #include <ui/ShowModal.h>
 #include <ui/Sound.h>
@@ -25,8 +27,9 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QScopedValueRollback>
-#include <QStyle>
+#include <QScreen>
 
 #include <map>
 #include <utility>
@@ -34,6 +37,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// In ms: a window manager that is there has then given the window its place on a changed screen.
+constexpr int patienceWithManager = 500;
 
 template <typename Form>
 void modal(frmKasse& kasse) {
@@ -52,6 +58,8 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     , m_clock(this) {
     m_ui->setupUi(this);
     m_layout = std::make_unique<KasseLayout>(*m_ui);
+    m_sum = std::make_unique<SumPanel>(*m_ui);
+    new DialogPlace(this, [this] { return m_layout->inSight(); });
     m_commands = new Commands(
         *this, [this](const auto& act) { m_queue->run(act); }, gKassenUser);
     m_menus = new KassenMenus(*this, *m_commands, m_till);
@@ -73,7 +81,9 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     m_ui->lblUser->setText(m_till.UserDisplay());
     m_ui->lblWaehrung->setText(gWaehrungsSymbol);
     m_ui->lblGesamt->setText(m_till.basket().Gesamt());
-    showBestand(m_till.basket().Bestand());
+    m_sum->showCount(m_till.basket().Zaehler());
+    m_sum->showStock(m_till.basket().Bestand());
+    m_sum->show(m_till.panel());
     refreshKeys();
 
     m_clock.setObjectName(u"clockTimer"_s);
@@ -89,12 +99,21 @@ frmKasse::~frmKasse() {
 }
 
 void frmKasse::Open() {
-    if (gOnlyKassenModus) {
-        setWindowFlag(Qt::FramelessWindowHint);
-        showFullScreen();
-    } else {
-        showMaximized();
+    if (gOnlyKassenModus) setWindowFlag(Qt::FramelessWindowHint);
+    // Where no window manager enlarges a window, it has its size from here, also when the screen changes it.
+    fillScreen();
+    if (const QScreen* display = screen()) {
+        connect(display, &QScreen::availableGeometryChanged, this,
+                [this] { QTimer::singleShot(patienceWithManager, this, &frmKasse::fillScreen); });
     }
+    gOnlyKassenModus ? showFullScreen() : showMaximized();
+}
+
+void frmKasse::fillScreen() {
+    const QScreen* display = screen();
+    if (display == nullptr) return;
+    const QRect whole = gOnlyKassenModus ? display->geometry() : display->availableGeometry();
+    if (frameGeometry() != whole) setGeometry(whole);
 }
 
 void frmKasse::LoadBestellungen() {
@@ -105,7 +124,6 @@ void frmKasse::applySwitches() {
     m_ui->cmdArtikelPreis->setVisible(gKFFreierArtikelPreis);
     m_ui->cmdKunde->setVisible(gKFKunden);
     m_ui->cmdRabatt->setVisible(gKFRabatt);
-    m_ui->cmdFunction->setVisible(m_menus->hasFunctions());
 }
 
 void frmKasse::connectEntry() {
@@ -175,7 +193,12 @@ void frmKasse::connectBasket() {
     });
     connect(&basket, &till::Basket::SelectedChanged, list, &BasketList::showRow);
     connect(&basket, &till::Basket::GesamtChanged, m_ui->lblGesamt, &QLabel::setText);
-    connect(&basket, &till::Basket::BestandChanged, this, &frmKasse::showBestand);
+    connect(&basket, &till::Basket::ZaehlerChanged, this,
+            [this](const auto& text) { m_sum->showCount(text); });
+    connect(&basket, &till::Basket::Repeated, list, &BasketList::flash);
+    connect(&basket, &till::Basket::BestandChanged, this,
+            [this](const auto& label) { m_sum->showStock(label); });
+    connect(&m_till.panel(), &till::SalePanel::Changed, this, [this] { m_sum->show(m_till.panel()); });
     connect(&basket, &till::Basket::BildChanged, this, [this](const till::ArticlePicture& picture) {
         m_ui->sspArtBild->showPicture(picture.file, picture.caption);
     });
@@ -201,6 +224,8 @@ void frmKasse::function(Taste taste) {
             return m_till.cmdKarte_Click();
         case Taste::Function:
             return m_menus->showFunction(m_ui->cmdFunction);
+        case Taste::PrintLast:
+            return m_till.PrintLast();
         case Taste::OpenLade:
             return m_till.OpenLade_Click();
         case Taste::ShortCutFocus:
@@ -231,18 +256,9 @@ void frmKasse::refreshKeys() {
 void frmKasse::showTitle(const QString& title) {
     QString shown = title;
     m_ui->sspBestellung_BG->setTitle(shown.replace(u"&&"_s, u"&"_s));
-    KasseLayout::alignLetters(*m_ui->sspBestellung_BG->titleLabel());
-}
-
-void frmKasse::showBestand(const till::StockLabel& label) {
-    m_ui->lblBestand->setText(label.text);
-    KasseLayout::alignLetters(*m_ui->lblBestand);
-    m_ui->lblBestand->setVisible(label.visible);
-    const QString role = label.warning ? u"warning strong"_s : u"muted"_s;
-    if (m_ui->lblBestand->property("role").toString() == role) return;
-    m_ui->lblBestand->setProperty("role", role);
-    m_ui->lblBestand->style()->unpolish(m_ui->lblBestand);
-    m_ui->lblBestand->style()->polish(m_ui->lblBestand);
+    // The title may begin with a blank; its letters stand in line with those of the list all the same.
+    QLabel& label = *m_ui->sspBestellung_BG->titleLabel();
+    label.setMargin(shown.startsWith(u' ') ? -label.fontMetrics().horizontalAdvance(u' ') : 0);
 }
 
 void frmKasse::showClock() { m_ui->lblUhr->setText(Now().toString(u"dd.MM.yyyy hh:mm"_s)); }

@@ -27,6 +27,7 @@ class frmKasseTotal : public FormDialog {
   private:
     void pay(bool paid);
     void showGegeben();
+    void showBack();
 
     std::unique_ptr<Ui::frmKasseTotal> m_ui;
     till::TotalDialog m_total;

@@ -1,6 +1,7 @@
 #include "Kasse.h"
 
 #include <session/gZVT.h>
+#include <ui/AmountLabel.h>
 
 #include <QPointer>
 #include <QTimer>
@@ -63,6 +64,65 @@ TEST_F(Kasse, RefusesTooLittleCashAndEscWithoutTheRight) {
     click(u"cmdTotal"_s);
     EXPECT_EQ(0, shop.count(u"Rechnung"_s));
     EXPECT_EQ(1, shop.count(u"Bestellung"_s));
+}
+
+TEST_F(Kasse, TakesNotesTellsWhatIsOpenAndCanBeLeft) {
+    scan(bread);
+    dialogs.expectModal(u"frmKasseTotal"_s, [](QDialog& d) {
+        auto& given = control<QLineEdit>(d, u"txtGegeben"_s);
+        auto& caption = control<QLabel>(d, u"lblBack"_s);
+        const QColor calm = caption.palette().color(QPalette::WindowText);
+        EXPECT_EQ(u"Zurück"_s, caption.text());
+        typeText(d, u"2"_s);
+        EXPECT_EQ(u"Noch offen"_s, caption.text());
+        EXPECT_EQ(Theme::Current().warning, caption.palette().color(QPalette::WindowText));
+        clickOn(d, u"cmdNote5"_s);
+        clickOn(d, u"cmdNote20"_s);
+        EXPECT_EQ(u"25,00"_s, given.selectedText()) << "what is typed next replaces it";
+        EXPECT_EQ(u"20,50"_s, control<QLineEdit>(d, u"txtBack"_s).text());
+        EXPECT_EQ(calm, caption.palette().color(QPalette::WindowText));
+        clickOn(d, u"cmdPassend"_s);
+        EXPECT_EQ(u"4,50"_s, given.selectedText());
+        clickOn(d, u"cmdCancel"_s);
+        EXPECT_FALSE(d.isVisible());
+    });
+    press(Qt::Key_F10);
+    EXPECT_EQ(0, shop.count(u"Rechnung"_s));
+
+    gKassenUser.R_KassenAbschluss = false;
+    dialogs.expectModal(u"frmKasseTotal"_s, [](QDialog& d) {
+        EXPECT_FALSE(control<TouchKey>(d, u"cmdCancel"_s).isVisible());
+        pressKey(d, Qt::Key_Escape);
+        EXPECT_FALSE(d.close());
+        EXPECT_TRUE(d.isVisible());
+        clickOn(d, u"cmdNote10"_s);
+        clickOn(d, u"cmdBar"_s);
+    });
+    for (int i = 0; i < 2; ++i)
+        dialogs.expectMsgBox(u"Sie sind nicht berechtigt, diese Aktion abzubrechen."_s);
+    press(Qt::Key_F10);
+    EXPECT_EQ(QStringList{u"10|5,5"_s}, shop.rows(u"SELECT Betrag_Gegeben, Betrag_Zurueck FROM Rechnung"_s));
+}
+
+TEST_F(Kasse, AmountsOfAnySizeShowEveryDigit) {
+    gFormatPreis = u"##,##0.00"_s;
+    shop.article(u"88"_s, u"Haus"_s, 999'999.99);
+    scan(u"88"_s);
+    QApplication::processEvents();
+    const auto& total = control<AmountLabel>(*form, u"lblGesamt"_s);
+    EXPECT_LE(QFontMetrics(total.shownFont()).horizontalAdvance(total.text()), total.contentsRect().width());
+    dialogs.expectModal(u"frmKasseTotal"_s, [](QDialog& d) {
+        typeText(d, u"1"_s);
+        QApplication::processEvents();
+        for (const auto* name : {u"txtSumme", u"txtBack"}) {
+            const auto& box = control<QLineEdit>(d, QString::fromUtf16(name));
+            EXPECT_GE(box.text().size(), 9);
+            EXPECT_LE(box.fontMetrics().horizontalAdvance(box.text()), box.width() - 24);
+        }
+        keep(d, u"frmKasseTotal-offen"_s);
+        pressKey(d, Qt::Key_Escape);
+    });
+    press(Qt::Key_F10);
 }
 
 TEST_F(Kasse, ATillThatClosesByItselfPaysAsShown) {
@@ -143,10 +203,10 @@ TEST_F(Kasse, DiscountsOneLineAndAllAndRemovesLines) {
     dialogs.expectMsgBox(u"Möchten Sie alle Artikel rabattieren?"_s, MsgIcon::Question, MsgAnswer::Yes);
     dialogs.expectModal(u"frmKasseRabatt"_s, [](QDialog& d) {
         clickOn(d, u"cmdNumber5"_s);
-        pressKey(d, Qt::Key_Escape);
+        clickOn(d, u"cmdCancel"_s);
     });
     click(u"cmdRabatt"_s);
-    EXPECT_EQ(u"5,84"_s, label(u"lblGesamt"_s)) << "Esc changes nothing";
+    EXPECT_EQ(u"5,84"_s, label(u"lblGesamt"_s)) << "leaving it changes nothing";
 
     press(Qt::Key_Up);
     dialogs.expectModal(u"frmKasseFreierPreis"_s, [](QDialog& d) {

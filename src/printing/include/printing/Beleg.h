@@ -23,6 +23,10 @@ struct BelegDialoge {
 /// route to the port is reached only through that dialog.
 void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge);
 
+/// Prints receipt `RechnungID` once more: as gPrintMode says, or as a receipt where that asks or prints
+/// nothing. One copy, whatever gDruckerKopies says; the customer of the session stays.
+void ReprintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge);
+
 /// The receipt as bytes for a serial receipt printer on COM gPrintDirectIOPort, gDruckerKopies times. The
 /// customer of the session is the standard customer afterwards, unless printing failed.
 void Print_BON_Direct(int RechnungID);

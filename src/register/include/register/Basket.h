@@ -31,6 +31,9 @@ struct ArticlePicture {
     friend bool operator==(const ArticlePicture&, const ArticlePicture&) = default;
 };
 
+/// How a line came into the sale.
+enum class LineOrigin { Own, Linked };
+
 /// The open sale of this till. Its rows live in table Bestellung from the moment they are entered; this is
 /// the list of them (lvwBestellung) as a model. Texts are formatted once, when a row changes, and the total
 /// is the sum of what the list shows.
@@ -39,6 +42,10 @@ struct ArticlePicture {
 class Basket : public QAbstractTableModel {
     Q_OBJECT
   public:
+    enum Role {
+        MarkRole = Qt::UserRole, ///< "−10 %" of a discounted line, else ""
+        LinkedRole,              ///< the line came with the one above it (deposit)
+    };
     enum Column { ArtikelNr, Artikelname, Anz, Menge, EPreis, GPreis, ColumnCount };
 
     Basket(RegisterScreen& screen, CustomerDisplay& display, QObject* parent = nullptr);
@@ -52,7 +59,7 @@ class Basket : public QAbstractTableModel {
     bool Trap(const std::function<void()>& body);
 
     /// Adds a line from gArtikel, gKunde, gKassenUser and gMaschine and selects it.
-    void AddArtikelToBestellung();
+    void AddArtikelToBestellung(LineOrigin origin = LineOrigin::Own);
     /// Rebuilds the list from the store, selects the last row and refreshes the total.
     void LoadBestellungen();
     /// Sums the list into Gesamt().
@@ -82,6 +89,8 @@ class Basket : public QAbstractTableModel {
     [[nodiscard]] int selected() const { return m_selected; } ///< -1 when the list is empty
     [[nodiscard]] const QString& cell(int row, Column column) const;
     [[nodiscard]] const QString& Gesamt() const { return m_gesamt; } ///< text of lblGesamt
+    /// "8 Zeilen · 36 Artikel"; "" for an empty list.
+    [[nodiscard]] const QString& Zaehler() const { return m_count; }
     /// Shows an amount over an empty list until the next refresh.
     void ShowGesamt(const QString& text);
     [[nodiscard]] const StockLabel& Bestand() const { return m_stock; }
@@ -100,6 +109,10 @@ class Basket : public QAbstractTableModel {
     void GesamtChanged(const QString& text);
     /// The list should show and mark this row; -1 for an empty list.
     void SelectedChanged(int row);
+    void ZaehlerChanged(const QString& text);
+    /// The line was entered although the article entered before it is the same: a code read twice, or two of
+    /// a kind.
+    void Repeated(int row);
     void BestandChanged(const till::StockLabel& label);
     void BildChanged(const till::ArticlePicture& picture);
 
@@ -108,6 +121,9 @@ class Basket : public QAbstractTableModel {
         int ID = 0;
         std::array<QString, ColumnCount> text;
         Currency amount; ///< the last text read back
+        double pieces = 0;
+        QString mark;
+        bool linked = false;
     };
     enum class Net { Exact, Rounded };
     struct Line {
@@ -115,16 +131,19 @@ class Basket : public QAbstractTableModel {
         QString Nummer, Name;
         double Buchungs_Menge, Menge;
         QString Einheit;
-        Currency Price; ///< gross, per unit
+        Currency ListPrice, Price; ///< gross, per unit
         double SteuerSatz;
     };
     [[nodiscard]] Row makeRow(const Line& line, Net net) const;
     [[nodiscard]] std::vector<Row> readRows();
+    /// Lines that stood in the list keep their origin, others are held against the links on file.
+    void findLinked(std::vector<Row>& rows, const std::vector<Row>& before) const;
     void replaceRows(std::vector<Row> rows);
     void setText(Column column, const QString& text); ///< of the selected row
     void select(int row);
     [[nodiscard]] Line currentLine(); ///< of rsBestellung
     void follow(int row);
+    [[nodiscard]] bool repeatsLast(const QString& nummer) const;
     void show(int row, const Line& line); ///< stock, picture, customer's display
     void showStock(const Line& line);
     void showPicture(const QString& nummer);
@@ -136,7 +155,7 @@ class Basket : public QAbstractTableModel {
     std::unique_ptr<Recordset> m_rs;
     std::vector<Row> m_rows;
     int m_selected = -1;
-    QString m_gesamt;
+    QString m_gesamt, m_count;
     StockLabel m_stock;
     ArticlePicture m_picture;
 };

@@ -3,6 +3,7 @@
 #include <register/ArticleKeys.h>
 #include <register/Basket.h>
 #include <register/RegisterScreen.h>
+#include <register/SalePanel.h>
 
 #include <QObject>
 #include <QString>
@@ -71,6 +72,7 @@ class Register : public QObject {
 
     // Basket
     [[nodiscard]] Basket& basket();
+    [[nodiscard]] const SalePanel& panel() const;
     void lvwBestellung_ItemClick(int row) { ItemClick(row); }
     void ItemClick(int row);
     /// Adds a line from gArtikel and empties the entry; false when it failed and nothing was added.
@@ -88,6 +90,8 @@ class Register : public QObject {
     enum class TerminalAct { Storno, Gutschrift, KassenSchnitt };
     /// The functions of the card terminal; nothing is booked for them.
     void TerminalFunction(TerminalAct act);
+
+    void PrintLast(); ///< the receipt of the last sale once more
 
     // Drawer and display
     void OpenKassenLade();

@@ -23,6 +23,15 @@ class TotalDialog {
     /// The "," key adds one only while there is none.
     [[nodiscard]] bool MayAddDecimal() const;
     void Clear(); ///< cmdClear: the whole sum again
+    /// The key of a note: the first begins the amount, each further one is added to it.
+    void AddNote(int euros);
+    void Passend(); ///< exactly what is to pay, as when the dialog opened
+    /// Less than the sum is given.
+    [[nodiscard]] bool IsShort() const;
+    /// The caption of txtBack: "Noch offen" while too little is given, else "Zurück".
+    [[nodiscard]] QString BackCaption() const;
+    /// Whether the user may leave the payment: the condition of cmdCancel.
+    [[nodiscard]] static bool MayCancel();
 
     [[nodiscard]] bool Bar();
     /// Sets all lines to the reduced rate first. Raises what the statement raises.
@@ -32,6 +41,7 @@ class TotalDialog {
 
   private:
     QString m_summe, m_gegeben, m_back;
+    QString m_notes; ///< the text that keys of notes have made
 };
 
 } // namespace till

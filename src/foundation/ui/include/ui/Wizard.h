@@ -45,6 +45,8 @@ class WizardPane : public QWidget {
     void setHeaderBackColor(const QColor& colour);
     [[nodiscard]] QPixmap welcomePicture() const { return m_welcomePicture; }
     void setWelcomePicture(const QPixmap& picture);
+    /// Puts a control at the right end of the header.
+    void addToHeader(QWidget* control);
     [[nodiscard]] QPixmap headerPicture() const;
     void setHeaderPicture(const QPixmap& picture);
     /// The place of the page in its wizard: the number that its object name ends in, unless one was set.

@@ -13,6 +13,7 @@ class Commands;
 class EntryKeyboard;
 class KasseLayout;
 class KassenMenus;
+class SumPanel;
 class WorkQueue;
 enum class Taste;
 namespace Ui {
@@ -33,7 +34,8 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     explicit frmKasse(std::function<void()> showDesktopLogin, QWidget* parent = nullptr);
     ~frmKasse() override;
 
-    /// Fills the screen: without a frame on a till that is nothing else, as a maximised window elsewhere.
+    /// Fills the screen, with and without a window manager: without a frame on a till that is nothing else,
+    /// as a maximised window elsewhere.
     void Open();
 
     [[nodiscard]] till::Register& Till() { return m_till; }
@@ -63,7 +65,7 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     void function(Taste taste);
     void refreshKeys();
     void showTitle(const QString& title);
-    void showBestand(const till::StockLabel& label);
+    void fillScreen();
     void showClock();
 
     // What the register asks for
@@ -79,6 +81,7 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     till::Register m_till;
     std::unique_ptr<WorkQueue> m_queue;
     std::unique_ptr<KasseLayout> m_layout;
+    std::unique_ptr<SumPanel> m_sum;
     Commands* m_commands = nullptr;
     KassenMenus* m_menus = nullptr;
     EntryKeyboard* m_keyboard = nullptr;
