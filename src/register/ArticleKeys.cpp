@@ -2,10 +2,7 @@
 #include <session/Globals.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
-#include <text/CodePage.h>
 #include <text/RuntimeError.h>
-
-#include <QFile>
 
 using namespace Qt::StringLiterals;
 
@@ -38,18 +35,6 @@ void ArticleKeys::PressGroup(int index) {
         key.caption = rs->Text(u"Name");
         key.artikelNummer = rs->Text(u"ArtikelNummer");
     }
-}
-
-QStringList ArticleKeys::ReadKarten() {
-    QFile file(gDBPath + u"karten.txt"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        throw RuntimeError(53, u"Die Datei "_s + file.fileName() + u" wurde nicht gefunden"_s, u"frmKasse"_s);
-    QStringList cards;
-    for (const QString& line : FromFileBytes(file.readAll()).split(u'\n')) {
-        const QString card = line.trimmed();
-        if (!card.isEmpty()) cards.append(card);
-    }
-    return cards;
 }
 
 } // namespace till

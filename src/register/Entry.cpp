@@ -279,8 +279,8 @@ Entry::Next Entry::freeAmount(const QString& trimmed) {
     const QString service = u"SERVICE"_s, lastRate = u"LastSteuerSatz"_s,
                   showDialog = u"ShowManualArtikelDialog"_s;
     gFreierArtikel = {0, u"Diverser Artikel"_s, u"Diverses"_s, gVollerSteuerSatz};
-    const QString rate = gSystem->ReadProfileString(service, lastRate, KonfigIni());
-    if (IsNumeric(rate)) gFreierArtikel.SteuerSatz = CDbl(Value(rate));
+    if (const auto rate = SettingNumber(*gSystem, service, lastRate, KonfigIni()))
+        gFreierArtikel.SteuerSatz = *rate;
     const QString show = gSystem->ReadProfileString(service, showDialog, KonfigIni());
     if (show.isEmpty()) KeepSetting(service, showDialog, u"1"_s);
     if (show.isEmpty() || show == u"1"_s)

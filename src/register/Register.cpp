@@ -14,6 +14,7 @@
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
+#include <session/ShopFiles.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <session/gZVT.h>
@@ -53,7 +54,7 @@ const QString& Register::Title() const { return m_sale->Title(); }
 void Register::Load() {
     gPrintMode = gDruckerDefault;
     // Each step is a handler of its own: whatever fails, the open sale comes back to the screen.
-    Trap([this] { m_karten = ArticleKeys::ReadKarten(); });
+    Trap([this] { m_karten = ReadKarten(); });
     gMaschine = gSystem->ComputerName();
     Trap([this] {
         m_entry->Open();

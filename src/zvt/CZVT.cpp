@@ -2,6 +2,7 @@
 
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/ShopFiles.h>
 #include <text/Convert.h>
 #include <text/Format.h>
 #include <text/RuntimeError.h>
@@ -269,7 +270,7 @@ QString CZVT::Version() const {
 bool CZVT::Bezahlen(Currency betrag) {
     return m_cashier->exclusively([&] { return m_cashier->pay(betrag); });
 }
-QString CZVT::KartenName() const { return m_cashier->cardName; }
+QString CZVT::KartenName() const { return m_cashier->cardName.left(LongestKarte); }
 void CZVT::Storno() {
     m_cashier->exclusively([this] { m_cashier->reverse(); });
 }

@@ -148,12 +148,20 @@ TEST_F(Ini, TextThatTheEncodingCannotHoldMovesTheFileToUtf8) {
     put("[FIRMA]\r\n");
     write(u"FIRMA"_s, u"Kopf1"_s, u"Ã¼"_s);
     EXPECT_EQ(read(u"FIRMA"_s, u"Kopf1"_s), u"Ã¼"_s);
-    // UTF-16 is neither read as rubbish nor overwritten.
+    // UTF-16 stays what it is; one that is broken is neither read as rubbish nor overwritten.
     const QByteArray wide("\xFF\xFE[\0A\0]\0", 8);
     put(wide);
-    EXPECT_EQ(read(u"A"_s, u"x"_s), u""_s);
-    EXPECT_EQ(raised([&] { write(u"A"_s, u"x"_s, u"1"_s); }), 321);
-    EXPECT_EQ(content(), wide);
+    write(u"A"_s, u"x"_s, u"Ł"_s);
+    EXPECT_EQ(read(u"A"_s, u"x"_s), u"Ł"_s);
+    EXPECT_TRUE(content().startsWith(wide) && content().endsWith(QByteArray("x\0=\0\x41\x01\r\0\n\0", 10)));
+    for (const QByteArray& broken :
+         {wide + "x", wide + QByteArray("\x00\xD8", 2), QByteArray("[A]\n\0", 5)}) {
+        put(broken);
+        EXPECT_EQ(read(u"A"_s, u"x"_s), u""_s);
+        EXPECT_FALSE(m_system.ReadFault(path()).isEmpty());
+        EXPECT_EQ(raised([&] { write(u"A"_s, u"x"_s, u"1"_s); }), 321);
+        EXPECT_EQ(content(), broken);
+    }
 }
 
 TEST_F(Ini, WriteLeavesEverythingElseAsItIs) {
@@ -250,7 +258,7 @@ TEST_F(Ini, NonsenseIsNeitherACrashNorLost) {
                                "[",
                                "]",
                                "[]\n=\n==\n[=]=\n",
-                               QByteArray(3, '\0'),
+                               "\r\r[a]\r",
                                "\xEF\xBB\xBF",
                                "\xEF\xBB\xBF\xFF\xFE=\xC3",
                                "a=\"\n[b]\nc=\"\"\n=",

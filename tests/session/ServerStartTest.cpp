@@ -1,7 +1,12 @@
 #include "StartUpTest.h"
 
+#include <session/ServerWait.h>
+#include <session/WaitScreen.h>
 #include <store/Recordset.h>
+#include <support/PostgresProxy.h>
 #include <support/PostgresServer.h>
+
+#include <QElapsedTimer>
 
 namespace {
 
@@ -162,4 +167,88 @@ TEST_F(ServerStartTest, AUserWithoutRightsIsTold) {
     expectTrouble(u"Dem Benutzer des Datenbankservers fehlt ein Recht"_s);
     EXPECT_EQ(start(), StartResult::SetupCancelled);
     EXPECT_EQ(tables(), u"0"_s);
+}
+
+namespace {
+
+/// Somebody who reads what is waited for, and may have enough of it.
+class Window : public WaitScreen {
+  public:
+    Window()
+        : m_before(SetWaitScreen(this)) {}
+    ~Window() override { SetWaitScreen(m_before); }
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    void Begin(const QString& title, const QString& text) override {
+        EXPECT_FALSE(open);
+        open = true;
+        texts << title + u": "_s + text;
+    }
+    void Show(const QString& text) override { texts << text; }
+    void Listen() override { ++listened; }
+    bool TakeCancel() override { return cancel; }
+    void End() override { open = false; }
+    bool open = false, cancel = false;
+    int listened = 0;
+    QStringList texts;
+
+  private:
+    WaitScreen* m_before;
+};
+
+} // namespace
+
+TEST_F(ServerStartTest, AServerThatNeverAnswersIsToldBoundedAndCancelled) {
+    makeStoreOnServer();
+    PostgresProxy proxy(m_server->port());
+    const auto write = [&](const QByteArray& wait) {
+        put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) +
+                                           "\nDBServer=" + m_server->uri(u"laden"_s, proxy.port()).toUtf8() +
+                                           "\nServerWartezeit=" + wait + '\n');
+    };
+    proxy.setSilent(true);
+    Window window;
+    write("3");
+    QElapsedTimer clock;
+    clock.start();
+    expectTrouble(u"Der Datenbankserver '127.0.0.1' ist nicht zu erreichen"_s);
+    EXPECT_EQ(start(), StartResult::SetupCancelled);
+    EXPECT_LT(clock.elapsed(), 5000);
+    EXPECT_GT(clock.elapsed(), 2800);
+    ASSERT_FALSE(window.texts.isEmpty());
+    EXPECT_EQ(window.texts[0],
+              u"Datenbankserver: Der Datenbankserver '127.0.0.1' ist noch nicht verbunden.\n\n"
+              "Die Kasse wartet noch 1 s."_s);
+    EXPECT_GT(window.listened, 5);
+    EXPECT_FALSE(window.open);
+
+    window.cancel = true;
+    write("60");
+    clock.start();
+    expectTrouble(u"Das Warten auf den Datenbankserver wurde abgebrochen."_s);
+    EXPECT_EQ(start(), StartResult::SetupCancelled);
+    EXPECT_LT(clock.elapsed(), 4000);
+    EXPECT_FALSE(window.open);
+
+    // A statement of the running till, on the thread of the screen.
+    proxy.setSilent(false);
+    ASSERT_EQ(start(), StartResult::Running);
+    ScreenPatience patience;
+    store::SetServerPatience(&patience);
+    window.texts.clear();
+    proxy.hush(PostgresProxy::Cut::BeforeSending, "UPDATE \"Artikel\"");
+    try {
+        gDB->Execute(u"UPDATE Artikel SET IstBestand = IstBestand - 1;"_s);
+        ADD_FAILURE() << "nobody answered";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Number, 3157);
+        EXPECT_TRUE(
+            error.Description.startsWith(u"Das Warten auf den Datenbankserver wurde abgebrochen, während"_s));
+    }
+    store::SetServerPatience(nullptr);
+    EXPECT_TRUE(window.texts.value(0).startsWith(
+        u"Datenbankserver: Der Datenbankserver '127.0.0.1' antwortet nicht."_s))
+        << qPrintable(window.texts.value(0));
+    EXPECT_FALSE(window.open);
+    store::SetServerLimit(store::usualServerLimit);
 }

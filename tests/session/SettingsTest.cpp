@@ -3,6 +3,7 @@
 #include <session/Settings.h>
 #include <session/gKunde.h>
 #include <session/gZahlung.h>
+#include <support/ScriptedDialogs.h>
 #include <text/RuntimeError.h>
 
 #include <QFile>
@@ -100,7 +101,7 @@ TEST_F(SettingsTest, OddValuesHaveDefinedAnswers) {
         {u"KassenFunction"_s, u"Kunden"_s, u"Wahr"_s},
         {u"KassenFunction"_s, u"Auftrag"_s, u"0"_s},
         {u"KassenFunction"_s, u"LangText"_s, u"\" -1 \""_s},
-        {u"KassenLade"_s, u"Port"_s, u"&H10"_s},
+        {u"KassenLade"_s, u"Port"_s, u"&HC"_s},
         {u"KundenLCD"_s, u"ClearCode"_s, u"12"_s}};
     for (const auto& [section, key, value] : lines)
         set(section, key, value);
@@ -110,7 +111,7 @@ TEST_F(SettingsTest, OddValuesHaveDefinedAnswers) {
     EXPECT_EQ(gDruckerDefault, 0);
     EXPECT_EQ(gDruckerKopies, 2);
     EXPECT_EQ(gFormatPreis, u"###0."_s);
-    EXPECT_EQ(gFormatEKPreis, u"###0."_s);
+    EXPECT_EQ(gFormatEKPreis, u"###0.00"_s) << "out of range";
     EXPECT_FALSE(gRoundDecimal);
     EXPECT_TRUE(gPrintDirectIO) << "trimmed";
     EXPECT_FALSE(gAHVerkaufAktiv) << "not trimmed";
@@ -119,16 +120,64 @@ TEST_F(SettingsTest, OddValuesHaveDefinedAnswers) {
     EXPECT_TRUE(gKFKunden && gKFLangText);
     EXPECT_FALSE(gKFAuftrag);
     EXPECT_TRUE(get(u"KassenFunction"_s, u"MinusBuchung"_s) == u"-1"_s) << "the rest is read all the same";
-    EXPECT_EQ(gKassenLadePort, 16);
+    EXPECT_EQ(gKassenLadePort, 12);
     EXPECT_EQ(gKundenLCDClearCode, 12);
+}
 
-    set(u"DRUCKER"_s, u"Kopies"_s, u"99999999999"_s);
-    try {
-        read();
-        FAIL() << "an integer beyond 32 bits must not pass";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.Number, 6);
+TEST_F(SettingsTest, EveryNumberHasARangeAndBeyondItTheDefaultHolds) {
+    for (const Setting& setting : Settings()) {
+        const bool number = setting.kind == SettingKind::Integer || setting.kind == SettingKind::Number;
+        ASSERT_EQ(setting.range.has_value(), number) << qPrintable(name(setting));
+        if (!number) continue;
+        SCOPED_TRACE(qPrintable(name(setting)));
+        const QString section = QString::fromUtf16(setting.section), key = QString::fromUtf16(setting.key);
+        const auto now = [&] { return SettingNumber(m_system, section, key, file()); };
+        const auto fallback = now();
+        EXPECT_EQ(fallback.has_value(), *setting.fallback != 0);
+        if (fallback) {
+            EXPECT_TRUE(*fallback >= setting.range->least && *fallback <= setting.range->most);
+        }
+        for (const QString& bad :
+             {u"99999999999"_s, u"-99999999999"_s, u"1e999"_s, u"abc"_s, u"1,2,3,4,x"_s,
+              QString::number(setting.range->least - 1), QString::number(setting.range->most + 1, 'f', 0)}) {
+            set(section, key, bad);
+            EXPECT_EQ(now(), fallback) << qPrintable(bad);
+            const auto faults = FindSettingFaults(m_system, file());
+            ASSERT_EQ(faults.size(), 1) << qPrintable(bad);
+            EXPECT_EQ(faults[0].key + u'=' + faults[0].value, key + u'=' + bad);
+            read();
+        }
+        for (const double good : {setting.range->least, setting.range->most}) {
+            set(section, key, QString::number(good, 'f', 1).replace(u'.', u',').replace(u",0"_s, u""_s));
+            EXPECT_EQ(now(), good);
+        }
+        EXPECT_TRUE(FindSettingFaults(m_system, file()).empty());
     }
+    EXPECT_THROW(std::ignore = SettingNumber(m_system, u"GLOBAL"_s, u"SteuerText"_s, file()), RuntimeError);
+}
+
+TEST_F(SettingsTest, WhatIsNoValueIsToldInOneMessageByFileSectionKeyAndValue) {
+    ScriptedDialogs dialogs;
+    TellSettingFaults(m_system, file()); // nothing to say
+    set(u"GLOBAL"_s, u"DecimalStellen"_s, u"-5"_s);
+    set(u"GLOBAL"_s, u"PrintDirectIOPort"_s, u"99999999999"_s);
+    set(u"GLOBAL"_s, u"HalberSteuerSatz"_s, u"7,5"_s);
+    set(u"KassenFunction"_s, u"Rabatt"_s, u"vielleicht"_s);
+    dialogs.expectMsgBox(
+        u"Mit diesen Werten in der Datei %1 kann die Kasse nicht arbeiten:\n\n"
+        "[Global] PrintDirectIOPort=99999999999   (möglich: 1 bis 255; es gilt 1)\n"
+        "[GLOBAL] DecimalStellen=-5   (möglich: 0 bis 9; es gilt 2)\n"
+        "[KassenFunction] Rabatt=vielleicht   (möglich: -1 oder 0; es gilt 0)\n\n...*"_s.arg(file()),
+        MsgIcon::Exclamation);
+    TellSettingFaults(m_system, file());
+    dialogs.verify();
+    // A file that is none must not fill the screen.
+    for (const Setting& setting : Settings())
+        set(QString::fromUtf16(setting.section), QString::fromUtf16(setting.key), QString(200, u'9') + u'x');
+    dialogs.expectMsgBox(u"Mit diesen Werten...*"_s, MsgIcon::Exclamation);
+    TellSettingFaults(m_system, file());
+    EXPECT_LT(dialogs.lastMessage.size(), 2500);
+    EXPECT_TRUE(dialogs.lastMessage.contains(u"weitere, siehe Protokoll"_s));
 }
 
 TEST_F(SettingsTest, EmptyAndDefaultPrintersGetTheNameOfTheSystemsPrinter) {
@@ -197,6 +246,12 @@ TEST_F(SettingsTest, TheHandbookNamesEveryKeyAsItIs) {
         }
         return QString();
     };
+    const auto range = [](const Setting& setting) {
+        const auto bound = [](double number) { return QString::number(number).replace(u'.', u','); };
+        return setting.range ? u", "_s + bound(setting.range->least) + u" bis "_s +
+                                   QString::number(setting.range->most, 'f', 0)
+                             : QString();
+    };
     const auto cell = [](const char16_t* text) {
         const QString value = text ? QString::fromUtf16(text) : QString();
         return value.isEmpty() ? u"–"_s : u'`' + value + u'`';
@@ -207,7 +262,8 @@ TEST_F(SettingsTest, TheHandbookNamesEveryKeyAsItIs) {
             QString::fromUtf16(setting.section).compare(u"Global"_s, Qt::CaseInsensitive) == 0
                 ? u"GLOBAL"_s
                 : QString::fromUtf16(setting.section),
-            QString::fromUtf16(setting.key), kind(setting.kind), cell(setting.fallback), cell(setting.back));
+            QString::fromUtf16(setting.key), kind(setting.kind) + range(setting), cell(setting.fallback),
+            cell(setting.back));
     QSet<QString> found;
     QString section;
     for (const QString& line : QString::fromUtf8(handbook.readAll()).split(u'\n')) {

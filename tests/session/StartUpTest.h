@@ -64,6 +64,7 @@ class StartUpTest : public testing::Test {
         ResetSession();
         qputenv("MERIVANE_HOME", QFile::encodeName(home()));
         qputenv("MERIVANE_RUNTIME", QFile::encodeName(m_folder.path() + u"/run"_s));
+        qputenv("MERIVANE_STATE", QFile::encodeName(m_folder.path() + u"/state"_s));
         QDir().mkpath(home());
         QDir().mkpath(shop());
         put(home() + u"/konfig.ini"_s, "[GLOBAL]\nDBPath=" + QFile::encodeName(shop()) + "\n");
@@ -72,6 +73,7 @@ class StartUpTest : public testing::Test {
         ResetSession();
         qunsetenv("MERIVANE_HOME");
         qunsetenv("MERIVANE_RUNTIME");
+        qunsetenv("MERIVANE_STATE");
     }
     [[nodiscard]] QString home() const { return m_folder.path() + u"/till"_s; }
     [[nodiscard]] QString shop() const { return m_folder.path() + u"/shop"_s; }

@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -102,8 +103,8 @@ class PostgresProxy::Line {
         , m_there{client, server, {}, false}
         , m_back{server, client, {}, false} {}
     ~Line() {
-        close(m_there.from);
-        close(m_back.from);
+        for (const int fd : {m_there.from, m_back.from})
+            if (fd >= 0) close(fd);
     }
     Line(const Line&) = delete;
     Line& operator=(const Line&) = delete;
@@ -111,9 +112,9 @@ class PostgresProxy::Line {
     void addTo(std::vector<pollfd>& polls) const {
         for (const Way* way : {&m_there, &m_back}) {
             const Way& other = way == &m_there ? m_back : m_there;
-            short events = way->ended ? 0 : POLLIN;
+            short events = way->ended || way->from < 0 ? 0 : POLLIN;
             if (!other.parts.empty() && other.parts.front().due <= Clock::now()) events |= POLLOUT;
-            polls.push_back({way->from, events, 0});
+            polls.push_back({m_silent && way->ended ? -1 : way->from, events, 0});
         }
     }
     [[nodiscard]] std::optional<Clock::time_point> due() const {
@@ -125,15 +126,30 @@ class PostgresProxy::Line {
     }
     /// False when the line is dead.
     bool work() {
+        if (m_proxy.m_silent) m_silent = true;
+        if (m_silent) return drain();
         for (Way* way : {&m_there, &m_back}) {
             read(*way);
             if (m_cut) return false;
+            if (m_silent) return drain();
         }
         return write(m_there) && write(m_back) && !(m_there.ended && m_there.parts.empty()) &&
                !(m_back.ended && m_back.parts.empty());
     }
 
   private:
+    /// Takes what comes and passes nothing on; false when the till has gone.
+    bool drain() {
+        for (Way* way : {&m_there, &m_back}) {
+            char bytes[65536];
+            ssize_t size = 1;
+            while (way->from >= 0 && size > 0)
+                size = recv(way->from, bytes, sizeof bytes, 0);
+            way->parts.clear();
+            if (way->from >= 0 && (size == 0 || (errno != EAGAIN && errno != EINTR))) way->ended = true;
+        }
+        return !m_there.ended;
+    }
     void read(Way& way) {
         char bytes[65536];
         for (;;) {
@@ -141,7 +157,7 @@ class PostgresProxy::Line {
             if (size > 0) {
                 const QByteArray got(bytes, size);
                 &way == &m_there ? fromClient(got) : fromServer(got);
-                if (m_cut) return;
+                if (m_cut || m_silent) return;
                 continue;
             }
             if (size == 0 || (errno != EAGAIN && errno != EINTR)) way.ended = true;
@@ -169,7 +185,7 @@ class PostgresProxy::Line {
         QByteArray on;
         while (const auto frame = m_asked.take()) {
             on += look(*frame);
-            if (m_cut) return;
+            if (m_cut || m_silent) return;
         }
         pass(m_there, on);
     }
@@ -180,7 +196,7 @@ class PostgresProxy::Line {
         while (const auto frame = m_answered.take()) {
             if (frame->startsWith('Z')) ++m_ready;
             if (m_cutAtReady >= 0 && m_ready >= m_cutAtReady) {
-                m_cut = true;
+                (m_silently ? m_silent : m_cut) = true;
                 return;
             }
             on += *frame;
@@ -197,21 +213,26 @@ class PostgresProxy::Line {
         }
         const char kind = frame[0];
         if (kind == 'S' || kind == 'Q') ++m_syncs;
-        std::optional<Cut> cut;
+        std::optional<Order> order;
         if (kind == 'P') {
             const QByteArray name = textAt(frame, 5);
             m_statements[name] = textAt(frame, 5 + name.size() + 1);
         } else if (kind == 'B') {
             const QByteArray portal = textAt(frame, 5);
-            cut = m_proxy.judge(m_statements.value(textAt(frame, 5 + portal.size() + 1)));
+            order = m_proxy.judge(m_statements.value(textAt(frame, 5 + portal.size() + 1)));
         } else if (kind == 'Q') {
-            cut = m_proxy.judge(textAt(frame, 5));
+            order = m_proxy.judge(textAt(frame, 5));
         }
-        if (cut == Cut::BeforeSending) m_cut = true;
+        if (!order) return frame;
+        m_silently = order->silently;
+        if (order->where == Cut::BeforeSending) {
+            (m_silently ? m_silent : m_cut) = true;
+            return {};
+        }
         // The answer is whole when the server is ready again; it says so once for the login, then for each
         // sync.
-        if (cut == Cut::BeforeAnswer) m_cutAtReady = 1 + m_syncs + (kind == 'Q' ? 0 : 1);
-        return m_cut ? QByteArray() : frame;
+        m_cutAtReady = 1 + m_syncs + (kind == 'Q' ? 0 : 1);
+        return frame;
     }
 
     PostgresProxy& m_proxy;
@@ -220,7 +241,7 @@ class PostgresProxy::Line {
     QMap<QByteArray, QByteArray> m_statements;
     int m_syncs = 0, m_ready = 0;
     int m_cutAtReady = -1;
-    bool m_cut = false, m_waiting = false;
+    bool m_cut = false, m_silent = false, m_silently = false, m_waiting = false;
 };
 
 PostgresProxy::PostgresProxy(quint16 serverPort)
@@ -249,8 +270,21 @@ PostgresProxy::~PostgresProxy() {
 void PostgresProxy::setDelay(std::chrono::microseconds roundTrip) { m_halfDelay = roundTrip.count() / 2; }
 
 void PostgresProxy::cut(Cut where, const QByteArray& statement, int passed, After after) {
+    place({where, statement.toLower(), passed, after, false});
+}
+
+void PostgresProxy::hush(Cut where, const QByteArray& statement, int passed) {
+    place({where, statement.toLower(), passed, After::Accept, true});
+}
+
+void PostgresProxy::place(Order order) {
     const std::lock_guard lock(m_mutex);
-    m_order = Order{where, statement.toLower(), passed, after};
+    m_order = std::move(order);
+}
+
+void PostgresProxy::setSilent(bool on) {
+    m_silent = on;
+    wake();
 }
 
 bool PostgresProxy::hasCut() const {
@@ -265,15 +299,13 @@ void PostgresProxy::cutAll() {
         std::this_thread::yield();
 }
 
-std::optional<PostgresProxy::Cut> PostgresProxy::judge(const QByteArray& statement) {
+std::optional<PostgresProxy::Order> PostgresProxy::judge(const QByteArray& statement) {
     const std::lock_guard lock(m_mutex);
     if (!m_order || !statement.toLower().contains(m_order->statement)) return std::nullopt;
     if (m_order->passed-- > 0) return std::nullopt;
-    const Cut where = m_order->where;
     if (m_order->after == After::Deny) m_deny = true;
     if (m_order->after == After::Close) m_refuse = true;
-    m_order.reset();
-    return where;
+    return std::exchange(m_order, std::nullopt);
 }
 
 void PostgresProxy::wake() const { std::ignore = ::write(m_wake[1], "x", 1); }
@@ -287,6 +319,11 @@ void PostgresProxy::accept() {
         static constexpr char words[] = "E\0\0\0\x25SFATAL\0C28000\0Mnobody may enter\0";
         std::ignore = send(client, words, sizeof words, MSG_NOSIGNAL);
         close(client);
+        return;
+    }
+    if (m_silent) {
+        makeQuick(client);
+        m_lines.push_back(std::make_unique<Line>(*this, client, -1));
         return;
     }
     const int server = newSocket();

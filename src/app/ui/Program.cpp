@@ -93,6 +93,7 @@ Program::Program(Waiter& waiter)
     m_terminalWindow = std::make_unique<WaitWindow>();
     m_waitWindow = std::make_unique<WaitWindow>();
     m_waitScreenBefore = SetWaitScreen(m_waitWindow.get());
+    store::SetServerPatience(&m_serverPatience);
     SetCardTerminalFactory([this]() -> std::unique_ptr<CardTerminal> {
         const auto config = zvt::TerminalConfig::Read(*gSystem, KonfigIni());
         if (!config.isConfigured()) return nullptr;
@@ -111,6 +112,7 @@ Program::~Program() {
     SetCardTerminalFactory({});
     gDB.reset();
     m_startUp.reset();
+    store::SetServerPatience(nullptr);
     SetWaitScreen(m_waitScreenBefore);
     CloseLog();
     SetDialogHost(m_dialogsBefore);

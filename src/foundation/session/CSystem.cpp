@@ -11,7 +11,9 @@
 #include <QSysInfo>
 
 #include <cerrno>
+#include <filesystem>
 #include <map>
+#include <system_error>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -116,6 +118,26 @@ QString CSystem::ReadProfileString(const QString& Section, const QString& Key, c
         if (value.back().isHighSurrogate()) value.chop(1);
     }
     return value;
+}
+
+QString CSystem::ReadFault(const QString& File) const {
+    const QString denied = u"Das Recht, sie zu lesen, fehlt."_s;
+    std::error_code code;
+    const auto status = std::filesystem::status(std::filesystem::path(File.toStdU16String()), code);
+    if (status.type() == std::filesystem::file_type::not_found) return {};
+    if (code == std::errc::permission_denied) return denied;
+    if (!std::filesystem::is_regular_file(status)) return u"Unter diesem Namen steht keine Datei."_s;
+    QFile file(File);
+    if (file.size() > sizeLimit) return u"Sie ist zu groß."_s;
+    if (!file.open(QIODevice::ReadOnly)) return denied;
+    const QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError) return u"Der Datenträger meldet einen Fehler."_s;
+    try {
+        const IniFile read(content);
+    } catch (const RuntimeError& error) {
+        return error.Description;
+    }
+    return {};
 }
 
 void CSystem::WriteProfileString(const QString& Section, const QString& Key, const QString& Value,

@@ -2,6 +2,8 @@
 #include <session/Log.h>
 #include <session/MessageDetails.h>
 #include <session/MsgBox.h>
+#include <session/StoreRescue.h>
+#include <store/Database.h>
 #include <text/DetailedError.h>
 
 #include <utility>
@@ -36,4 +38,5 @@ void ShowProgrammFehler(int Number, const QString& Source, const QString& Descri
 
 void ShowProgrammFehler(const RuntimeError& error, const QString& source) {
     show(error.Number, error.Source.isEmpty() ? source : error.Source, error.Description, DetailsOf(error));
+    if (error.Number == store::StoreGone) OfferStoreCopy();
 }

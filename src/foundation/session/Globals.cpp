@@ -1,6 +1,7 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/Settings.h>
+#include <session/StoreRescue.h>
 #include <session/gAngaben.h>
 #include <session/gArtikel.h>
 #include <session/gKunde.h>
@@ -48,6 +49,7 @@ void ResetSession() {
     clear(gSetupDone, gPrintMode, gColorBack1, gColorBack2, gColorBack3, gColorBack4);
     clear(gKassenBestand, gRabattAngabe, gPreisAngabe, gFreierArtikel, gBestellNummerWahl, gVorlagenAuswahl);
     clear(gArtikel, gUser, gKassenUser, gLoginPflicht, gZahlung);
+    gStoreSaved = false;
     gKunde = KundeRecord::Standard();
 }
 

@@ -33,22 +33,33 @@ void requireName(const QString& name, const QString& forbidden, const QString& f
 IniFile::IniFile(const QByteArray& content) { parse(content); }
 
 void IniFile::parse(const QByteArray& content) {
+    const auto refuse = [](const QString& why) { throw RuntimeError(321, why, u"CSystem"_s); };
+    if (!HasUtf16Mark(content)) {
+        if (content.contains('\0')) refuse(u"Die Datei ist keine Textdatei."_s);
+        return parseLines(content);
+    }
+    const QString text = FromUtf16File(content);
+    if (content.size() % 2 != 0 || !text.isValidUtf16() || text.contains(QChar(0)))
+        refuse(u"Die Datei ist beschädigt: Ihr Text (UTF-16) ist nicht zu lesen."_s);
+    m_wide = content.startsWith("\xFE\xFF") ? Wide::BigEndian : Wide::LittleEndian;
+    parseLines(text.toUtf8());
+    m_utf8 = true;
+}
+
+void IniFile::parseLines(const QByteArray& content) {
     m_lines.clear();
     m_index.clear();
-    if (content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF"))
-        throw RuntimeError(321,
-                           u"Die Datei ist in UTF-16 gespeichert; Windows-1252 oder UTF-8 sind möglich."_s,
-                           u"CSystem"_s);
-    m_mark = content.startsWith(utf8Mark) ? QByteArray(utf8Mark) : QByteArray();
+    m_mark = m_wide == Wide::No && content.startsWith(utf8Mark) ? QByteArray(utf8Mark) : QByteArray();
     const QByteArrayView rest = QByteArrayView(content).sliced(m_mark.size());
     m_utf8 = !m_mark.isEmpty() || (!isAscii(rest) && IsUtf8(rest));
+    const char lineBreak = rest.contains('\n') ? '\n' : '\r';
 
     QString section;
     for (qsizetype from = 0; from < rest.size();) {
-        const qsizetype newline = rest.indexOf('\n', from);
+        const qsizetype newline = rest.indexOf(lineBreak, from);
         const qsizetype next = newline < 0 ? rest.size() : newline + 1;
         qsizetype to = newline < 0 ? rest.size() : newline;
-        if (newline > from && rest[newline - 1] == '\r') --to;
+        if (lineBreak == '\n' && newline > from && rest[newline - 1] == '\r') --to;
         Line line;
         line.text = rest.sliced(from, to - from).toByteArray();
         line.end = rest.sliced(to, next - to).toByteArray();
@@ -143,7 +154,7 @@ void IniFile::place(const QString& section, const QString& key, const QByteArray
     QByteArray added;
     QByteArray content = m_mark;
     if (at == m_lines.end()) {
-        content = bytes();
+        content = lines();
         if (!m_lines.empty() && m_lines.back().end.isEmpty()) content += end;
         if (!m_lines.empty() && !m_lines.back().text.trimmed().isEmpty()) content += end;
         const QString head = u'[' + section.trimmed() + u']';
@@ -155,7 +166,7 @@ void IniFile::place(const QString& section, const QString& key, const QByteArray
         }
     }
     const bool utf8 = m_utf8;
-    parse(content);
+    parseLines(content);
     m_utf8 = utf8;
 }
 
@@ -168,6 +179,11 @@ void IniFile::convertToUtf8() {
 }
 
 QByteArray IniFile::bytes() const {
+    if (m_wide == Wide::No) return lines();
+    return ToUtf16File(QString::fromUtf8(lines()), m_wide == Wide::BigEndian);
+}
+
+QByteArray IniFile::lines() const {
     QByteArray content = m_mark;
     for (const Line& line : m_lines)
         content += line.text + line.end;

@@ -7,7 +7,8 @@
 #include <vector>
 
 /// The bytes of one ini file, line by line, so that whatever is not changed goes back as it came: comments,
-/// order, blank lines, encoding, line ends.
+/// order, blank lines, encoding (Windows-1252, UTF-8, or UTF-16 with its mark), line ends (those of Windows,
+/// of Unix, or in a file without either the single CR).
 ///
 /// What it holds: "[Section]" and "Key=Value", blanks around either do not count, names
 /// compare without case, ";" at the start of a line is a comment, a value in a pair of quotes loses them, the
@@ -15,7 +16,7 @@
 class IniFile {
   public:
     IniFile() = default;
-    /// Raises 321 for a file of two-byte characters, which would be damaged by a write.
+    /// Raises 321 for what is no text: zero bytes, or a UTF-16 that is cut or broken.
     explicit IniFile(const QByteArray& content);
 
     /// Null when the section or key is missing.
@@ -29,13 +30,15 @@ class IniFile {
   private:
     struct Line {
         QByteArray text; ///< without the line end
-        QByteArray end;  ///< "\r\n", "\n" or "" at the end of the file
+        QByteArray end;  ///< "\r\n", "\n", "\r", or "" at the end of the file
         bool isSection = false;
         QString section; ///< folded name of the section it stands in
         QString key;     ///< folded; empty unless it is a key line
     };
 
     void parse(const QByteArray& content);
+    void parseLines(const QByteArray& content);
+    [[nodiscard]] QByteArray lines() const;
     void classify(Line& line, QString& section) const;
     [[nodiscard]] QString decoded(QByteArrayView text) const;
     [[nodiscard]] QString valueOf(const Line& line) const;
@@ -43,7 +46,9 @@ class IniFile {
     void place(const QString& section, const QString& key, const QByteArray& text);
     void convertToUtf8();
 
-    QByteArray m_mark; ///< the byte order mark, if any
+    enum class Wide { No, LittleEndian, BigEndian };
+    Wide m_wide = Wide::No; ///< the file is UTF-16; in here it is UTF-8
+    QByteArray m_mark;      ///< the byte order mark of UTF-8, if any
     bool m_utf8 = false;
     std::vector<Line> m_lines;
     QHash<QString, size_t> m_index; ///< section + '\n' + key -> line

@@ -26,18 +26,6 @@ Log& theLog() {
     return log;
 }
 
-QString stateFolder() {
-    const QString told = qEnvironmentVariable("MERIVANE_STATE");
-    if (!told.isEmpty()) return told;
-    const QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!base.isEmpty()) return base + u"/merivane"_s;
-#ifdef Q_OS_UNIX
-    return QDir::homePath() + u"/.local/state/merivane"_s;
-#else
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/merivane"_s;
-#endif
-}
-
 /// merivane.log becomes merivane.1.log, that one merivane.2.log, and the oldest goes.
 void rotate(QFile& file) {
     const QString path = file.fileName();
@@ -63,9 +51,21 @@ void message(QtMsgType type, const QMessageLogContext& context, const QString& t
 
 } // namespace
 
+QString StateFolder() {
+    const QString told = qEnvironmentVariable("MERIVANE_STATE");
+    if (!told.isEmpty()) return told;
+    const QString base = qEnvironmentVariable("XDG_STATE_HOME");
+    if (!base.isEmpty()) return base + u"/merivane"_s;
+#ifdef Q_OS_UNIX
+    return QDir::homePath() + u"/.local/state/merivane"_s;
+#else
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/merivane"_s;
+#endif
+}
+
 void OpenLog(const QString& folder) {
     CloseLog();
-    const QString place = folder.isEmpty() ? stateFolder() : folder;
+    const QString place = folder.isEmpty() ? StateFolder() : folder;
     if (!QDir().mkpath(place)) return;
     auto file = std::make_unique<QFile>(QDir(place).filePath(u"merivane.log"_s));
     if (!file->open(QIODevice::WriteOnly | QIODevice::Append)) return;

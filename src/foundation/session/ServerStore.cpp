@@ -1,6 +1,7 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
 #include <session/ServerStore.h>
+#include <session/ServerWait.h>
 #include <session/Startup.h>
 #include <store/Database.h>
 #include <store/Schema.h>
@@ -12,6 +13,8 @@
 #include <array>
 #include <chrono>
 #include <future>
+#include <mutex>
+#include <optional>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +35,36 @@ const std::vector<QRegularExpression>& passwords() {
         QRegularExpression(u"([?&]sslpassword=)([^&]*)()"_s, QRegularExpression::CaseInsensitiveOption)};
     return patterns;
 }
+
+/// Brings what a thread in the background waits for to the one that has the screen.
+class Relay : public store::ServerPatience {
+  public:
+    [[nodiscard]] bool GoOn(const store::ServerWait& wait) override {
+        const std::lock_guard lock(m_mutex);
+        m_wait = wait;
+        return !m_cancelled;
+    }
+    void Over() noexcept override {
+        const std::lock_guard lock(m_mutex);
+        m_wait.reset();
+    }
+    void pass(store::ServerPatience& screen) {
+        std::optional<store::ServerWait> wait;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (!m_cancelled) wait = m_wait;
+        }
+        if (!wait) return screen.Over();
+        if (screen.GoOn(*wait)) return;
+        const std::lock_guard lock(m_mutex);
+        m_cancelled = true;
+    }
+
+  private:
+    std::mutex m_mutex;
+    std::optional<store::ServerWait> m_wait;
+    bool m_cancelled = false;
+};
 
 } // namespace
 
@@ -67,8 +100,17 @@ QString EnteredServerAddress(const QString& shown, const QString& address) {
 }
 
 std::unique_ptr<Database> OpenInBackground(std::function<std::unique_ptr<Database>()> open, Waiter& waiter) {
-    auto opening = std::async(std::launch::async, std::move(open));
-    waiter.Until([&] { return opening.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+    Relay relay;
+    auto opening = std::async(std::launch::async, [&relay, open = std::move(open)] {
+        store::SetServerPatience(&relay);
+        return open();
+    });
+    ScreenPatience screen;
+    waiter.Until([&] {
+        if (opening.wait_for(std::chrono::seconds(0)) == std::future_status::ready) return true;
+        relay.pass(screen);
+        return false;
+    });
     return opening.get();
 }
 

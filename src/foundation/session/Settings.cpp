@@ -1,23 +1,64 @@
 #include <session/CSystem.h>
 #include <session/Globals.h>
+#include <session/Log.h>
 #include <session/MsgBox.h>
 #include <session/Settings.h>
 #include <text/Convert.h>
 #include <text/RuntimeError.h>
 
+#include <QDir>
+
 #include <algorithm>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// More decimals than any amount of money has; beyond that a format text only costs memory.
-constexpr int decimalLimit = 20;
+constexpr int mostTold = 12;          ///< faults in one message
+constexpr qsizetype longestTold = 40; ///< characters of a value there
 
 QString text(const char16_t* constant) { return QString::fromUtf16(constant); }
 
-QString moneyFormat(int decimals) {
-    return u"###0."_s + QString(std::clamp(decimals, 0, decimalLimit), u'0');
+QString moneyFormat(int decimals) { return u"###0."_s + QString(std::max(decimals, 0), u'0'); }
+
+bool isNumber(const Setting& setting) {
+    return setting.kind == SettingKind::Integer || setting.kind == SettingKind::Number;
+}
+
+/// The number in the text of such a key; nothing for a text that is none, or is beyond the range.
+std::optional<double> numberIn(const Setting& setting, const QString& value) {
+    if (!IsNumeric(value)) return std::nullopt;
+    try {
+        double number = CDbl(Value(value));
+        const auto& range = setting.range;
+        if (range && (number < range->least || number > range->most)) return std::nullopt;
+        if (setting.kind == SettingKind::Integer) number = CLng(Value(number));
+        return number;
+    } catch (const RuntimeError&) { // an overflow
+        return std::nullopt;
+    }
+}
+
+std::optional<double> numberOrDefault(const Setting& setting, const QString& value) {
+    const auto number = numberIn(setting, value);
+    return number ? number : numberIn(setting, text(setting.fallback));
+}
+
+bool isSwitch(const QString& value) {
+    try {
+        std::ignore = CBool(Value(value));
+        return true;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
+
+QString plain(double number) { return QString::number(number, 'g', 10).replace(u'.', u','); }
+
+QString valueOf(const Setting& setting, const CSystem& system, const QString& file) {
+    const QString value = system.ReadProfileString(text(setting.section), text(setting.key), file);
+    return setting.trimmed ? value.trimmed() : value;
 }
 
 void assign(const Setting& setting, const QString& value) {
@@ -30,10 +71,10 @@ void assign(const Setting& setting, const QString& value) {
         if (!value.isEmpty()) *std::get<bool*>(setting.target) = CBool(Value(value));
         break;
     case SettingKind::Integer:
-        *std::get<int*>(setting.target) = CLng(Value(IsNumeric(value) ? value : fallback));
+        *std::get<int*>(setting.target) = static_cast<int>(numberOrDefault(setting, value).value_or(0));
         break;
     case SettingKind::Number:
-        *std::get<double*>(setting.target) = CDbl(Value(IsNumeric(value) ? value : fallback));
+        *std::get<double*>(setting.target) = numberOrDefault(setting, value).value_or(0);
         break;
     case SettingKind::Text:
     case SettingKind::Printer:
@@ -49,8 +90,7 @@ using Entries = std::vector<CSystem::Entry>;
 void read(const Setting& setting, CSystem& system, const QString& file, Entries& missing) {
     const QString section = text(setting.section);
     const QString key = text(setting.key);
-    QString value = system.ReadProfileString(section, key, file);
-    if (setting.trimmed) value = value.trimmed();
+    const QString value = valueOf(setting, system, file);
     const bool writeBack = value.isEmpty() && setting.back;
     if (writeBack)
         missing.push_back(
@@ -75,6 +115,57 @@ const Setting* FindSetting(const QString& section, const QString& key) {
                key.compare(text(setting.key), Qt::CaseInsensitive) == 0;
     });
     return found == all.end() ? nullptr : &*found;
+}
+
+std::optional<double> SettingNumber(const CSystem& system, const QString& section, const QString& key,
+                                    const QString& file) {
+    const Setting* setting = FindSetting(section, key);
+    if (!setting || !isNumber(*setting))
+        throw RuntimeError(5, u"[%1] %2 ist keine Zahl der Einstellungen."_s.arg(section, key));
+    return numberOrDefault(*setting, valueOf(*setting, system, file));
+}
+
+std::vector<SettingFault> FindSettingFaults(const CSystem& system, const QString& file) {
+    std::vector<SettingFault> faults;
+    for (const Setting& setting : Settings()) {
+        const QString value = valueOf(setting, system, file);
+        if (value.isEmpty()) continue;
+        SettingFault fault{text(setting.section), text(setting.key), value, {}, {}};
+        if (isNumber(setting) && !numberIn(setting, value)) {
+            if (setting.range)
+                fault.allowed = plain(setting.range->least) + u" bis "_s + plain(setting.range->most);
+            fault.instead = text(setting.fallback);
+        } else if (setting.kind == SettingKind::Boolean && !isSwitch(value)) {
+            fault.allowed = u"-1 oder 0"_s;
+            fault.instead = u"0"_s;
+        } else {
+            continue;
+        }
+        faults.push_back(std::move(fault));
+    }
+    return faults;
+}
+
+void TellSettingFaults(const CSystem& system, const QString& file) {
+    const std::vector<SettingFault> faults = FindSettingFaults(system, file);
+    if (faults.empty()) return;
+    QStringList lines;
+    for (const SettingFault& fault : faults) {
+        QString value = fault.value;
+        if (value.size() > longestTold) value = value.left(longestTold) + u'…';
+        QString line = u"[%1] "_s.arg(fault.section) + fault.key + u'=' + value;
+        line += u"   (möglich: "_s + fault.allowed;
+        if (!fault.instead.isEmpty()) line += u"; es gilt "_s + fault.instead;
+        lines << line + u')';
+    }
+    WriteLog(file + u": "_s + lines.join(u"; "_s));
+    const qsizetype more = lines.size() - mostTold;
+    if (more > 0) lines = lines.first(mostTold) << u"und %1 weitere, siehe Protokoll"_s.arg(more);
+    MsgBox(u"Mit diesen Werten in der Datei %1 kann die Kasse nicht arbeiten:\n\n"_s.arg(
+               QDir::toNativeSeparators(file)) +
+               lines.join(u'\n') +
+               u"\n\nBitte berichtigen Sie die Datei, und starten Sie die Kasse danach neu."_s,
+           MsgIcon::Exclamation);
 }
 
 void WriteDefaultPrinters(CSystem& system, const QString& file, const QString& defaultPrinter) {

@@ -7,7 +7,9 @@
 #include <session/MessageDetails.h>
 #include <session/MsgBox.h>
 #include <session/ServerStore.h>
+#include <session/ServerWait.h>
 #include <session/Settings.h>
+#include <session/ShopFiles.h>
 #include <session/Startup.h>
 #include <session/gZVT.h>
 #include <store/Database.h>
@@ -25,7 +27,10 @@
 #include <QTimer>
 
 #include <cerrno>
+#include <filesystem>
 #include <optional>
+#include <system_error>
+#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -76,6 +81,16 @@ void SetDatenbankKennwort() {
             old.clear();
         }
     }
+}
+
+/// True when the rights do not let one see what is in the folder, or that it is there at all.
+bool folderIsClosed(const QString& folder) {
+    std::error_code code;
+    // Asking for something inside needs the right to search; listing it the one to read.
+    const std::filesystem::path path(folder.toStdU16String());
+    std::ignore = std::filesystem::status(path / "Merivane.mdb", code);
+    if (code != std::errc::permission_denied) std::ignore = std::filesystem::directory_iterator(path, code);
+    return code == std::errc::permission_denied;
 }
 
 /// The cards offered at payment, until the shop writes its own list.
@@ -185,6 +200,14 @@ std::optional<StartResult> StartUp::prepare() {
         MsgBox(u"Dieses Programm wurde bereits gestartet."_s);
         return StartResult::AlreadyRunning;
     }
+    if (const QString fault = gSystem->ReadFault(KonfigIni()); !fault.isEmpty()) {
+        MsgBox(u"Die Einstellungen dieser Kasse sind nicht zu lesen: "_s +
+                   QDir::toNativeSeparators(KonfigIni()) + u"\n\n"_s + fault +
+                   u"\n\nDas Programm wird beendet. Bitte geben Sie ihm das Recht, die Datei zu lesen, oder "
+                   "speichern Sie sie als Text, und starten Sie es dann neu."_s,
+               MsgIcon::Exclamation);
+        return StartResult::SettingsUnreadable;
+    }
     if (m_printers.names().isEmpty()) {
         MsgBox(
             u"Das Programm konnte nicht gestartet werden, da mindestens 1 installierter Drucker erforderlich ist."_s,
@@ -225,6 +248,7 @@ void StartUp::openFile() {
 
 // A server has users and rights of its own, so the passwords of the file have no part in this.
 void StartUp::openServer() {
+    TakeServerLimit();
     splash(u"Verbinde mit dem Server ..."_s, 300);
     if (const QString fault = ServerAddressFault(m_server); !fault.isEmpty())
         throw RuntimeError(fileMissing, fault, text(module));
@@ -257,6 +281,8 @@ void StartUp::loadSession() {
     m_screens.UnloadSplash();
     m_waiter.Yield();
     TellUnwrittenSettings();
+    TellSettingFaults(*gSystem, KonfigIni());
+    CheckShopFiles();
     if (const QString warning = gDB->Warning(); !warning.isEmpty()) MsgBox(warning, MsgIcon::Exclamation);
     statement(CheckSteuerUmstellung);
 }
@@ -315,6 +341,12 @@ std::optional<StartResult> StartUp::failed(const RuntimeError& error) {
                 "Systemadministrator."_s);
             return StartResult::StoreLocked;
         case fileMissing:
+            if (folderIsClosed(gDBPath))
+                MsgBox(u"Der Datenordner ist nicht zu lesen, das Recht dazu fehlt: "_s +
+                           QDir::toNativeSeparators(gDBPath) +
+                           u"\n\nBitte berichtigen Sie seine Rechte, oder wählen Sie in den folgenden "
+                           "Einstellungen einen anderen Ordner."_s,
+                       MsgIcon::Exclamation);
             return setup();
         default:
             ShowProgrammFehler(error, text(module));

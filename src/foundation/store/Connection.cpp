@@ -284,7 +284,11 @@ void Connection::commitTrans() {
 void Connection::rollbackTrans() {
     if (!engine().inTransaction()) raise(3219);
     m_engine->rollback();
-    structureChanged();
+    try {
+        structureChanged();
+    } catch (const RuntimeError&) { // taken back all the same; the next statement looks again, and tells
+        m_plans.clear();
+    }
 }
 
 Transaction::Transaction(Connection& connection)

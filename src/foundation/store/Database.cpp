@@ -262,6 +262,8 @@ void Database::NewPassword(const QString& Old, const QString& New) {
     transaction.commit();
 }
 
+void Database::SaveCopy(const QString& File) { m_impl->connection->engine().saveCopy(File); }
+
 qint64 Database::RoundTrips() const { return m_impl->connection->engine().roundTrips(); }
 
 void Database::Close() { m_impl->connection->close(); }

@@ -1,5 +1,7 @@
 #include "Engine.h"
 
+#include "Errors.h"
+
 #include <algorithm>
 #include <array>
 
@@ -32,6 +34,8 @@ bool IndexDefinition::covers(QStringView column) const {
         return column.compare(part.first, Qt::CaseInsensitive) == 0;
     });
 }
+
+void Engine::saveCopy(const QString&) { raise(3251); }
 
 QByteArray quoted(QStringView name) {
     QByteArray text = name.toUtf8();

@@ -151,6 +151,9 @@ class Engine {
     [[nodiscard]] virtual qint64 counter(const TableDefinition& table) = 0;
     /// `last` counts as given; never sets the counter below a number that stands in the table.
     virtual void setCounter(const TableDefinition& table, qint64 last) = 0;
+
+    /// Writes a whole copy of the store into a new file. Raises 3251 where there is no such way.
+    virtual void saveCopy(const QString& file);
 };
 
 /// A name as identifier of the engines' SQL.

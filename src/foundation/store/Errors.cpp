@@ -53,12 +53,17 @@ QString description(int number, const QString& what) {
         return u"Der Datensatz wurde gelöscht."_s;
     case 3190:
         return u"Die Tabelle '%1' hat zu viele Felder."_s.arg(what);
+    case StoreGone:
+        return u"Die Datei '%1' wurde gelöscht oder ersetzt, während mit ihr gearbeitet wird. Es wird nichts "
+               "mehr in sie geschrieben, und die letzte Eingabe wurde nicht gebucht."_s.arg(what);
     case 3191:
         return u"Das Feld '%1' kann nicht mehr als einmal definiert werden."_s.arg(what);
     case 3204:
         return u"Die Datenbank '%1' existiert bereits."_s.arg(what);
     case 3219:
         return u"Unzulässige Operation."_s;
+    case 3251:
+        return u"Für diese Datenbank gibt es diesen Vorgang nicht."_s;
     case 3260:
         return u"Aktualisieren nicht möglich. Die Datenbank ist zurzeit durch eine andere Kasse gesperrt."_s;
     case 3264:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <store/Database.h>
 #include <store/Trouble.h>
 #include <text/RuntimeError.h>
 

@@ -1,6 +1,6 @@
 #include <text/CodePage.h>
 
-#include <QStringDecoder>
+#include <QtEndian>
 
 #include <array>
 
@@ -50,7 +50,36 @@ bool FitsWindows1252(QStringView text) {
 
 bool IsUtf8(QByteArrayView bytes) { return bytes.isEmpty() || bytes.isValidUtf8(); }
 
+bool HasUtf16Mark(QByteArrayView bytes) {
+    return bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
+}
+
+QString FromUtf16File(QByteArrayView bytes) {
+    const bool big = bytes.startsWith("\xFE\xFF");
+    QString text((bytes.size() - 2) / 2, Qt::Uninitialized);
+    const char* from = bytes.data() + 2;
+    for (QChar& c : text) {
+        c = big ? qFromBigEndian<char16_t>(from) : qFromLittleEndian<char16_t>(from);
+        from += 2;
+    }
+    return text;
+}
+
+QByteArray ToUtf16File(QStringView text, bool bigEndian) {
+    QByteArray bytes((text.size() + 1) * 2, Qt::Uninitialized);
+    char* to = bytes.data();
+    const auto put = [&](char16_t unit) {
+        bigEndian ? qToBigEndian(unit, to) : qToLittleEndian(unit, to);
+        to += 2;
+    };
+    put(0xFEFF);
+    for (const QChar c : text)
+        put(c.unicode());
+    return bytes;
+}
+
 QString FromFileBytes(QByteArrayView bytes) {
+    if (HasUtf16Mark(bytes)) return FromUtf16File(bytes);
     if (bytes.startsWith("\xEF\xBB\xBF")) return QString::fromUtf8(bytes.sliced(3));
     return IsUtf8(bytes) ? QString::fromUtf8(bytes) : FromWindows1252(bytes);
 }

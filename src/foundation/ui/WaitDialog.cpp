@@ -6,6 +6,8 @@
 #include <ui/ScanGuard.h>
 #include <ui/Theme.h>
 
+#include <QKeyEvent>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -33,5 +35,15 @@ void WaitDialog::setText(const QString& text) {
 }
 
 bool WaitDialog::takeCancel() { return std::exchange(m_cancel, false); }
+
+void WaitDialog::refuse(const QKeyEvent& key) {
+    if (key.text().isEmpty()) return;
+    m_ui->lblNote->setText(u"Eingaben werden jetzt nicht angenommen. Bitte danach wiederholen."_s);
+}
+
+void WaitDialog::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) refuse(*event);
+    QDialog::keyPressEvent(event);
+}
 
 void WaitDialog::reject() { m_cancel = true; }

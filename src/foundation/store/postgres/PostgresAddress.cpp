@@ -33,10 +33,11 @@ QByteArray PostgresAddress::option(const char* name) const {
     return {};
 }
 
-int PostgresAddress::hosts() const {
-    const QByteArray names = option("host").isEmpty() ? option("hostaddr") : option("host");
-    return 1 + static_cast<int>(names.count(','));
+QString PostgresAddress::host() const {
+    return QString::fromUtf8(option("host").isEmpty() ? option("hostaddr") : option("host"));
 }
+
+int PostgresAddress::hosts() const { return 1 + static_cast<int>(host().count(u',')); }
 
 int PostgresAddress::patience() const {
     const int told = option("connect_timeout").toInt();

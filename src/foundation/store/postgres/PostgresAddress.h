@@ -16,7 +16,8 @@ class PostgresAddress {
     explicit PostgresAddress(const QString& uri);
 
     [[nodiscard]] const QByteArray& uri() const { return m_uri; }
-    [[nodiscard]] int hosts() const; ///< how many are named, at least 1
+    [[nodiscard]] QString host() const; ///< as it is named, "" for this machine or a service file
+    [[nodiscard]] int hosts() const;    ///< how many are named, at least 1
     /// Seconds that one host has to answer, 5 unless the URI tells another time.
     [[nodiscard]] int patience() const;
     /// "kasse@server/laden", for messages: never with the password.

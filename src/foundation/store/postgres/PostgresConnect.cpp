@@ -1,11 +1,16 @@
 #include "PostgresLink.h"
+#include "PostgresWait.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
+#include <condition_variable>
+#include <mutex>
 #include <netdb.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -17,7 +22,10 @@ namespace store {
 
 namespace {
 
-constexpr auto pause = std::chrono::milliseconds(200);
+using std::chrono::milliseconds;
+
+constexpr milliseconds pause(200);
+constexpr milliseconds graceForLookUp(300); ///< before a name that nobody answers for counts as silence
 
 using Handle = std::unique_ptr<PGconn, decltype(&PQfinish)>;
 
@@ -72,28 +80,35 @@ void readWords(PGconn* connection, ConnectFault& fault) {
     fault.words = words;
 }
 
-} // namespace
+/// One try to reach the server, made by a thread of its own: looking up a name waits for as long as the
+/// system likes.
+struct Attempt {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool done = false;
+    Handle connection{nullptr, PQfinish};
+    ConnectFault fault;
+    std::atomic<bool> abandoned = false;
+};
 
 // The library's blocking way would not tell at which stage it failed, nor the server's state.
-bool PostgresLink::tryConnect(ConnectFault& fault) {
-    close();
-    fault = {};
-    Handle connection = start(m_address);
+Handle dial(const PostgresAddress& address, milliseconds patience, ConnectFault& fault,
+            const std::atomic<bool>& abandoned) {
+    Handle connection = start(address);
     if (!connection) throw std::bad_alloc();
     PQsetErrorVerbosity(connection.get(), PQERRORS_VERBOSE);
     QElapsedTimer clock;
     clock.start();
-    const qint64 patience = 1000LL * m_address.patience() * m_address.hosts();
     PostgresPollingStatusType status = PGRES_POLLING_WRITING;
     if (PQstatus(connection.get()) == CONNECTION_BAD) status = PGRES_POLLING_FAILED;
     while (status == PGRES_POLLING_READING || status == PGRES_POLLING_WRITING) {
         const short event = status == PGRES_POLLING_READING ? POLLIN : POLLOUT;
         pollfd waiting{PQsocket(connection.get()), event, 0};
-        const qint64 left = patience - clock.elapsed();
-        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0) {
+        if (abandoned || clock.elapsed() >= patience.count()) {
             fault.timedOut = true;
             break;
         }
+        if (poll(&waiting, 1, static_cast<int>(PostgresWait::slice.count())) == 0) continue;
         const ConnStatusType stage = PQstatus(connection.get());
         if (stage == CONNECTION_SSL_STARTUP) fault.stage = ConnectFault::Stage::Tls;
         if (stage == CONNECTION_AWAITING_RESPONSE || stage == CONNECTION_AUTH_OK ||
@@ -107,9 +122,8 @@ bool PostgresLink::tryConnect(ConnectFault& fault) {
         PQsetErrorVerbosity(connection.get(), PQERRORS_DEFAULT);
         PQsetNoticeProcessor(
             connection.get(), [](void*, const char*) {}, nullptr);
-        m_connection = connection.release();
-        ++m_epoch;
-        return true;
+        PQsetnonblocking(connection.get(), 1);
+        return connection;
     }
     fault.host = textOf(PQhost(connection.get()));
     fault.database = textOf(PQdb(connection.get()));
@@ -124,16 +138,79 @@ bool PostgresLink::tryConnect(ConnectFault& fault) {
     if (fault.state.isEmpty() && fault.stage == ConnectFault::Stage::Network && !fault.timedOut &&
         !fault.closed)
         fault.unknownHost = !knowsHost(fault.host);
-    return false;
+    return {nullptr, PQfinish};
+}
+
+} // namespace
+
+bool PostgresLink::tryConnect(ConnectFault& fault, PostgresWait& wait) {
+    close();
+    const milliseconds patience =
+        std::min<milliseconds>(std::chrono::seconds(m_address.patience()) * m_address.hosts(), ServerLimit());
+    const auto attempt = std::make_shared<Attempt>();
+    std::thread([attempt, patience, address = m_address] {
+        ConnectFault met;
+        Handle made{nullptr, PQfinish};
+        try {
+            made = dial(address, patience, met, attempt->abandoned);
+        } catch (const std::bad_alloc&) {
+            met.words = u"zu wenig Speicher"_s;
+        }
+        const std::lock_guard lock(attempt->mutex);
+        if (!attempt->abandoned) attempt->connection = std::move(made);
+        attempt->fault = met;
+        attempt->done = true;
+        attempt->changed.notify_one();
+    }).detach();
+
+    m_waiting = true;
+    const auto waited = qScopeGuard([this] { m_waiting = false; });
+    QElapsedTimer clock;
+    clock.start();
+    std::unique_lock lock(attempt->mutex);
+    while (!attempt->changed.wait_for(lock, PostgresWait::slice, [&] { return attempt->done; })) {
+        const milliseconds left = patience - milliseconds(clock.elapsed());
+        lock.unlock();
+        const bool goesOn = wait.goesOn(left);
+        lock.lock();
+        if (attempt->done) break;
+        if (!goesOn || left < -graceForLookUp) {
+            attempt->abandoned = true;
+            if (!goesOn) refuse(Ended::Cancelled);
+            fault = {};
+            fault.timedOut = true;
+            fault.words = u"keine Antwort"_s;
+            fault.host = m_address.host();
+            return false;
+        }
+    }
+    fault = attempt->fault;
+    m_connection = attempt->connection.release();
+    if (!m_connection) return false;
+    m_server = textOf(PQhost(m_connection));
+    ++m_epoch;
+    return true;
+}
+
+void PostgresLink::refuse(Ended how) {
+    m_givenUp = how;
+    m_sinceGivenUp.start();
+    raiseLost(how);
 }
 
 void PostgresLink::connect(int milliseconds) {
     QElapsedTimer clock;
     clock.start();
     ConnectFault fault;
-    while (!tryConnect(fault)) {
-        if (!mayPass(fault) || clock.elapsed() >= milliseconds) raiseConnect(fault);
-        std::this_thread::sleep_for(pause);
+    PostgresWait wait(m_address.host(), true);
+    while (!tryConnect(fault, wait)) {
+        if (fault.timedOut) {
+            m_givenUp = Ended::Silent;
+            m_sinceGivenUp.start();
+        }
+        const qint64 left = milliseconds - clock.elapsed();
+        if (!mayPass(fault) || left <= 0) raiseConnect(fault);
+        if (!wait.pause(pause, std::chrono::milliseconds(left))) refuse(Ended::Cancelled);
     }
 }
 

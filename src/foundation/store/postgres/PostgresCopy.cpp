@@ -2,6 +2,8 @@
 #include "PostgresEngine.h"
 #include "PostgresValue.h"
 
+#include <utility>
+
 namespace store {
 
 namespace {
@@ -36,6 +38,18 @@ void append(QByteArray& line, const Value& value) {
 
 /// The server's own way for many rows.
 class CopySink final : public RowSink {
+    /// Copying stands in a transaction, which goes with its connection.
+    template <typename Act>
+    auto told(Act&& act) {
+        try {
+            return act();
+        } catch (const LostConnection&) {
+            m_open = false;
+            m_link.close();
+            raiseLostTransaction();
+        }
+    }
+
   public:
     CopySink(PostgresLink& link, const Counters& counters, const QByteArray& table,
              const QByteArrayList& columns)
@@ -44,14 +58,16 @@ class CopySink final : public RowSink {
         , m_epoch(link.epoch())
         , m_table(table) {
         const QByteArray sql = "COPY " + table + " (" + columns.join(", ") + ") FROM STDIN";
-        const PostgresResult result(PQexec(link.handle(), sql.constData()), PQclear);
+        const PostgresResult result = told([&] { return m_link.simple(sql); });
         if (PQresultStatus(result.get()) != PGRES_COPY_IN) fail(result.get());
         m_open = true;
     }
     ~CopySink() override {
-        if (m_open && m_epoch == m_link.epoch() && m_link.handle()) {
-            PQputCopyEnd(m_link.handle(), "not finished");
-            drain();
+        if (!m_open || m_epoch != m_link.epoch() || !m_link.handle()) return;
+        try {
+            m_link.copied("not finished");
+        } catch (const LostConnection&) {
+            m_link.close();
         }
     }
     CopySink(const CopySink&) = delete;
@@ -69,31 +85,19 @@ class CopySink final : public RowSink {
     void finish() override {
         send();
         m_open = false;
-        if (PQputCopyEnd(m_link.handle(), nullptr) != 1) raiseLostTransaction();
-        const PostgresResult result = drain();
+        const PostgresResult result = told([&] { return m_link.copied(); });
         if (PQresultStatus(result.get()) != PGRES_COMMAND_OK) fail(result.get());
         // The server plans by what it knows of a table and would look at this one only minutes later.
-        const PostgresResult known(PQexec(m_link.handle(), "ANALYZE " + m_table), PQclear);
+        const PostgresResult known = told([&] { return m_link.simple("ANALYZE " + m_table); });
         if (PQresultStatus(known.get()) != PGRES_COMMAND_OK) fail(known.get());
     }
 
   private:
     void send() {
-        const int sent = m_waiting.isEmpty() ? 1
-                                             : PQputCopyData(m_link.handle(), m_waiting.constData(),
-                                                             static_cast<int>(m_waiting.size()));
-        m_waiting.clear();
-        if (sent == 1) return;
+        const QByteArray bytes = std::exchange(m_waiting, {});
+        if (bytes.isEmpty() || told([&] { return m_link.copy(bytes); })) return;
         m_open = false;
-        fail(drain().get());
-    }
-    PostgresResult drain() {
-        PostgresResult first(nullptr, PQclear);
-        while (PGresult* result = PQgetResult(m_link.handle())) {
-            PostgresResult next(result, PQclear);
-            if (!first) first = std::move(next);
-        }
-        return first;
+        fail(told([&] { return m_link.copied(); }).get());
     }
     [[noreturn]] void fail(const PGresult* result) {
         if (PQstatus(m_link.handle()) != CONNECTION_OK) raiseLostTransaction();

@@ -46,8 +46,8 @@ PostgresEngine::PostgresEngine(PostgresAddress address, Access access, Place pla
         if (place == Place::Existing && state == State::Empty) raise(3011, m_link.address().shown());
         setUp();
         if (place == Place::Existing) install();
-    } catch (const LostConnection&) {
-        raiseLost();
+    } catch (const LostConnection& how) {
+        raiseLost(how.how);
     }
     m_opening = false;
 }
@@ -75,7 +75,7 @@ void PostgresEngine::forget(PostgresPrepared& statement) noexcept {
 // ---- one statement
 
 void PostgresEngine::ready() {
-    if (m_link.readingRows()) raise(3219);
+    if (m_link.readingRows() || m_link.waiting()) raise(3219);
     if (m_broken) raiseLostTransaction();
     if (m_link.alive()) return tellYear();
     if (m_transaction) {
@@ -100,6 +100,7 @@ void PostgresEngine::tellYear() {
 }
 
 void PostgresEngine::reconnect() {
+    if (const auto how = m_link.justGivenUp()) raiseLost(*how);
     // The first failure takes its time, since a server that is started anew comes back within seconds; those
     // that follow must not make each further click wait as long.
     const QDeadlineTimer deadline(std::exchange(m_patient, false) ? patience : 0);
@@ -109,9 +110,9 @@ void PostgresEngine::reconnect() {
         try {
             setUp();
             connected = true;
-        } catch (const LostConnection&) { // a server that falls again while it gets up
+        } catch (const LostConnection& how) { // a server that falls again while it gets up
             m_link.close();
-            if (deadline.hasExpired()) raiseLost();
+            if (how.givenUp() || deadline.hasExpired()) raiseLost(how.how);
         } catch (...) {
             m_link.close();
             throw;
@@ -127,8 +128,8 @@ void PostgresEngine::lost(const LostConnection& how, bool writes) {
         m_broken = true;
         raiseLostTransaction();
     }
-    if (writes && !how.nothingDone) raiseUnknownOutcome();
-    raiseLost();
+    if (writes && !how.nothingDone) raiseUnknownOutcome(how.how);
+    raiseLost(how.how);
 }
 
 void PostgresEngine::start(PostgresPrepared& statement) {
@@ -169,7 +170,8 @@ void PostgresEngine::send(Statements statements) {
             return;
         } catch (const LostConnection& how) {
             const bool harmless = reads || all(&PostgresPrepared::m_repeatable) || how.nothingDone;
-            if (!again || !harmless || m_transaction) lost({how.nothingDone && !repeated}, !reads);
+            if (!again || !harmless || m_transaction || how.givenUp())
+                lost({how.nothingDone && !repeated, how.how}, !reads);
             m_link.close();
             repeated = !how.nothingDone;
         }
@@ -261,7 +263,7 @@ PostgresResult PostgresEngine::nextRow(PostgresPrepared& statement, bool first) 
             return row;
         } catch (const LostConnection& how) {
             m_streaming = nullptr;
-            if (!again) lost(how, false);
+            if (!again || how.givenUp()) lost(how, false);
             m_link.close();
             start(statement);
         }
@@ -272,8 +274,12 @@ void PostgresEngine::endRows() noexcept {
     m_streaming = nullptr;
     m_link.endRows();
     if (!m_transaction || m_broken) return;
-    // Also after a success: the savepoint was set before the rows were read.
-    const PostgresResult result(PQexec(m_link.handle(), "ROLLBACK TO statement; RELEASE statement"), PQclear);
+    try {
+        // Also after a success: the savepoint was set before the rows were read.
+        if (m_link.handle()) std::ignore = m_link.simple("ROLLBACK TO statement; RELEASE statement");
+    } catch (const LostConnection&) {
+        m_link.close(); // the next statement tells what became of the transaction
+    }
 }
 
 void PostgresEngine::take(PostgresPrepared& statement, PostgresResult result) {
@@ -321,7 +327,7 @@ void PostgresEngine::begin() {
             m_transaction = true;
             return;
         } catch (const LostConnection& how) {
-            if (!again) lost(how, false);
+            if (!again || how.givenUp()) lost(how, false);
             m_link.close();
         }
     }
@@ -345,7 +351,12 @@ void PostgresEngine::rollback() noexcept {
     m_broken = false;
     if (!std::exchange(m_transaction, false)) return;
     // Without a connection the server does it by itself.
-    if (m_link.alive()) const PostgresResult result(PQexec(m_link.handle(), "ROLLBACK"), PQclear);
+    if (m_link.waiting() || !m_link.alive()) return m_link.close();
+    try {
+        std::ignore = m_link.simple("ROLLBACK");
+    } catch (const LostConnection&) {
+        m_link.close();
+    }
 }
 
 // ---- what the store asks besides
@@ -361,7 +372,8 @@ qint64 PostgresEngine::structureVersion() {
 }
 
 bool PostgresEngine::heardOfChange() {
-    if (m_link.readingRows() || m_broken || !m_link.alive()) return false; // the next statement sees to it
+    if (m_link.readingRows() || m_link.waiting() || m_broken || !m_link.alive())
+        return false; // the next statement sees to it
     return m_reconnected || m_link.told() != m_toldSeen;
 }
 

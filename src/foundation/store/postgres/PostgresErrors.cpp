@@ -2,6 +2,7 @@
 
 #include "../Errors.h"
 
+#include <store/ServerPatience.h>
 #include <text/DetailedError.h>
 
 #include <libpq-fe.h>
@@ -64,6 +65,21 @@ QString keyOf(const PGresult* result, const Counters& counters) {
 
 const QString nothingDone = u" Es wurde nichts gebucht; was schon gebucht war, ist auf dem Server sicher."_s;
 
+QString whatEnded(Ended how) {
+    switch (how) {
+    case Ended::Silent: {
+        const double seconds = std::chrono::duration<double>(ServerLimit()).count();
+        return u"Der Datenbankserver hat %1 Sekunden lang nicht geantwortet"_s.arg(
+            QString::number(seconds, 'g', 4).replace(u'.', u','));
+    }
+    case Ended::Cancelled:
+        return u"Das Warten auf den Datenbankserver wurde abgebrochen"_s;
+    case Ended::Cut:
+        break;
+    }
+    return u"Die Verbindung zum Datenbankserver ging verloren"_s;
+}
+
 } // namespace
 
 void raiseTold(int number, const QString& description, const QString& details) {
@@ -84,7 +100,8 @@ bool isStalePlan(const PGresult* result) {
 }
 
 bool mayPass(const ConnectFault& fault) {
-    if (fault.stage == ConnectFault::Stage::Network) return !fault.unknownHost && !fault.timedOut;
+    if (fault.timedOut) return false;
+    if (fault.stage == ConnectFault::Stage::Network) return !fault.unknownHost;
     if (fault.state.isEmpty()) return fault.stage == ConnectFault::Stage::Login && !fault.passwordMissing;
     return fault.state == u"57P03" || fault.state == u"57P01" || fault.state == u"57P02";
 }
@@ -114,7 +131,7 @@ void raiseConnect(const ConnectFault& fault) {
         raiseTold(notConnected,
                   u"Der Datenbankserver '%1' startet oder beendet sich gerade.%2 Bitte in einer "
                   "Minute wiederholen."_s.arg(fault.host, nothingDone));
-    if (fault.stage == ConnectFault::Stage::Tls)
+    if (fault.stage == ConnectFault::Stage::Tls && !fault.timedOut)
         raiseTold(notConnected,
                   u"Die verschlüsselte Verbindung (TLS) zum Datenbankserver '%1' kam nicht "
                   "zustande.%2 Bitte Zertifikat und sslmode prüfen."_s.arg(fault.host, nothingDone),
@@ -129,10 +146,9 @@ void raiseConnect(const ConnectFault& fault) {
               fault.words);
 }
 
-void raiseLost() {
-    raiseTold(notConnected,
-              u"Die Verbindung zum Datenbankserver ging verloren.%1 Bitte Netz und Server prüfen und "
-              "den Vorgang wiederholen."_s.arg(nothingDone));
+void raiseLost(Ended how) {
+    raiseTold(notConnected, whatEnded(how) + u'.' + nothingDone +
+                                u" Bitte Netz und Server prüfen und den Vorgang wiederholen."_s);
 }
 
 void raiseLostTransaction() {
@@ -142,11 +158,11 @@ void raiseLostTransaction() {
         "vollständig zurück; was vorher gebucht war, ist sicher. Bitte den Vorgang von vorn beginnen."_s);
 }
 
-void raiseUnknownOutcome() {
+void raiseUnknownOutcome(Ended how) {
     raiseTold(outcomeUnknown,
-              u"Die Verbindung zum Datenbankserver ging verloren, während er schrieb. Ob die letzte "
-              "Änderung angekommen ist, steht nicht fest; alles davor ist sicher. Bitte nachsehen, "
-              "bevor der Vorgang wiederholt wird."_s);
+              whatEnded(how) +
+                  u", während er schrieb. Ob die letzte Änderung angekommen ist, steht nicht fest; alles "
+                  "davor ist sicher. Bitte nachsehen, bevor der Vorgang wiederholt wird."_s);
 }
 
 } // namespace store

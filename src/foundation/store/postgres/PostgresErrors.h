@@ -37,16 +37,23 @@ struct ConnectFault {
 /// True when waiting a little may help: nobody listens, or the server is just starting or stopping.
 [[nodiscard]] bool mayPass(const ConnectFault& fault);
 
+/// How a connection ended: cut, given up because the server was silent for too long, or by the person who
+/// waited.
+enum class Ended { Cut, Silent, Cancelled };
+
 /// The connection ended while something was asked.
 struct LostConnection {
     bool nothingDone = false; ///< the server certainly took nothing over
+    Ended how = Ended::Cut;
+    /// Asking again would only wait again.
+    [[nodiscard]] bool givenUp() const { return how != Ended::Cut; }
 };
 
 /// 3151: the connection is lost and what was asked did not happen.
-[[noreturn]] void raiseLost();
+[[noreturn]] void raiseLost(Ended how = Ended::Cut);
 /// 3151: the same in a transaction, which the server takes back.
 [[noreturn]] void raiseLostTransaction();
 /// 3157: the connection was lost while the server may have been writing.
-[[noreturn]] void raiseUnknownOutcome();
+[[noreturn]] void raiseUnknownOutcome(Ended how = Ended::Cut);
 
 } // namespace store

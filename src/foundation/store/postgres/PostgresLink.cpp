@@ -1,11 +1,20 @@
 #include "PostgresLink.h"
 
+#include "PostgresWait.h"
+
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <poll.h>
 
 namespace store {
 
 namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds rest(500);        ///< for which a server that was given up is not asked again
+constexpr milliseconds stopWithin(2000); ///< that the wish to stop sending rows may take
 
 bool failed(const PGresult* result) {
     const ExecStatusType status = PQresultStatus(result);
@@ -52,6 +61,48 @@ bool PostgresLink::alive() {
     return PQstatus(m_connection) == CONNECTION_OK;
 }
 
+std::optional<Ended> PostgresLink::justGivenUp() const {
+    if (!m_sinceGivenUp.isValid() || m_sinceGivenUp.hasExpired(rest.count())) return std::nullopt;
+    return m_givenUp;
+}
+
+void PostgresLink::giveUp(Ended how) {
+    m_givenUp = how;
+    m_sinceGivenUp.start();
+    throw LostConnection{false, how};
+}
+
+void PostgresLink::await(Until until) {
+    const auto reached = [&] {
+        const int unsent = PQflush(m_connection);
+        return unsent < 0 || (unsent == 0 && (until == Until::Sent || PQisBusy(m_connection) == 0));
+    };
+    if (reached()) return;
+    m_waiting = true;
+    const auto done = qScopeGuard([this] { m_waiting = false; });
+    PostgresWait wait(m_server, false);
+    do {
+        short events = POLLIN;
+        if (PQflush(m_connection) > 0) events |= POLLOUT;
+        pollfd line{PQsocket(m_connection), events, 0};
+        if (poll(&line, 1, static_cast<int>(PostgresWait::slice.count())) > 0) {
+            wait.heard();
+            if ((line.revents & ~POLLOUT) != 0 && PQconsumeInput(m_connection) == 0) return;
+            continue;
+        }
+        const milliseconds left = ServerLimit() - wait.waited();
+        const bool silent = left <= milliseconds(0);
+        if (!silent && wait.goesOn(left)) continue;
+        askToStop(m_connection, milliseconds(0));
+        giveUp(silent ? Ended::Silent : Ended::Cancelled);
+    } while (!reached());
+}
+
+PostgresResult PostgresLink::nextResult() {
+    await(Until::Answered);
+    return {PQgetResult(m_connection), PQclear};
+}
+
 bool PostgresLink::send(const PostgresOrder& order) {
     switch (order.kind) {
     case PostgresOrder::Kind::Text:
@@ -83,7 +134,7 @@ std::vector<PostgresResult> PostgresLink::roundTrip(std::span<const PostgresOrde
     bool refused = false; // by the server, in its own words
     std::size_t done = 0;
     while (sent && !finished) {
-        PostgresResult result(PQgetResult(m_connection), PQclear);
+        PostgresResult result = nextResult();
         if (!result) {
             // The end of one order's answer; twice in a row only when there is no connection any more.
             if (PQstatus(m_connection) != CONNECTION_OK) break;
@@ -112,10 +163,31 @@ std::vector<PostgresResult> PostgresLink::roundTrip(std::span<const PostgresOrde
 
 PostgresResult PostgresLink::simple(const QByteArray& texts) {
     ++m_roundTrips;
-    PostgresResult result(PQexec(m_connection, texts.constData()), PQclear);
+    PostgresResult last(nullptr, PQclear);
+    if (PQsendQuery(m_connection, texts.constData()) == 1) {
+        while (PostgresResult result = nextResult()) {
+            last = std::move(result);
+            if (PQresultStatus(last.get()) == PGRES_COPY_IN) return last;
+        }
+    }
     if (PQstatus(m_connection) != CONNECTION_OK) throw LostConnection{};
     takeNotices();
-    return result;
+    return last;
+}
+
+bool PostgresLink::copy(const QByteArray& bytes) {
+    const int put = PQputCopyData(m_connection, bytes.constData(), static_cast<int>(bytes.size()));
+    if (put != 1) return false;
+    await(Until::Sent);
+    return true;
+}
+
+PostgresResult PostgresLink::copied(const char* fault) {
+    PQputCopyEnd(m_connection, fault);
+    PostgresResult first(nullptr, PQclear);
+    while (PostgresResult result = nextResult())
+        if (!first) first = std::move(result);
+    return first;
 }
 
 // In pipeline mode like everything else: outside it the library would leave its row by row mode switched on.
@@ -130,7 +202,7 @@ void PostgresLink::beginRows(const PostgresOrder& run) {
 
 PostgresResult PostgresLink::nextRow() {
     if (!m_rows) return {nullptr, PQclear};
-    PostgresResult result(PQgetResult(m_connection), PQclear);
+    PostgresResult result = nextResult();
     if (result && PQresultStatus(result.get()) == PGRES_SINGLE_TUPLE) return result;
     // Behind the last row stands a result without any.
     finishRows();
@@ -140,23 +212,23 @@ PostgresResult PostgresLink::nextRow() {
     return result;
 }
 
-void PostgresLink::finishRows() noexcept {
+void PostgresLink::finishRows() {
     m_rows = false;
     for (bool finished = false; !finished && PQstatus(m_connection) == CONNECTION_OK;) {
-        const PostgresResult rest(PQgetResult(m_connection), PQclear);
+        const PostgresResult rest = nextResult();
         finished = rest && PQresultStatus(rest.get()) == PGRES_PIPELINE_SYNC;
     }
     PQexitPipelineMode(m_connection);
 }
 
+// A wish to stop that arrived later would stop the next statement.
 void PostgresLink::endRows() noexcept {
     if (!m_rows) return;
-    if (PGcancel* cancel = PQgetCancel(m_connection)) {
-        char words[256];
-        PQcancel(cancel, words, sizeof(words));
-        PQfreeCancel(cancel);
+    try {
+        if (askToStop(m_connection, stopWithin)) return finishRows();
+    } catch (const LostConnection&) {
     }
-    finishRows();
+    close();
 }
 
 } // namespace store

@@ -3,16 +3,17 @@
 #include "PostgresEngine.h"
 #include "PostgresLibrary.h"
 #include "PostgresStructure.h"
+#include "PostgresWait.h"
 
-#include <QElapsedTimer>
-
-#include <thread>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace store {
 
 namespace {
+
+using std::chrono::milliseconds;
 
 constexpr int patience = 5000; ///< milliseconds that a start waits for one that has the store alone
 constexpr int haste = 300; ///< the same for one that wants it alone: the server notices an end a little late
@@ -55,6 +56,13 @@ QByteArray cell(const PostgresResult& result, int column) { return PQgetvalue(re
 
 QByteArray literal(const QByteArray& text) { return '\'' + QByteArray(text).replace('\'', "''") + '\''; }
 
+/// How long a statement waits for a row that another till holds. The server must have told so before it
+/// counts as silent.
+milliseconds lockPatience() {
+    constexpr milliseconds usual(10'000), ahead(2000);
+    return std::min(usual, std::max(ServerLimit() - ahead, ServerLimit() / 2));
+}
+
 class ServerPlace final : public NewStore {
   public:
     explicit ServerPlace(PostgresAddress address)
@@ -94,7 +102,9 @@ PostgresEngine::State PostgresEngine::lookAround() {
 void PostgresEngine::setUp() {
     QByteArray sql = "SET search_path = " + quoted(QString::fromUtf8(m_schema)) +
                      "; SET standard_conforming_strings = on; SET extra_float_digits = 1;"
-                     " SET lock_timeout = '10s'; SET statement_timeout = 0; SET client_min_messages = error;"
+                     " SET lock_timeout = " +
+                     QByteArray::number(lockPatience().count()) +
+                     "; SET statement_timeout = 0; SET client_min_messages = error;"
                      " SET default_transaction_isolation = 'read committed';" +
                      QByteArray(wishes);
     if (readOnly()) sql += "; SET default_transaction_read_only = on";
@@ -115,11 +125,12 @@ void PostgresEngine::takeHold() {
     const QByteArray key = QByteArray(lockClass) + ", hashtext(" + literal(m_schema) + ')';
     const QByteArray sql = exclusive() ? "SELECT pg_try_advisory_lock(" + key + ')'
                                        : "SELECT pg_try_advisory_lock_shared(" + key + ')';
-    QElapsedTimer clock;
-    clock.start();
+    const milliseconds most(exclusive() ? haste : patience);
+    PostgresWait wait(m_link.address().host(), true);
     while (cell(ask(sql), 0) != "t") {
-        if (clock.elapsed() > (exclusive() ? haste : patience)) raise(3045, m_link.address().shown());
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        if (wait.waited() > most) raise(3045, m_link.address().shown());
+        if (!wait.pause(PostgresWait::slice, most - wait.waited()))
+            throw LostConnection{true, Ended::Cancelled};
     }
 }
 

@@ -114,6 +114,13 @@ void SqliteEngine::openConnection() {
     sqlite3_extended_result_codes(m_db, 1);
     configure();
     refreshIndexes();
+    if (m_file != u":memory:" && !readOnly()) m_files = SqlitePlace(m_file);
+}
+
+void SqliteEngine::checkPlace() const {
+    if (m_files.stands()) return;
+    m_files.clearLog();
+    raise(StoreGone, m_file);
 }
 
 // The engine keeps a shared lock on the file as long as a connection has its log open, and an exclusive one
@@ -180,6 +187,16 @@ qint64 SqliteEngine::affected() const { return sqlite3_changes64(m_db); }
 qint64 SqliteEngine::lastKey() const { return sqlite3_last_insert_rowid(m_db); }
 bool SqliteEngine::inTransaction() const { return m_db && sqlite3_get_autocommit(m_db) == 0; }
 
+void SqliteEngine::begin() {
+    checkPlace();
+    finish(m_begin, "BEGIN IMMEDIATE");
+}
+
+void SqliteEngine::commit() {
+    checkPlace();
+    finish(m_commit, "COMMIT");
+}
+
 void SqliteEngine::rollback() noexcept {
     if (inTransaction()) sqlite3_exec(m_db, "ROLLBACK", nullptr, nullptr, nullptr);
 }
@@ -223,6 +240,7 @@ qint64 SqliteEngine::nextAutoNumber(const QString& table) {
 }
 
 void SqliteEngine::destroy() {
+    checkPlace();
     close();
     for (const QString& ending : {u"-wal"_s, u"-shm"_s, u"-journal"_s, u"-users"_s})
         QFile::remove(m_file + ending);

@@ -3,6 +3,7 @@
 #include "../Engine.h"
 #include "SqliteErrors.h"
 #include "SqliteFile.h"
+#include "SqlitePlace.h"
 
 #include <unordered_set>
 
@@ -31,8 +32,8 @@ class SqliteEngine final : public Engine {
     qint64 lastKey() const override;
     qint64 structureVersion() override;
     bool inTransaction() const override;
-    void begin() override { finish(m_begin, "BEGIN IMMEDIATE"); }
-    void commit() override { finish(m_commit, "COMMIT"); }
+    void begin() override;
+    void commit() override;
     void rollback() noexcept override;
 
     qint64 nextAutoNumber(const QString& table) override;
@@ -56,6 +57,7 @@ class SqliteEngine final : public Engine {
     std::unique_ptr<RowSink> rowSink(const TableDefinition& table) override;
     qint64 counter(const TableDefinition& table) override;
     void setCounter(const TableDefinition& table, qint64 last) override;
+    void saveCopy(const QString& file) override;
 
   private:
     friend class SqlitePrepared;
@@ -65,6 +67,8 @@ class SqliteEngine final : public Engine {
     void takeHold();
     void refreshIndexes();
     void workOnCopy();
+    /// Before anything is written. Raises StoreGone.
+    void checkPlace() const;
     [[noreturn]] void raiseLast(int code, SqliteTask task = SqliteTask::Work);
     void finish(std::unique_ptr<Prepared>& slot, const QByteArray& sql);
     [[nodiscard]] qint64 number(const QByteArray& sql);
@@ -73,6 +77,7 @@ class SqliteEngine final : public Engine {
     QString m_file;
     Access m_access;
     Place m_place;
+    SqlitePlace m_files;
     sqlite3* m_db = nullptr;
     PendingError m_pending;
     bool m_opening = true;

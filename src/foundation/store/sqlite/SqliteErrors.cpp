@@ -101,7 +101,7 @@ void raiseSqlite(sqlite3* db, int code, PendingError& pending, SqliteTask task, 
     case SQLITE_FULL:
         raise(3026);
     case SQLITE_READONLY:
-        if (extended == SQLITE_READONLY_DBMOVED) raise(3043, message);
+        if (extended == SQLITE_READONLY_DBMOVED) raise(StoreGone, file);
         raise(opening || extended == SQLITE_READONLY_DIRECTORY ? 3050 : 3027, file);
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:

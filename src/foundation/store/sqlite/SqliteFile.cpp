@@ -2,13 +2,17 @@
 
 #include "../Errors.h"
 
+#include <QByteArrayView>
 #include <QFileInfo>
 #include <QStorageInfo>
 #include <QtEndian>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <sqlite3.h>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +22,8 @@ namespace {
 
 // Through the engine's own file layer: closing a file handle of our own would drop the locks that other
 // connections of this process hold on the same file.
-bool readHeader(const QString& file, std::array<uchar, 100>& header) {
+// What a file that is too short does not have stays zero.
+void readHeader(const QString& file, std::array<uchar, 100>& header) {
     sqlite3_vfs* vfs = sqlite3_vfs_find(nullptr);
     const auto handle = std::make_unique<std::max_align_t[]>(
         static_cast<std::size_t>(vfs->szOsFile) / sizeof(std::max_align_t) + 1);
@@ -33,7 +38,17 @@ bool readHeader(const QString& file, std::array<uchar, 100>& header) {
     }
     const int code = opened->pMethods->xRead(opened, header.data(), static_cast<int>(header.size()), 0);
     opened->pMethods->xClose(opened);
-    return code == SQLITE_OK;
+    if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ) raise(3043, file);
+}
+
+// The header tells how many pages there are, unless it is older than they are, or a log holds what is
+// missing; the engine itself would take a page that lacks its end for one that ends in zeros.
+bool isCutShort(const std::array<uchar, 100>& header, const QFileInfo& file) {
+    const auto number = [&](int at) { return qint64{qFromBigEndian<quint32>(header.data() + at)}; };
+    const auto size = [&](const QString& ending) { return QFileInfo(file.filePath() + ending).size(); };
+    if (number(24) != number(92) || size(u"-wal"_s) > 0 || size(u"-journal"_s) > 0) return false;
+    const qint64 told = qFromBigEndian<quint16>(header.data() + 16);
+    return file.size() < number(28) * (told == 1 ? 65536 : told);
 }
 
 bool realProbe(const QString& file) {
@@ -50,12 +65,20 @@ bool (*networkProbe)(const QString&) = realProbe;
 
 void checkHeader(const QString& file) {
     const QFileInfo info(file);
-    if (!info.exists()) raise(3024, file);
-    if (!info.isFile()) raise(3343, file);
+    std::error_code code;
+    const auto status = std::filesystem::status(std::filesystem::path(file.toStdU16String()), code);
+    // A folder that lets nobody in is as good as none.
+    if (!std::filesystem::exists(status)) raise(3024, file);
+    if (!std::filesystem::is_regular_file(status)) raise(3343, file);
     std::array<uchar, 100> header{};
-    if (!readHeader(file, header)) raise(3343, file);
-    if (std::memcmp(header.data(), "SQLite format 3", 16) != 0) raise(3343, file);
+    readHeader(file, header);
+    // What is cut short in the middle of the header, or has nothing left at all, was one.
+    constexpr QByteArrayView begins("SQLite format 3\0", 16);
+    const auto there = static_cast<std::size_t>(std::min<qint64>(info.size(), begins.size()));
+    if (std::memcmp(header.data(), begins.data(), there) != 0) raise(3343, file);
+    if (info.size() < static_cast<qint64>(header.size())) raise(3049, file);
     if (qFromBigEndian<qint32>(header.data() + 68) != applicationId) raise(3343, file);
+    if (isCutShort(header, info)) raise(3049, file);
 }
 
 bool onNetwork(const QString& file) { return networkProbe(file); }

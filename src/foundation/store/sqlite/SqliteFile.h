@@ -12,8 +12,8 @@ namespace store {
 /// Marks our stores among all files of the engine's format (bytes 68 to 71 of the header).
 inline constexpr int applicationId = 0x4D564E31;
 
-/// Raises 3024 missing, 3050 no right to read, 3343 not a store of ours. Reads the header and changes
-/// nothing.
+/// Raises 3024 missing, 3050 no right to read, 3049 cut short, 3343 not a store of ours. Reads the header and
+/// changes nothing.
 void checkHeader(const QString& file);
 
 /// True for a folder on a network file system, where shared memory between machines does not work.

@@ -8,6 +8,7 @@ namespace store {
 SqlitePrepared::SqlitePrepared(SqliteEngine& engine, sqlite3_stmt* statement)
     : m_engine(&engine)
     , m_statement(statement)
+    , m_writes(sqlite3_stmt_readonly(statement) == 0)
     , m_texts(static_cast<std::size_t>(sqlite3_bind_parameter_count(statement))) {
     engine.m_statements.insert(this);
 }
@@ -51,6 +52,8 @@ void SqlitePrepared::bindInteger(int parameter, qint64 value) {
 
 bool SqlitePrepared::step() {
     if (!m_engine) raise(3420);
+    // A transaction looks when it begins and when it ends.
+    if (m_writes && sqlite3_stmt_busy(m_statement) == 0 && !m_engine->inTransaction()) m_engine->checkPlace();
     const int code = sqlite3_step(m_statement);
     if (code == SQLITE_ROW) return true;
     if (code == SQLITE_DONE) return false;

@@ -27,6 +27,7 @@ class SqlitePrepared final : public Prepared {
     void check(int code);
     SqliteEngine* m_engine;
     sqlite3_stmt* m_statement;
+    bool m_writes;
     std::vector<QByteArray> m_texts; ///< bound without a copy, so they live here
 };
 

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include <array>
 
 namespace till {
 
-/// The group keys and the article keys below them, and the names of the cards.
+/// The group keys and the article keys below them.
 class ArticleKeys {
   public:
     static constexpr int Groups = 5, Keys = 20;
@@ -28,9 +27,6 @@ class ArticleKeys {
     [[nodiscard]] const Key& key(int index) const { return m_keys.at(static_cast<std::size_t>(index)); }
     [[nodiscard]] int pressed() const { return m_pressed; }
     [[nodiscard]] const QString& title() const { return m_title; } ///< "Schnellwahltasten - Obst..."
-
-    /// The cards of karten.txt, one a line, blank lines left out. Raises 53 when the file is missing.
-    [[nodiscard]] static QStringList ReadKarten();
 
   private:
     std::array<QString, Groups> m_groups;

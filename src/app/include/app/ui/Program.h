@@ -1,5 +1,6 @@
 #pragma once
 
+#include <session/ServerWait.h>
 #include <session/Startup.h>
 #include <ui/ScanGuard.h>
 #include <ui/ScreenKeyboard.h>
@@ -60,6 +61,7 @@ class Program : private StartUpScreens {
     std::unique_ptr<WaitWindow> m_terminalWindow, m_waitWindow;
     ScreenKeyboard m_keyboard;
     WaitScreen* m_waitScreenBefore = nullptr;
+    ScreenPatience m_serverPatience;
     std::unique_ptr<StartUp> m_startUp;
     std::unique_ptr<frmSplash> m_splash;
     std::unique_ptr<frmLogin> m_login;

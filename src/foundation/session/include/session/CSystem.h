@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-/// Access to ini files and to what the machine is called. Ini files may be Windows-1252 or UTF-8; section and
-/// key names compare without case; comments, order and unknown keys survive a write; a write replaces the
-/// file at once or not at all. Files are kept in memory until they change, so that a read costs one look at
-/// the file's time.
+/// Access to ini files and to what the machine is called. Ini files may be Windows-1252, UTF-8 or UTF-16;
+/// section and key names compare without case; comments, order and unknown keys survive a write; a write
+/// replaces the file at once or not at all. Files are kept in memory until they change, so that a read costs
+/// one look at the file's time.
 class CSystem {
   public:
     CSystem();
@@ -21,9 +21,12 @@ class CSystem {
     /// write is read as if it stood in the file.
     [[nodiscard]] virtual QString ReadProfileString(const QString& Section, const QString& Key,
                                                     const QString& File) const;
+    /// Why a file cannot be read though it is there, as a German sentence; "" for one that can, or that is
+    /// missing. Reads of such a file give the empty text.
+    [[nodiscard]] QString ReadFault(const QString& File) const;
     /// Creates file and section as needed; the folder must exist. Raises 70 or 61 when the file cannot be
     /// written, 76 without the folder, 5 for an empty name or one that an ini file cannot hold, 321 for a
-    /// file in UTF-16.
+    /// file that is no text.
     virtual void WriteProfileString(const QString& Section, const QString& Key, const QString& Value,
                                     const QString& File);
     /// Several keys at once, for one write of the file.

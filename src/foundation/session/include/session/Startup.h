@@ -49,8 +49,9 @@ class PaintWaiter : public Waiter {
 
 /// How `Main` ended. Everything but Running ends the process; whatever there was to say has been said.
 enum class StartResult {
-    Running,        ///< the login is shown
-    AlreadyRunning, ///< another instance on this machine
+    Running,            ///< the login is shown
+    AlreadyRunning,     ///< another instance on this machine
+    SettingsUnreadable, ///< there is a konfig.ini, and it cannot be read
     NoPrinter,
     SetupCancelled, ///< no store, and nobody told where it is or wanted one to be made
     WrongPassword,

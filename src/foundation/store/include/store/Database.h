@@ -16,7 +16,10 @@ class Recordset;
 
 namespace store {
 std::unique_ptr<Database> OpenMoveTarget(const QString& name, const QString& connect);
-}
+/// The error of a write when the store's file was deleted, renamed or replaced while it was open. What was
+/// written before can still be read, and saved with Database::SaveCopy.
+inline constexpr int StoreGone = 3176;
+} // namespace store
 
 /// `Type` of OpenRecordset.
 inline constexpr int dbOpenDynaset = 2;
@@ -101,7 +104,7 @@ class Database {
     /// `Source` is an SQL text or a bare table name. Raises the errors of <jet/Translator.h>.
     [[nodiscard]] std::unique_ptr<Recordset> OpenRecordset(const QString& Source, int Type = dbOpenDynaset);
     /// Runs anything that gives no rows; the number of rows affected. Raises likewise, and 3022 duplicate
-    /// key, 3163 text too long, 3027 read-only, 3026 disk full, 3260 locked.
+    /// key, 3163 text too long, 3027 read-only, 3026 disk full, 3260 locked, StoreGone.
     qint64 Execute(const QString& SQL);
     /// Runs several writes of rows as one, in one trip to a server: all of them are done or none. Raises as
     /// Execute does, and 3219 for a change of structure.
@@ -143,6 +146,10 @@ class Database {
     void Rollback();
     /// Raises 3031 when `Old` is not the password, 3621 unless the store is open exclusively.
     void NewPassword(const QString& Old, const QString& New);
+    /// Writes a copy of everything that can be read into a new file, also when the store's own file has gone;
+    /// the file is there complete or not at all. Raises 3204 when there is one already, 3024 no such folder,
+    /// 3050, 3026, 3049 when what can be read is damaged, and 3251 on a server, which has its own ways.
+    void SaveCopy(const QString& File);
     /// Questions that travelled to a server and back so far; 0 for a file.
     [[nodiscard]] qint64 RoundTrips() const;
 

@@ -12,6 +12,11 @@
 [[nodiscard]] QByteArray ToWindows1252(QStringView text);
 [[nodiscard]] bool FitsWindows1252(QStringView text);
 [[nodiscard]] bool IsUtf8(QByteArrayView bytes);
-/// Content of a text file: a UTF-8 byte order mark or valid UTF-8 decides, else Windows-1252. The mark is
-/// dropped.
+/// True for a file that says it is UTF-16, of either byte order.
+[[nodiscard]] bool HasUtf16Mark(QByteArrayView bytes);
+/// What stands behind that mark, half a character at the end left out; the same bytes again, mark included.
+[[nodiscard]] QString FromUtf16File(QByteArrayView bytes);
+[[nodiscard]] QByteArray ToUtf16File(QStringView text, bool bigEndian);
+/// Content of a text file: a byte order mark of UTF-8 or UTF-16, or valid UTF-8 decides, else Windows-1252.
+/// The mark is dropped.
 [[nodiscard]] QString FromFileBytes(QByteArrayView bytes);

@@ -13,6 +13,9 @@ class WaitWindow : public WaitScreen {
     ~WaitWindow() override;
     void Begin(const QString& title, const QString& text) override;
     void Show(const QString& text) override;
+    /// Lets events run, of which those of keyboard, mouse and timers reach this window alone. What is typed
+    /// or scanned meanwhile is told as not taken.
+    void Listen() override;
     [[nodiscard]] bool TakeCancel() override;
     void End() override;
 
