@@ -53,9 +53,8 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
                     .enabled = [this] { return m_till.CanTakeBack(); }});
     add(true, u"FileUnvollstaendig"_s, u"Unvollständige Belege"_s,
         [this] { m_till.ShowIncompleteReceipts(); });
-    m_commands.fillMenu(*m_popFunction,
-                        {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s, u"FileECFunction"_s,
-                         u"FileUnvollstaendig"_s, u"FileUndo"_s});
+    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s,
+                                         u"FileECFunction"_s, u"FileUnvollstaendig"_s, u"FileUndo"_s});
     connect(&m_till, &till::Register::UndoChanged, this, &KassenMenus::showUndo);
     showUndo();
     offerIncompleteReceipts();
