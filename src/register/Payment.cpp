@@ -18,6 +18,8 @@
 
 #include <QScopedValueRollback>
 
+#include <exception>
+
 using namespace Qt::StringLiterals;
 
 namespace till {
@@ -164,10 +166,11 @@ void Payment::CreateRechnung(int& RechnungID) {
             if (error.Number != store::outcomeUnknown || !m_sale.keepsMarks() ||
                 booking.mark().RechnungID == 0)
                 throw;
+            const std::exception_ptr doubt = std::current_exception();
             try {
                 booking.GoOn(booking.mark());
             } catch (const RuntimeError& second) {
-                if (second.Number == store::notConnected) throw error; // the doubt stays
+                if (second.Number == store::notConnected) std::rethrow_exception(doubt); // it stays
                 throw;
             }
         }

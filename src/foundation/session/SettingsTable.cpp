@@ -8,6 +8,7 @@ using enum SettingKind;
 using Range = SettingRange;
 constexpr auto Elsewhere = SettingReader::Elsewhere;
 constexpr Range decimals{0, 9}, percent{0, 100}, seconds{0.1, 3600};
+constexpr Range beyondDoubt{0, 1e10}; ///< of the limits in [GRENZEN]; 0 never asks
 
 constexpr const char16_t* drucker = u"DRUCKER";
 constexpr const char16_t* global = u"GLOBAL";
@@ -251,23 +252,41 @@ std::vector<Setting> table() {
          .key = u"Zeichen",
          .kind = Integer,
          .target = &gScannerZeichen,
-         .fallback = u"6"},
+         .fallback = u"6",
+         .range = Range{0, 100}},
         {.section = scanner,
          .key = u"Abstand",
          .kind = Integer,
          .target = &gScannerAbstand,
-         .fallback = u"35"},
+         .fallback = u"35",
+         .range = Range{1, 1000}},
         {.section = scanner, .key = u"Praefix", .kind = Text, .target = &gScannerPraefix},
         {.section = scanner, .key = u"Suffix", .kind = Text, .target = &gScannerSuffix},
 
-        {.section = grenzen, .key = u"Preis", .kind = Number, .target = &gGrenzePreis, .fallback = u"100000"},
-        {.section = grenzen, .key = u"Menge", .kind = Number, .target = &gGrenzeMenge, .fallback = u"9999"},
-        {.section = grenzen, .key = u"Rabatt", .kind = Number, .target = &gGrenzeRabatt, .fallback = u"100"},
+        {.section = grenzen,
+         .key = u"Preis",
+         .kind = Number,
+         .target = &gGrenzePreis,
+         .fallback = u"100000",
+         .range = beyondDoubt},
+        {.section = grenzen,
+         .key = u"Menge",
+         .kind = Number,
+         .target = &gGrenzeMenge,
+         .fallback = u"9999",
+         .range = beyondDoubt},
+        {.section = grenzen,
+         .key = u"Rabatt",
+         .kind = Number,
+         .target = &gGrenzeRabatt,
+         .fallback = u"100",
+         .range = Range{0, 1000}},
         {.section = grenzen,
          .key = u"Gegeben",
          .kind = Number,
          .target = &gGrenzeGegeben,
-         .fallback = u"1000000"},
+         .fallback = u"1000000",
+         .range = beyondDoubt},
 
         {.section = terminal, .key = u"Protokoll", .kind = Truth, .back = u"0", .reader = Elsewhere},
         {.section = terminal, .key = u"Adresse", .kind = Text, .reader = Elsewhere},

@@ -2,6 +2,8 @@
 #include "Errors.h"
 #include "RecordsetImpl.h"
 
+#include <exception>
+
 using namespace Qt::StringLiterals;
 using store::raise;
 
@@ -147,11 +149,12 @@ qint64 Recordset::Impl::insertAnyhow(store::Prepared& statement) {
             const bool unknown = error.Number == store::outcomeUnknown;
             const bool late = uncertain && error.Number == 3022; // it arrived just now
             if (!number || !(unknown || late)) throw;
+            const std::exception_ptr doubt = std::current_exception();
             bool there = false;
             try {
                 there = arrived();
             } catch (const RuntimeError&) { // nobody is there to ask: the doubt stays, and is told as one
-                throw error;
+                std::rethrow_exception(doubt);
             }
             if (there) return *number;
             if (!unknown || attempt == 2) throw;
