@@ -4,9 +4,11 @@
 #include <session/ShopFiles.h>
 #include <session/StoreRescue.h>
 #include <store/Recordset.h>
+#include <store/StoreLook.h>
 #include <text/CodePage.h>
 
 #include <QElapsedTimer>
+#include <QScopedValueRollback>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -175,6 +177,7 @@ TEST_F(ShopFiles, ATruncatedStoreIsToldAsDamaged) {
 
 TEST_F(ShopFiles, AStoreThatWasTakenAwayIsToldAndItsCopyOffered) {
     ASSERT_EQ(start(), StartResult::Running);
+    const QScopedValueRollback lookAlways(store::LookInterval, std::chrono::milliseconds{});
     gDB->Execute(u"INSERT INTO Artikel (Nummer, Name, SteuerSatz) VALUES ('1', 'Tee', 7);"_s);
     ASSERT_TRUE(QFile::remove(storePath()));
     const auto sell = [&] {

@@ -1,9 +1,12 @@
 #include "Support.h"
 #include "sqlite/SqliteFile.h"
 
+#include <store/StoreLook.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -40,6 +43,7 @@ class FileGoneTest : public FileStoreTest {
         EXPECT_EQ(countOf(*m_db, u"L"_s), 2);
     }
 
+    QScopedValueRollback<std::chrono::milliseconds> m_lookAlways{store::LookInterval, {}};
     QString m_older = m_file + u".aelter"_s;
     std::unique_ptr<Database> m_db;
     std::unique_ptr<Recordset> m_lines;

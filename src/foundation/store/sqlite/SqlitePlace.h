@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QElapsedTimer>
 #include <QString>
 
 #include <optional>
@@ -19,7 +21,8 @@ class SqlitePlace {
     SqlitePlace() = default;
     /// Of a file that an engine has just opened, with or without its log.
     explicit SqlitePlace(const QString& file);
-    /// False when one of them was deleted, renamed or replaced. Two looks into the folder.
+    /// False when one of them was deleted, renamed or replaced. A look into the
+    /// folder counts for LookInterval.
     [[nodiscard]] bool stands() const;
     /// When the store itself is no longer there: takes away the log that stayed behind, since whoever opened
     /// the file of that name would find this store's pages in it. The open store does not mind.
@@ -27,7 +30,9 @@ class SqlitePlace {
 
   private:
     QString m_file;
+    QByteArray m_storeName, m_logName; ///< as the system has them: a look stands before every write
     std::optional<FileIdentity> m_store, m_log;
+    mutable QElapsedTimer m_seen; ///< since they were last found
 };
 
 } // namespace store
