@@ -215,8 +215,8 @@ PostgresResult PostgresLink::nextRow() {
 void PostgresLink::finishRows() {
     m_rows = false;
     for (bool finished = false; !finished && PQstatus(m_connection) == CONNECTION_OK;) {
-        const PostgresResult rest = nextResult();
-        finished = rest && PQresultStatus(rest.get()) == PGRES_PIPELINE_SYNC;
+        const PostgresResult left = nextResult();
+        finished = left && PQresultStatus(left.get()) == PGRES_PIPELINE_SYNC;
     }
     PQexitPipelineMode(m_connection);
 }
