@@ -154,6 +154,10 @@ TEST_F(Ini, TextThatTheEncodingCannotHoldMovesTheFileToUtf8) {
     write(u"A"_s, u"x"_s, u"Ł"_s);
     EXPECT_EQ(read(u"A"_s, u"x"_s), u"Ł"_s);
     EXPECT_TRUE(content().startsWith(wide) && content().endsWith(QByteArray("x\0=\0\x41\x01\r\0\n\0", 10)));
+    const QByteArray twice = wide.first(2) + wide; // a mark behind that of the file is a character
+    put(twice);
+    write(u"B"_s, u"x"_s, u"1"_s);
+    EXPECT_TRUE(content().startsWith(twice));
     for (const QByteArray& broken :
          {wide + "x", wide + QByteArray("\x00\xD8", 2), QByteArray("[A]\n\0", 5)}) {
         put(broken);

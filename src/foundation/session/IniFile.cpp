@@ -3,6 +3,8 @@
 #include <text/CodePage.h>
 #include <text/RuntimeError.h>
 
+#include <QStringConverter>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -180,7 +182,10 @@ void IniFile::convertToUtf8() {
 
 QByteArray IniFile::bytes() const {
     if (m_wide == Wide::No) return lines();
-    return ToUtf16File(QString::fromUtf8(lines()), m_wide == Wide::BigEndian);
+    // A mark behind that of the file is a character of its first line.
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = decode(lines());
+    return ToUtf16File(text, m_wide == Wide::BigEndian);
 }
 
 QByteArray IniFile::lines() const {
