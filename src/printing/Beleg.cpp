@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int asForm = 2, asReceipt = 1, ask = 3;
+constexpr int nothing = 0, asReceipt = 1, asForm = 2, ask = 3;
 
 void printForm(int RechnungID, const BelegDialoge& dialoge) {
     Print_Formular(RechnungID, u"Quittung.pld"_s, 0, dialoge);
@@ -38,6 +38,14 @@ void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {
         // only.
         Print_BON(RechnungID);
     }
+}
+
+void PrintVorgang(int RechnungID, const QString& FileName, const BelegDialoge& dialoge) {
+    if (gPrintMode == nothing) return;
+    const QScopedValueRollback oneReceipt(gPrintMode);
+    if (!Handle("frmKassePrintDlg", dialoge.ShowPrintDlg)) return;
+    if (gPrintMode == asForm) Print_Formular(RechnungID, FileName, 0, dialoge);
+    if (gPrintMode == asReceipt) Print_BON(RechnungID);
 }
 
 void ReprintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge) {

@@ -1,6 +1,7 @@
 #include "Entry.h"
 
 #include "Limits.h"
+#include "LineWithoutArticle.h"
 #include "Sale.h"
 
 #include <register/Prices.h>
@@ -60,21 +61,6 @@ void ask(RegisterScreen& screen, Dialog which) {
         if (error.Number != 5) throw;
     }
     screen.MovePointerAway();
-}
-
-/// A line without an article on file.
-ArtikelRecord freeRecord(const QString& nummer, const QString& name, const QString& group, Currency price,
-                         double steuerSatz) {
-    ArtikelRecord record;
-    record.Nummer = nummer;
-    record.Name = name;
-    record.WarenGruppe = group;
-    record.EKPreis = record.VKPreis = record.VKPreis2 = record.VKPreis3 = price;
-    record.SteuerSatz = Currency::fromDouble(steuerSatz);
-    record.Einheit = u"Stück"_s;
-    record.Menge = 1;
-    record.Aktiv = true;
-    return record;
 }
 
 /// What else is on file for an article. Most have neither, so one question stands for two.
@@ -293,8 +279,8 @@ Entry::Next Entry::freeAmount(const QString& trimmed) {
     }
     KeepSetting(service, lastRate, NumberText(gFreierArtikel.SteuerSatz));
     const int menge = multiplier();
-    gArtikel = freeRecord(SonderArtikel::Diverses.toString(), gFreierArtikel.Name, gFreierArtikel.WarenGruppe,
-                          amount, gFreierArtikel.SteuerSatz);
+    gArtikel = LineWithoutArticle(SonderArtikel::Diverses, gFreierArtikel.WarenGruppe, gFreierArtikel.Name,
+                                  amount, gFreierArtikel.SteuerSatz);
     gArtikel.Buchungs_Menge = menge;
     return Next::Add;
 }
@@ -391,7 +377,8 @@ Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
 
 void Entry::pressCode(const QString& trimmed, Currency price, double steuerSatz) {
     const int menge = multiplier();
-    gArtikel = freeRecord(trimmed, u"Zeitschrift"_s, u"Zeitungen / Zeitschriften"_s, price, steuerSatz);
+    gArtikel =
+        LineWithoutArticle(trimmed, u"Zeitungen / Zeitschriften"_s, u"Zeitschrift"_s, price, steuerSatz);
     gArtikel.Buchungs_Menge = menge;
 }
 

@@ -1,194 +1,56 @@
 #include "Payment.h"
 
-#include "Booking.h"
+#include "Checkout.h"
 #include "Sale.h"
 
 #include <devices/CashDrawer.h>
 #include <printing/Beleg.h>
 #include <register/Prices.h>
 #include <session/Globals.h>
-#include <session/Handle.h>
-#include <session/MsgBox.h>
-#include <session/gZVT.h>
 #include <session/gZahlung.h>
-#include <store/Trouble.h>
-#include <text/Convert.h>
-#include <text/DetailedError.h>
 #include <text/Format.h>
-
-#include <QScopedValueRollback>
-
-#include <exception>
 
 using namespace Qt::StringLiterals;
 
 namespace till {
 
-namespace {
-
-/// Adds to what an error tells what the cashier should know about the sale.
-template <typename Act, typename Advice>
-void withAdvice(Act&& act, Advice&& advice) {
-    try {
-        act();
-    } catch (const RuntimeError& error) {
-        const QString more = advice();
-        if (more.isEmpty()) throw;
-        throw DetailedError(error.Number, error.Description + u"\n\n"_s + more, DetailsOf(error),
-                            error.Source);
-    }
-}
-
-} // namespace
-
 void Payment::Total() {
     Basket& basket = m_sale.basket;
-    if (m_paying || !m_sale.Settle() || basket.isEmpty()) return;
-    const QScopedValueRollback paying(m_paying, true);
-    if (!basket.IsAsStored()) return;
+    Checkout checkout(m_sale);
+    if (!checkout.Begin() || basket.isEmpty() || !basket.IsAsStored()) return;
     m_sale.screen.MovePointerAway();
     Currency total = ReadMoney(basket.Gesamt());
     if (gRoundDecimal) total = ReadMoney(Format(Value(total), u"###0.00"));
     gZahlung = {};
     gZahlung.Betrag_Gesamt = total;
-    showTotal(gRoundDecimal);
+    checkout.ShowTotal(gRoundDecimal);
     OpenKassenLade(DrawerOwner::Kasse);
     if (!gShowWechselgeldDialog) {
         m_sale.screen.Yield();
         gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
         gZahlung.ZahlArt = u"BAR"_s;
-    } else if (!askAmount()) {
+    } else if (!checkout.AskAmount()) {
         return;
     }
-    const int id = book();
+    const int id = checkout.Book();
     if (id == 0) return;
-    print(id, BelegArt::Kasse);
-    finish(gEnabledAutoClose ? MoneyText(total) : QString());
-}
-
-void Payment::showTotal(bool rounded) {
-    // Told when it fails, but a display does not keep a customer from paying.
-    Handle("frmKasse", [&] { m_sale.display.ShowTotal(m_sale.basket.Gesamt(), rounded); });
-}
-
-bool Payment::askAmount() {
-    m_sale.screen.Show(Dialog::KasseTotal);
-    if (gZahlung.Ergebnis != 0) return true;
-    Basket& basket = m_sale.basket;
-    if (basket.isEmpty())
-        basket.SetLCDDefault();
-    else
-        basket.ItemClick(basket.selected());
-    return false;
+    m_sale.PrintReceipt(id, BelegArt::Kasse);
+    checkout.Finish(gEnabledAutoClose ? MoneyText(total) : QString());
 }
 
 void Payment::ByKarte(const QString& KartenName) {
     Basket& basket = m_sale.basket;
-    if (m_paying || !m_sale.Settle() || basket.isEmpty()) return;
-    const QScopedValueRollback paying(m_paying, true);
-    if (!basket.IsAsStored()) return;
+    Checkout checkout(m_sale);
+    if (!checkout.Begin() || basket.isEmpty() || !basket.IsAsStored()) return;
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(basket.Gesamt());
     gZahlung.ZahlArt = u"KARTE"_s;
-    showTotal(false);
-    if (!confirmKarte(KartenName)) return;
-    const int id = book();
+    checkout.ShowTotal(false);
+    if (!checkout.ConfirmKarte(KartenName)) return;
+    const int id = checkout.Book();
     if (id == 0) return;
-    print(id, BelegArt::Karte);
-    finish({});
-}
-
-bool Payment::confirmKarte(const QString& KartenName) {
-    if (gZVTEnabled && gZVT) {
-        m_sale.screen.MovePointerAway();
-        const double due = RoundHalfEven(gZahlung.Betrag_Gesamt.toDouble(), 2);
-        if (!gZVT->Bezahlen(Currency::fromDouble(due))) {
-            m_sale.basket.LoadBestellungen();
-            return false;
-        }
-        gZahlung.KartenTyp = gZVT->KartenName();
-        return true;
-    }
-    if (MsgBox(
-            u"OK, Zahlung erfolgt mit Kreditkarte!\n\nGesamtsumme: "_s + MoneyText(gZahlung.Betrag_Gesamt) +
-                u" €\n\nBuchen Sie diesen Betrag jetzt über das Zahlungsverkehrsterminal. Warten Sie bis der "
-                u"Betrag gebucht wurde und bestätigen Sie mit OK."_s,
-            MsgIcon::Information, MsgButtons::OKCancel, u"Kreditkartenbuchung..."_s) != MsgAnswer::OK)
-        return false;
-    gZahlung.KartenTyp = KartenName;
-    return true;
-}
-
-int Payment::book() {
-    // The lines may have changed while the cashier was asked.
-    if (!m_sale.basket.IsAsStored(gZahlung.ZahlArt == u"KARTE" ? u"Die Karte ist schon belastet."_s
-                                                               : QString()))
-        return 0;
-    int id = 0;
-    CreateRechnung(id);
-    m_sale.screen.Yield();
-    if (id == 0) {
-        MsgBox(u"Beim Erstellen der Rechnung ist ein Fehler aufgetreten."_s);
-        m_sale.basket.LoadBestellungen();
-    }
-    return id;
-}
-
-void Payment::print(int id, BelegArt art) { m_sale.PrintReceipt(id, art); }
-
-void Payment::finish(const QString& lastTotal) {
-    withAdvice(
-        [this] { m_sale.RemoveBooked(); },
-        [this] {
-            return u"Der Verkauf ist unter der Belegnummer %1 gebucht. Seine Zeilen verschwinden mit der "
-                   "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
-                       .arg(m_sale.Rechnung());
-        });
-    m_sale.basket.rsBestellung().Requery();
-    m_sale.ResetKunde();
-    m_sale.screen.MovePointerAway();
-    m_sale.screen.Yield();
-    m_sale.basket.LoadBestellungen();
-    if (gAbfrageLoginProOrder) m_sale.ChangeUser();
-    if (!lastTotal.isEmpty()) m_sale.basket.ShowGesamt(lastTotal);
-    m_sale.screen.Yield();
-    m_sale.screen.FocusInput();
-}
-
-void Payment::CreateRechnung(int& RechnungID) {
-    RechnungID = 0;
-    Booking booking(m_sale);
-    const auto write = [&] {
-        try {
-            booking.Begin();
-        } catch (const RuntimeError& error) {
-            // Nobody knows whether the last write arrived; the mark and the receipt do.
-            if (error.Number != store::outcomeUnknown || !m_sale.keepsMarks() ||
-                booking.mark().RechnungID == 0)
-                throw;
-            const std::exception_ptr doubt = std::current_exception();
-            try {
-                booking.GoOn(booking.mark());
-            } catch (const RuntimeError& second) {
-                if (second.Number == store::notConnected) std::rethrow_exception(doubt); // it stays
-                throw;
-            }
-        }
-        RechnungID = booking.mark().RechnungID;
-    };
-    const auto advice = [&]() -> QString {
-        if (!booking.hasHead()) return {};
-        const QString finish =
-            u"Der Beleg lässt sich fertig buchen, wenn Sie die Kasse mit F12 schließen. "_s;
-        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. %4"
-               "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu viel und "
-               "muss geprüft werden."_s.arg(booking.mark().RechnungID)
-                   .arg(booking.booked())
-                   .arg(m_sale.basket.rowCount())
-                   .arg(m_sale.keepsMarks() ? finish : QString());
-    };
-    Handle(
-        "frmKasse", [&] { withAdvice(write, advice); }, [&] { booking.CancelEdits(); });
+    m_sale.PrintReceipt(id, BelegArt::Karte);
+    checkout.Finish();
 }
 
 } // namespace till

@@ -30,7 +30,6 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     : QObject(parent)
     , m_sale(std::make_unique<Sale>(screen))
     , m_entry(std::make_unique<Entry>(*m_sale))
-    , m_payment(std::make_unique<Payment>(*m_sale))
     , m_undo(std::make_unique<Undo>(*m_sale)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
@@ -155,14 +154,14 @@ void Register::TakeBack() {
 bool Register::CanTakeBack() const { return m_undo->CanTakeBack(); }
 QString Register::UndoCaption() const { return m_undo->Caption(); }
 void Register::cmdTotal_Click() {
-    Trap([this] { m_payment->Total(); });
+    Trap([this] { Payment(*m_sale).Total(); });
 }
 void Register::cmdKarte_Click() {
     if (gZVTEnabled) return PayByKarte({});
     Trap([this] { m_sale->screen.Show(Dialog::KartenMenu); });
 }
 void Register::PayByKarte(const QString& KartenName) {
-    Trap([&] { m_payment->ByKarte(KartenName); });
+    Trap([&] { Payment(*m_sale).ByKarte(KartenName); });
 }
 
 void Register::PrintLast() {

@@ -85,13 +85,14 @@ void Sale::RemoveBooked() {
     m_booking.reset();
 }
 
-void Sale::PrintReceipt(int Rechnung, BelegArt art) {
-    PrintBeleg(Rechnung, art,
-               {[this] {
-                    screen.Show(Dialog::PrintDlg);
-                    screen.MovePointerAway();
-                },
-                [this] { screen.Show(Dialog::RechnungsVorlage); }});
+BelegDialoge Sale::printDialogs() {
+    return {[this] {
+                screen.Show(Dialog::PrintDlg);
+                screen.MovePointerAway();
+            },
+            [this] { screen.Show(Dialog::RechnungsVorlage); }};
 }
+
+void Sale::PrintReceipt(int Rechnung, BelegArt art) { PrintBeleg(Rechnung, art, printDialogs()); }
 
 } // namespace till

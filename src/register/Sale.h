@@ -13,6 +13,7 @@
 #include <optional>
 
 enum class BelegArt;
+struct BelegDialoge;
 
 namespace till {
 
@@ -31,6 +32,7 @@ class Sale : public QObject {
     CustomerDisplay display;
     Basket basket;
     SalePanel panel;
+    bool isBooking = false; ///< a second key must not book the same lines again; held by Checkout
 
     /// Basket::Trap.
     bool Trap(const std::function<void()>& body) { return basket.Trap(body); }
@@ -67,8 +69,9 @@ class Sale : public QObject {
     /// The lines of the booked sale go, and its mark with them.
     void RemoveBooked();
 
-    /// By gPrintMode; the dialogs are those of the screen.
+    /// By gPrintMode.
     void PrintReceipt(int Rechnung, BelegArt art);
+    [[nodiscard]] BelegDialoge printDialogs(); ///< those of the screen
 
   signals:
     void TitleChanged(const QString& text);

@@ -147,7 +147,7 @@ bool chooseMenu(const QString& text) {
     if (menu == nullptr) return false;
     for (qsizetype i = 0; i <= menu->actions().size(); ++i) {
         const QAction* action = menu->activeAction();
-        if (action != nullptr && QString(action->text()).remove(u'&') == text) {
+        if (action != nullptr && QString(action->text()).remove(u'&').section(u'\t', 0, 0) == text) {
             QTest::keyClick(menu, Qt::Key_Return);
             return true;
         }

@@ -202,7 +202,7 @@ QScrollBar:horizontal { background: transparent; height: 18px; margin: 0; }
 QScrollBar::handle:horizontal { background: %shadow%; border-radius: 5px; min-width: 48px; margin: 4px 3px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
-QMenu { color: %text%; background: %field%; border: 1px solid %shadow%; padding: 6px; }
+QMenu { color: %text%; background: %field%; border: 1px solid %shadow%; padding: 6px; menu-scrollable: 0; }
 QMenu::item { min-height: %keyHeight%px; padding: 7px 28px 7px 16px; border-radius: 5px; }
 QMenu::item:selected { color: %accentText%; background: %accent%; }
 QMenu::item:disabled { color: %muted%; }

@@ -48,6 +48,11 @@ bool movesInMenu(const QKeyEvent& key) {
     }
 }
 
+/// The key that opened a menu closes it.
+bool opensMenu(const QString& function) {
+    return function == u"cmdKarte" || function == u"cmdFunction" || function == u"cmdAuftrag";
+}
+
 } // namespace
 
 EntryKeyboard::EntryKeyboard(QWidget* form, QLineEdit* input, WorkQueue& queue, till::Register& till,
@@ -82,11 +87,10 @@ bool EntryKeyboard::keyPressed(QWidget* receiver, const QKeyEvent& key) {
     if (window != m_form) {
         const bool ourMenu = window->windowType() == Qt::Popup && window->parentWidget() != nullptr &&
                              window->parentWidget()->window() == m_form;
-        const std::optional<Taste> taste = m_keys.find(key);
-        if (!ourMenu || movesInMenu(key) || !(isTyping(key) || taste)) return false;
+        const QString function = m_keys.find(key);
+        if (!ourMenu || movesInMenu(key) || (!isTyping(key) && function.isEmpty())) return false;
         window->close();
-        // The key that opened a menu closes it.
-        if (taste == Taste::Karte || taste == Taste::Function) return true;
+        if (opensMenu(function)) return true;
     }
     const std::shared_ptr<QKeyEvent> copy(key.clone());
     m_queue.input([this, copy] { dispatch(*copy); });
@@ -94,9 +98,9 @@ bool EntryKeyboard::keyPressed(QWidget* receiver, const QKeyEvent& key) {
 }
 
 void EntryKeyboard::dispatch(const QKeyEvent& key) {
-    if (const auto taste = m_keys.find(key)) {
+    if (const QString command = m_keys.find(key); !command.isEmpty()) {
         // A key that is held down too long must not cancel or pay twice.
-        if (!key.isAutoRepeat()) emit function(*taste);
+        if (!key.isAutoRepeat()) emit function(command);
         return;
     }
     if (toShortCutKey(key)) return;

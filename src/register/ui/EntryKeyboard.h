@@ -27,7 +27,7 @@ class EntryKeyboard : public QObject {
     void addGroupKey(const QObject* key) { m_groups.append(key); }
 
   signals:
-    void function(Taste taste);
+    void function(const QString& key); ///< the command of a key
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;

@@ -1,49 +1,65 @@
 #include "FunctionKeys.h"
 
-#include <QKeyEvent>
+#include <ui/Commands.h>
 
-std::optional<Taste> FunctionKeys::find(const QKeyEvent& key) const {
+#include <QKeyEvent>
+#include <QKeySequence>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Ctrl { Without, With, Either };
+
+struct Binding {
+    Qt::Key key;
+    Ctrl ctrl;
+    QStringView function;
+    [[nodiscard]] bool fits(bool pressed) const {
+        return ctrl == Ctrl::Either || (ctrl == Ctrl::With) == pressed;
+    }
+};
+
+constexpr Binding table[]{
+    {Qt::Key_Escape, Ctrl::Either, u"cmdClear"},  {Qt::Key_F1, Ctrl::Without, u"cmdArtikelPreis"},
+    {Qt::Key_F1, Ctrl::With, u"FileOpenLade"},    {Qt::Key_F2, Ctrl::Without, u"cmdRabatt"},
+    {Qt::Key_F2, Ctrl::With, u"FileLangText"},    {Qt::Key_F3, Ctrl::Either, u"cmdSearch"},
+    {Qt::Key_F4, Ctrl::Without, u"cmdKunde"},     {Qt::Key_F4, Ctrl::With, u"FileLangText"},
+    {Qt::Key_F5, Ctrl::Either, u"cmdStorno"},     {Qt::Key_F6, Ctrl::Either, u"FileSaveTemp"},
+    {Qt::Key_F7, Ctrl::Either, u"FileLoadTemp"},  {Qt::Key_F8, Ctrl::Without, u"cmdPfand"},
+    {Qt::Key_F8, Ctrl::With, u"FileBonHistorie"}, {Qt::Key_F9, Ctrl::Without, u"cmdAuftrag"},
+    {Qt::Key_F9, Ctrl::With, u"FileReklamation"}, {Qt::Key_F10, Ctrl::Either, u"cmdTotal"},
+    {Qt::Key_F11, Ctrl::Without, u"cmdKarte"},    {Qt::Key_F11, Ctrl::With, u"FileAngebote"},
+    {Qt::Key_F12, Ctrl::Without, u"cmdExit"},     {Qt::Key_F12, Ctrl::With, u"FileLieferscheine"},
+    {Qt::Key_P, Ctrl::With, u"FilePrintLast"},    {Qt::Key_Z, Ctrl::With, u"FileUndo"},
+};
+
+} // namespace
+
+QString FunctionKeys::find(const QKeyEvent& key) const {
     const bool ctrl = key.modifiers().testFlag(Qt::ControlModifier);
     const bool shift = key.modifiers().testFlag(Qt::ShiftModifier);
-    const bool alt = key.modifiers().testFlag(Qt::AltModifier);
-    if (alt) return {};
-    switch (key.key()) {
-    case Qt::Key_Escape:
-        return Taste::Clear;
-    case Qt::Key_F5:
-        return Taste::Storno;
-    case Qt::Key_F10:
-        return Taste::Total;
-    default:
-        break;
+    if (key.modifiers().testFlag(Qt::AltModifier)) return {};
+    if (!ctrl) {
+        // One key of the German keyboard: plain it gives "<", with Shift ">".
+        if (key.key() == Qt::Key_Greater || (key.key() == Qt::Key_Less && shift)) return u"cmdFunction"_s;
+        if (key.key() == Qt::Key_Less) return u"cmdExit"_s;
+        if (key.key() == Qt::Key_S && shift && m_shortCut) return u"ShortCutFocus"_s;
+        if (key.key() == Qt::Key_F8 && m_f8IsPrice) return u"cmdArtikelPreis"_s;
     }
-    if (ctrl && key.key() == Qt::Key_F1) return Taste::OpenLade;
-    if (ctrl && key.key() == Qt::Key_P) return Taste::PrintLast;
-    if (ctrl && !shift && key.key() == Qt::Key_Z) return Taste::TakeBack;
-    if (ctrl) return {};
-    switch (key.key()) {
-    case Qt::Key_F1:
-        return Taste::ArtikelPreis;
-    case Qt::Key_F2:
-        return Taste::Rabatt;
-    case Qt::Key_F4:
-        return Taste::Kunde;
-    case Qt::Key_F8:
-        if (m_f8IsPrice) return Taste::ArtikelPreis;
-        return {};
-    case Qt::Key_F11:
-        return Taste::Karte;
-    case Qt::Key_F12:
-        return Taste::Exit;
-    // One key of the German keyboard: plain it gives "<", with Shift ">".
-    case Qt::Key_Less:
-        return shift ? Taste::Function : Taste::Exit;
-    case Qt::Key_Greater:
-        return Taste::Function;
-    case Qt::Key_S:
-        if (shift && m_shortCut) return Taste::ShortCutFocus;
-        return {};
-    default:
-        return {};
-    }
+    if (key.key() == Qt::Key_Z && shift) return {};
+    const auto found = std::find_if(std::begin(table), std::end(table), [&](const Binding& binding) {
+        return binding.key == key.key() && binding.fits(ctrl);
+    });
+    return found == std::end(table) ? QString() : found->function.toString();
+}
+
+QString FunctionKeys::ShownKey(const QString& function) {
+    const auto found = std::find_if(std::begin(table), std::end(table),
+                                    [&](const Binding& binding) { return binding.function == function; });
+    if (found == std::end(table)) return {};
+    const int key = found->key | (found->ctrl == Ctrl::With ? int(Qt::ControlModifier) : 0);
+    return ShortcutText(QKeySequence(key).toString(QKeySequence::PortableText));
 }

@@ -31,34 +31,58 @@ KassenMenus::KassenMenus(QWidget& form, Commands& commands, till::Register& till
     , m_till(till)
     , m_popFunction(menu(form, u"popFunction"_s))
     , m_popKarte(menu(form, u"popKarte"_s))
+    , m_popAuftrag(menu(form, u"popAuftrag"_s))
     , m_popECTerminal(menu(form, u"popECTerminal"_s)) {
-    using Act = till::Register::TerminalAct;
-    const auto add = [&](bool wanted, const QString& key, const QString& caption, std::function<void()> act) {
-        if (wanted) m_commands.add({.key = key, .caption = caption, .act = std::move(act)});
-    };
     const auto* functionKey = form.findChild<QWidget*>(u"cmdFunction"_s);
-    add(gKFBenutzerWechsel, u"FileChangeUser"_s, u"Benutzerwechsel"_s, [this] { m_till.ChangeUser(); });
-    add(gKFKassenlade, u"FileOpenLade"_s, u"Kassenlade öffnen"_s, [this] { m_till.OpenLade_Click(); });
-    add(true, u"FilePrintLast"_s, u"Letzten Bon drucken\t"_s + ShortcutText(u"Ctrl+P"_s),
-        [this] { m_till.PrintLast(); });
-    add(gZVTEnabled, u"FileECFunction"_s, u"EC Terminal Funktionen"_s,
-        [this, functionKey] { open(m_popECTerminal, functionKey); });
-    add(true, u"ECStorno"_s, u"Stornieren"_s, [this] { m_till.TerminalFunction(Act::Storno); });
-    add(true, u"ECKassenSchnitt"_s, u"Kassenschnitt"_s,
-        [this] { m_till.TerminalFunction(Act::KassenSchnitt); });
-    add(true, u"ECGutschrift"_s, u"Gutschrift"_s, [this] { m_till.TerminalFunction(Act::Gutschrift); });
-    m_commands.add({.key = u"FileUndo"_s,
-                    .caption = m_till.UndoCaption(),
-                    .act = [this] { m_till.TakeBack(); },
-                    .enabled = [this] { return m_till.CanTakeBack(); }});
-    add(true, u"FileUnvollstaendig"_s, u"Unvollständige Belege"_s,
-        [this] { m_till.ShowIncompleteReceipts(); });
-    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s, u"FileOpenLade"_s, u"FilePrintLast"_s,
-                                         u"FileECFunction"_s, u"FileUnvollstaendig"_s, u"FileUndo"_s});
+    const auto* orderKey = form.findChild<QWidget*>(u"cmdAuftrag"_s);
+    if (gZVTEnabled) {
+        m_commands.add({.key = u"FileECFunction"_s,
+                        .caption = u"EC Terminal Funktionen"_s,
+                        .act = [this, functionKey] { open(m_popECTerminal, functionKey); }});
+    }
+    m_commands.add({.key = u"cmdFunction"_s, .act = [this, functionKey] {
+                        offerIncompleteReceipts();
+                        open(m_popFunction, functionKey);
+                    }});
+    m_commands.fillMenu(*m_popFunction, {u"FileChangeUser"_s,
+                                         {},
+                                         u"FileEinlage"_s,
+                                         u"FileEntnahme"_s,
+                                         u"FileGutschrift"_s,
+                                         {},
+                                         u"FileNewGutschein"_s,
+                                         u"FileFromGutschein"_s,
+                                         u"FileGutscheinAuszahlung"_s,
+                                         {},
+                                         u"FileKassenAbschluss"_s,
+                                         u"FileKassenZwischenBericht"_s,
+                                         {},
+                                         u"FileReklamation"_s,
+                                         u"FileBonHistorie"_s,
+                                         u"FileAngebote"_s,
+                                         u"FileLieferscheine"_s,
+                                         {},
+                                         u"FileSaveTemp"_s,
+                                         u"FileLoadTemp"_s,
+                                         {},
+                                         u"FileShowBestand"_s,
+                                         u"FileOpenLade"_s,
+                                         u"FileArtikelInfo"_s,
+                                         u"FileLangText"_s,
+                                         {},
+                                         u"FilePrintLast"_s,
+                                         u"FileECFunction"_s,
+                                         u"FileUnvollstaendig"_s,
+                                         u"FileUndo"_s});
+    m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
+    m_commands.fillMenu(*m_popAuftrag, {u"Auftrag_Rechnung"_s, u"Auftrag_Lieferschein"_s,
+                                        u"Auftrag_Angebot"_s, u"Auftrag_RechnungFromLieferschein"_s,
+                                        u"Auftrag_AufKundenKonto"_s, u"Auftrag_KundenKonto"_s});
+    if (gKFAuftrag && !m_popAuftrag->isEmpty())
+        m_commands.add({.key = u"cmdAuftrag"_s, .act = [this, orderKey] { open(m_popAuftrag, orderKey); }});
     connect(&m_till, &till::Register::UndoChanged, this, &KassenMenus::showUndo);
     showUndo();
     offerIncompleteReceipts();
-    m_commands.fillMenu(*m_popECTerminal, {u"ECStorno"_s, u"ECKassenSchnitt"_s, u"ECGutschrift"_s});
 }
 
 void KassenMenus::setKarten(const QStringList& karten) {
@@ -83,11 +107,6 @@ void KassenMenus::showUndo() {
     m_commands.action(u"FileUndo"_s)
         ->setText(caption.replace(u'&', u"&&"_s) + u'\t' + ShortcutText(u"Ctrl+Z"_s));
     m_commands.update();
-}
-
-void KassenMenus::showFunction(const QWidget* key) {
-    offerIncompleteReceipts();
-    open(m_popFunction, key);
 }
 
 void KassenMenus::offerIncompleteReceipts() {

@@ -12,19 +12,18 @@ namespace till {
 class Register;
 }
 
-/// The menus of the register, popFunction, popKarte and popECTerminal. Their entries are commands of the
-/// form.
+/// The menus of the register, popFunction, popKarte, popAuftrag and popECTerminal. Their entries are commands
+/// of the form.
 class KassenMenus : public QObject {
     Q_OBJECT
 
   public:
-    /// The function menu holds what the switches of the till allow.
+    /// The menus hold those of their functions that are there; the commands that open a menu are added here.
     KassenMenus(QWidget& form, Commands& commands, till::Register& till);
     /// Fills the card menu: any other card first, then `karten` as a group of their own.
     void setKarten(const QStringList& karten);
 
     /// The menus open above the key that calls them; a second call closes them.
-    void showFunction(const QWidget* key);
     void showKarte(const QWidget* key);
 
   private:
@@ -35,5 +34,5 @@ class KassenMenus : public QObject {
     QWidget& m_form;
     Commands& m_commands;
     till::Register& m_till;
-    QMenu *m_popFunction, *m_popKarte, *m_popECTerminal;
+    QMenu *m_popFunction, *m_popKarte, *m_popAuftrag, *m_popECTerminal;
 };

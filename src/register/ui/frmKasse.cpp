@@ -1,6 +1,7 @@
 #include "EntryKeyboard.h"
 #include "KasseLayout.h"
 #include "KasseNumberDialogs.h"
+#include "KassenFunktionen.h"
 #include "KassenMenus.h"
 #include "SumPanel.h"
 #include "frmKasseArtikelLieferanten.h"
@@ -64,6 +65,8 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     new DialogPlace(this, [this] { return m_layout->inSight(); });
     m_commands = new Commands(
         *this, [this](const auto& act) { m_queue->run(act); }, gKassenUser);
+    AddKassenFunktionen(*m_commands, m_till);
+    m_commands->add({.key = u"cmdExit"_s, .act = [this] { unload(); }});
     m_menus = new KassenMenus(*this, *m_commands, m_till);
     const bool f8IsPrice = gSystem->ReadProfileString(u"SERVICE"_s, u"F8Preis"_s, KonfigIni()) == u"1"_s;
     m_keyboard = new EntryKeyboard(this, m_ui->txtInput, *m_queue, m_till,
@@ -72,7 +75,6 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     connectEntry();
     connectKeys();
     connectFunctions();
-    applySwitches();
     m_layout->setUp();
 
     m_queue->run([this] { m_till.Load(); });
@@ -123,12 +125,6 @@ void frmKasse::LoadBestellungen() {
     m_queue->run([this] { m_till.LoadBestellungen(); });
 }
 
-void frmKasse::applySwitches() {
-    m_ui->cmdArtikelPreis->setVisible(gKFFreierArtikelPreis);
-    m_ui->cmdKunde->setVisible(gKFKunden);
-    m_ui->cmdRabatt->setVisible(gKFRabatt);
-}
-
 void frmKasse::connectEntry() {
     connect(&m_till, &till::Register::InputChanged, m_ui->txtInput, [this](const QString& text) {
         if (m_ui->txtInput->text() != text) m_ui->txtInput->setText(text);
@@ -159,7 +155,7 @@ void frmKasse::connectEntry() {
     press(m_ui->cmdPlus, [this] { m_till.cmdPlus_Click(); });
     press(m_ui->cmdEnter, [this] { m_till.cmdEnter_Click(); });
     press(m_ui->cmdClear, [this] { m_till.cmdClear_Click(); });
-    connect(m_keyboard, &EntryKeyboard::function, this, &frmKasse::function);
+    connect(m_keyboard, &EntryKeyboard::function, m_commands, &Commands::trigger);
 }
 
 void frmKasse::connectKeys() {
@@ -179,16 +175,12 @@ void frmKasse::connectKeys() {
 }
 
 void frmKasse::connectFunctions() {
-    const std::pair<TouchKey*, Taste> keys[] = {{m_ui->cmdArtikelPreis, Taste::ArtikelPreis},
-                                                {m_ui->cmdRabatt, Taste::Rabatt},
-                                                {m_ui->cmdKunde, Taste::Kunde},
-                                                {m_ui->cmdStorno, Taste::Storno},
-                                                {m_ui->cmdFunction, Taste::Function},
-                                                {m_ui->cmdExit, Taste::Exit},
-                                                {m_ui->cmdKarte, Taste::Karte},
-                                                {m_ui->cmdTotal, Taste::Total}};
-    for (const auto& [key, taste] : keys)
-        connect(key, &TouchKey::clicked, this, [this, taste = taste] { function(taste); });
+    QList<TouchKey*> keys = m_ui->sspFunction_BG->findChildren<TouchKey*>();
+    keys << m_ui->cmdSearch;
+    for (TouchKey* key : keys) {
+        key->setVisible(m_commands->action(key->objectName()) != nullptr);
+        connect(key, &TouchKey::clicked, this, [this, key] { m_commands->trigger(key->objectName()); });
+    }
     connect(&m_till, &till::Register::TitleChanged, this, &frmKasse::showTitle);
     connect(&m_till, &till::Register::UserChanged, m_ui->lblUser, &QLabel::setText);
 }
@@ -214,40 +206,6 @@ void frmKasse::connectBasket() {
     connect(&m_till.panel(), &till::SalePanel::Changed, this, [this] { m_sum->show(m_till.panel()); });
     connect(&basket, &till::Basket::BildChanged, this, [this](const till::ArticlePicture& picture) {
         m_ui->sspArtBild->showPicture(picture.file, picture.caption);
-    });
-}
-
-void frmKasse::function(Taste taste) {
-    // The menu of the functions waits for a choice without holding anything up; the others are handlers.
-    m_queue->run([this, taste] {
-        switch (taste) {
-        case Taste::Clear:
-            return m_till.cmdClear_Click();
-        case Taste::ArtikelPreis:
-            return m_till.cmdArtikelPreis_Click();
-        case Taste::Rabatt:
-            return m_till.cmdRabatt_Click();
-        case Taste::Kunde:
-            return m_till.cmdKunde_Click();
-        case Taste::Storno:
-            return m_till.cmdStorno_Click();
-        case Taste::TakeBack:
-            return m_till.TakeBack();
-        case Taste::Total:
-            return m_till.cmdTotal_Click();
-        case Taste::Karte:
-            return m_till.cmdKarte_Click();
-        case Taste::Function:
-            return m_menus->showFunction(m_ui->cmdFunction);
-        case Taste::PrintLast:
-            return m_till.PrintLast();
-        case Taste::OpenLade:
-            return m_till.OpenLade_Click();
-        case Taste::ShortCutFocus:
-            return m_till.ToggleShortCutFocus();
-        case Taste::Exit:
-            return unload();
-        }
     });
 }
 

@@ -105,7 +105,7 @@ TEST_F(Kasse, TheDrawerOpensByKeyAndMenuWhereTheTillMay) {
     press(Qt::Key_F1, Qt::ControlModifier);
     EXPECT_EQ(1, opened());
     auto& entry = control<QAction>(*form, u"FileOpenLade"_s);
-    EXPECT_EQ(u"Kassenlade öffnen"_s, entry.text());
+    EXPECT_EQ(u"Kassenlade öffnen\tStrg+F1"_s, entry.text());
     entry.trigger();
     EXPECT_EQ(2, opened());
 }

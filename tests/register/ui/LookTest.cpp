@@ -47,7 +47,8 @@ TEST_P(Look, EveryThingHasItsRoom) {
     EXPECT_LE(form->minimumSizeHint().height(), size.height() - 40) << "a title bar has to fit above it";
 
     const int least = Theme::Current().keyHeight;
-    const QList<TouchKey*> keys = form->findChildren<TouchKey*>();
+    QList<TouchKey*> keys = form->findChildren<TouchKey*>();
+    keys.removeIf([](const TouchKey* k) { return !k->isVisible(); });
     for (const TouchKey* k : keys) {
         EXPECT_GE(k->height(), least) << k->objectName().toStdString();
         EXPECT_GE(k->width(), 48) << k->objectName().toStdString();

@@ -23,6 +23,11 @@ struct BelegDialoge {
 /// route to the port is reached only through that dialog.
 void PrintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge);
 
+/// Prints what was booked beside the sales (cash movements, vouchers): asks by frmKassePrintDlg, unless
+/// gPrintMode is 0, and prints the form `FileName` or the receipt page that the answer names. gPrintMode is
+/// put back.
+void PrintVorgang(int RechnungID, const QString& FileName, const BelegDialoge& dialoge);
+
 /// Prints receipt `RechnungID` once more: as gPrintMode says, or as a receipt where that asks or prints
 /// nothing. One copy, whatever gDruckerKopies says; the customer of the session stays.
 void ReprintBeleg(int RechnungID, BelegArt art, const BelegDialoge& dialoge);

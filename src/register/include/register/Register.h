@@ -14,7 +14,6 @@
 namespace till {
 
 class Entry;
-class Payment;
 class Sale;
 class Undo;
 
@@ -139,7 +138,6 @@ class Register : public QObject {
 
     std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
-    std::unique_ptr<Payment> m_payment;
     std::unique_ptr<Undo> m_undo;
     ArticleKeys m_keys;
     QStringList m_karten;

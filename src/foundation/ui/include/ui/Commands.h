@@ -19,7 +19,7 @@ class TouchKey;
 /// What a form can do, told once: from it come its bar, its menus and its shortcuts.
 struct Command {
     QString key; ///< unique in the form; the object name of its action
-    QString caption;
+    QString caption{};
     QString toolTip{};
     QString shortcut{}; ///< portable: "F4", "Ctrl+P"; "" for none
     std::function<void()> act{};

@@ -15,7 +15,6 @@ class KasseLayout;
 class KassenMenus;
 class SumPanel;
 class WorkQueue;
-enum class Taste;
 namespace Ui {
 class frmKasse;
 }
@@ -59,10 +58,8 @@ class frmKasse : public QWidget, private till::RegisterScreen {
     void connectKeys();
     void connectFunctions();
     void connectBasket();
-    void applySwitches();
     void unload();
 
-    void function(Taste taste);
     void refreshKeys();
     void showTitle(const QString& title);
     void fillScreen();
