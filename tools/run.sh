@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds Merivane, creates the demo shop once and starts the till on it. Without a display it plays the scripted
-# morning of assets/demo/morning.txt instead and tells where receipts, pictures and the log lie.
+# morning of assets/demo/day/morning.txt instead and tells where receipts, pictures and the log lie.
 #
 #   MERIVANE_HOME   folder of the demo shop, by default ~/.local/share/merivane-demo
 #   MERIVANE_OUT    folder of the scripted morning, by default a new one in /tmp
@@ -14,7 +14,7 @@ bin=$PWD/build/release
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
   out=${MERIVANE_OUT:-$(mktemp -d "${TMPDIR:-/tmp}/merivane-morning-XXXXXX")}
-  exec "$bin/merivane-play" assets/demo/morning.txt --out "$out"
+  exec "$bin/merivane-play" assets/demo/day/morning.txt --out "$out"
 fi
 
 [ -n "${DISPLAY:-}" ] || tools/install.sh wayland

@@ -23,9 +23,9 @@ struct Played {
     QString out, err;
 };
 
-Played runPlayer(const QString& script, const QString& folder) {
+Played runPlayer(const QStringList& scripts, const QString& folder) {
     QProcess process;
-    process.start(QStringLiteral(PLAYER), {script, u"--out"_s, folder});
+    process.start(QStringLiteral(PLAYER), scripts + QStringList{u"--out"_s, folder});
     if (!process.waitForFinished(120'000)) process.kill();
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
@@ -107,7 +107,7 @@ TEST(ReceiptPrinter, RendersWhatStandsOnThePaper) {
 
 TEST(Player, PlaysTheMorningThroughTheRealForms) {
     QTemporaryDir out;
-    const Played run = runPlayer(QStringLiteral(DEMO_ASSETS) + u"/morning.txt"_s, out.path());
+    const Played run = runPlayer({QStringLiteral(DEMO_ASSETS) + u"/day/morning.txt"_s}, out.path());
     ASSERT_EQ(run.code, 0) << qPrintable(run.err);
     EXPECT_TRUE(run.out.contains(u"KARTE: 1 Belege, 4,47"_s)) << qPrintable(run.out);
     EXPECT_TRUE(run.out.contains(u"zusammen: 12 Belege"_s));
@@ -132,10 +132,10 @@ TEST(Player, PlaysTheMorningThroughTheRealForms) {
 TEST(Player, ADialogRefusesAScanThatTheRegisterTakes) {
     QTemporaryDir out, place;
     const Played run = runPlayer(
-        writeScript(place,
-                    login + "scan 2003000000016\nkey F2\nbox Nein Möchten Sie alle\nwindow frmKasseRabatt\n"
-                            "scan 2003000000016\nsee lblNotice Bitte erst die Frage beantworten\n"
-                            "type 10\nsee txtInput 10\nkey Escape\nlines 1\nkey F5\nlines 0\n"),
+        {writeScript(place,
+                     login + "scan 2003000000016\nkey F2\nbox Nein Möchten Sie alle\nwindow frmKasseRabatt\n"
+                             "scan 2003000000016\nsee lblNotice Bitte erst die Frage beantworten\n"
+                             "type 10\nsee txtInput 10\nkey Escape\nlines 1\nkey F5\nlines 0\n")},
         out.path());
     EXPECT_EQ(run.code, 0) << qPrintable(run.err);
 }
@@ -143,7 +143,7 @@ TEST(Player, ADialogRefusesAScanThatTheRegisterTakes) {
 TEST(Player, FailsWithTheLineThatDoesNotHold) {
     const auto fails = [](const QByteArray& script, const QString& expected) {
         QTemporaryDir out, place;
-        const Played run = runPlayer(writeScript(place, script), out.path());
+        const Played run = runPlayer({writeScript(place, script)}, out.path());
         EXPECT_EQ(run.code, 1);
         EXPECT_TRUE(run.err.contains(expected)) << qPrintable(run.err);
         return QDir(out.path()).entryList({u"bild-*-fehler.png"_s}).size();

@@ -158,6 +158,8 @@ Player::Result Player::play(const Step& step) {
         Print_Formular(m_lastReceipt, step.argument, 0, {});
     } else if (step.verb == u"stock"_s) {
         checkStock(first, rest);
+    } else if (step.verb == u"query"_s) {
+        checkValue(first, rest);
     } else if (step.verb == u"shot"_s) {
         savePicture(first);
     }
@@ -260,6 +262,13 @@ void Player::checkStock(const QString& number, const QString& amount) {
         throw RuntimeError(5, u"der Bestand von %1 ist %2 statt %3."_s.arg(number, stock, amount));
 }
 
+void Player::checkValue(const QString& value, const QString& sql) {
+    const auto rows = gDB->OpenRecordset(sql);
+    const QString found = rows->Eof() ? u"nichts"_s : CStr(rows->Field(0)).remove(u' ');
+    note(u"%1 -> %2"_s.arg(sql, found));
+    if (found != value) throw RuntimeError(5, u"\"%1\" ergibt %2 statt %3."_s.arg(sql, found, value));
+}
+
 void Player::checkEnd() {
     if (!gDB->OpenRecordset(u"SELECT RechnungID FROM Rechnung WHERE RechnungID>%1;"_s.arg(m_lastReceipt))
              ->Eof()) {
@@ -304,10 +313,11 @@ void Player::finish(const QString& failure) {
     const bool failed = !failure.isEmpty();
     if (failed) {
         const bool inScript = m_next < m_steps.size();
-        note(u"FEHLER in %1: %2"_s.arg(inScript ? u"Zeile %1 (%2 %3)"_s.arg(m_steps[m_next].line)
-                                                      .arg(m_steps[m_next].verb, m_steps[m_next].argument)
-                                                : u"der Schlussprüfung"_s,
-                                       failure));
+        note(u"FEHLER in %1: %2"_s.arg(
+            inScript
+                ? u"%1 (%2 %3)"_s.arg(m_steps[m_next].place(), m_steps[m_next].verb, m_steps[m_next].argument)
+                : u"der Schlussprüfung"_s,
+            failure));
         try {
             savePicture(u"fehler"_s);
         } catch (const RuntimeError& error) {

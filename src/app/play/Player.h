@@ -59,6 +59,7 @@ class Player : public QObject {
     Result checkPage(const QString& name);
     Result checkLines(const QString& count);
     void checkStock(const QString& number, const QString& amount);
+    void checkValue(const QString& value, const QString& sql);
     void checkEnd();
     [[nodiscard]] QWidget& control(const QString& name) const;
     void setClock(const QString& time);

@@ -8,8 +8,10 @@ namespace play {
 
 /// One line of a script: a verb and what it applies to.
 struct Step {
+    QString script; ///< "" when there is but one
     int line = 0;
     QString verb, argument;
+    [[nodiscard]] QString place() const; ///< "Zeile 7" or "noon.txt, Zeile 7"
 };
 
 // clang-format off
@@ -32,11 +34,12 @@ struct Step {
 ///     page NAME             waits for the next document of the PDF printer, which must be called so
 ///     form FILE             prints the receipt that was booked last by the template of that name
 ///     stock NUMBER AMOUNT   the stock of an article must be this
+///     query VALUE SQL       the first value that the statement finds, as text without blanks, must be this
 ///     shot NAME             saves a picture of the screen
 ///
-/// Raises 5 and tells the line for an unknown verb or a missing argument.
+/// `name` is told beside the line. Raises 5 and tells the line for an unknown verb or a missing argument.
 // clang-format on
-[[nodiscard]] QList<Step> parseScript(const QByteArray& text);
+[[nodiscard]] QList<Step> parseScript(const QByteArray& text, const QString& name = {});
 
 /// First word and the rest, both trimmed.
 [[nodiscard]] std::pair<QString, QString> firstWord(const QString& text);

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryFile>
 
 #include <cstdio>
@@ -41,10 +42,15 @@ void prepareTill(const QString& folder, const QString& printer) {
     }
 }
 
-int playScript(const QString& scriptFile, const QString& out) {
-    QFile file(scriptFile);
-    if (!file.open(QIODevice::ReadOnly)) return complain(scriptFile + u": "_s + file.errorString());
-    const QList<play::Step> steps = play::parseScript(file.readAll());
+/// The scripts one behind the other, on one day at one till.
+int playScripts(const QStringList& scripts, const QString& out) {
+    QList<play::Step> steps;
+    for (const QString& script : scripts) {
+        QFile file(script);
+        if (!file.open(QIODevice::ReadOnly)) return complain(script + u": "_s + file.errorString());
+        steps +=
+            play::parseScript(file.readAll(), scripts.size() > 1 ? QFileInfo(script).fileName() : QString());
+    }
     const QString folder = QDir(out).absolutePath();
     if (!QDir().mkpath(folder) || !QDir(folder).isEmpty())
         return complain(folder + u" muss ein leerer Ordner sein."_s);
@@ -99,11 +105,12 @@ int main(int argc, char** argv) {
         Application app(argc, argv);
         QCommandLineParser parser;
         parser.addHelpOption();
-        parser.addPositionalArgument(u"Skript"_s, u"Die Schritte, siehe assets/demo/morning.txt"_s);
+        parser.addPositionalArgument(u"Skript"_s, u"Die Schritte, siehe assets/demo/day/morning.txt"_s,
+                                     u"Skript..."_s);
         parser.addOption({u"out"_s, u"Leerer Ordner für Laden, Belege, Bilder und Protokoll"_s, u"Ordner"_s});
         parser.process(app);
-        if (parser.positionalArguments().size() != 1 || !parser.isSet(u"out"_s)) parser.showHelp(2);
-        return playScript(parser.positionalArguments().first(), parser.value(u"out"_s));
+        if (parser.positionalArguments().isEmpty() || !parser.isSet(u"out"_s)) parser.showHelp(2);
+        return playScripts(parser.positionalArguments(), parser.value(u"out"_s));
     } catch (const std::exception& error) {
         return complain(QString::fromUtf8(error.what()));
     }
