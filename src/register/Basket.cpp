@@ -261,7 +261,7 @@ void Basket::follow(int row) {
 
 void Basket::show(int row, const Line& line) {
     showStock(line);
-    showPicture(line.Nummer);
+    showPicture(line);
     m_display.ShowLine(cell(row, Artikelname), cell(row, Anz), cell(row, Menge), cell(row, EPreis));
 }
 
@@ -290,9 +290,13 @@ void Basket::showStock(const Line& line) {
     setStock(std::move(label));
 }
 
-void Basket::showPicture(const QString& nummer) {
-    const QString file = VorhandenesBild(Bild::Artikel, nummer);
-    setPicture({file, file.isEmpty() ? u"Kein Artikelbild verfügbar"_s : QString()});
+void Basket::showPicture(const Line& line) {
+    const QString file = VorhandenesBild(Bild::Artikel, line.Nummer);
+    QString basePrice;
+    if (line.Menge > 0)
+        basePrice = u"%1 %2 / %3"_s.arg(MoneyText(line.Price.toDouble() / line.Menge), gWaehrungsSymbol,
+                                        line.Einheit);
+    setPicture({file, file.isEmpty() ? u"Kein Artikelbild verfügbar"_s : QString(), line.Name, basePrice});
 }
 
 void Basket::ChangeQuantity(double amount) {

@@ -85,12 +85,15 @@ TEST_F(BasketTest, StockLabelOfTheSelectedLine) {
     EXPECT_FALSE(stock().visible);
 }
 
-TEST_F(BasketTest, PictureOfTheSelectedLine) {
+TEST_F(BasketTest, PictureNameAndBasePriceOfTheSelectedLine) {
     writeFile(u"artimg_2.bmp"_s, "BM");
-    scan(u"1"_s);
-    EXPECT_EQ((till::ArticlePicture{{}, u"Kein Artikelbild verfügbar"_s}), reg->basket().Bild());
+    shop.article(u"77"_s, u"Bergkäse"_s, 7.49, {{u"Menge"_s, 0.312}, {u"Einheit"_s, u"kg"_s}});
+    scan(u"77"_s);
+    EXPECT_EQ((till::ArticlePicture{{}, u"Kein Artikelbild verfügbar"_s, u"Bergkäse"_s, u"24,01 € / kg"_s}),
+              reg->basket().Bild());
     scan(u"2"_s);
-    EXPECT_EQ((till::ArticlePicture{shop.folder() + u"artimg_2.bmp"_s, {}}), reg->basket().Bild());
+    EXPECT_EQ(shop.folder() + u"artimg_2.bmp"_s, reg->basket().Bild().file);
+    EXPECT_EQ(QString(), reg->basket().Bild().caption);
     EXPECT_EQ(shop.folder() + u"artimg_2.bmp"_s, gArtikel.Bild);
     reg->cmdStorno_Click();
     reg->cmdStorno_Click();

@@ -51,6 +51,10 @@ void KasseLayout::setUp() {
     m_ui.lblWaehrung->setContentsMargins(0, 0, 0, total.descent() - sign.descent());
     for (QWidget* oneOfTwo : {m_ui.lblZaehler, m_ui.lblUnbekannt})
         oneOfTwo->setFixedHeight(theme.normal + 12);
+    // The picture keeps its size, however long the name beneath it is.
+    const QFontMetrics name(theme.font(Theme::Size::Normal, QFont::DemiBold));
+    m_ui.lblBildName->setFixedHeight(2 * name.lineSpacing());
+    m_ui.lblBildPreis->setFixedHeight(name.lineSpacing());
     FitLetters(*m_ui.txtInput);
     FitLetters(*m_ui.txtMal);
 }

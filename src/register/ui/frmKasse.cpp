@@ -206,6 +206,8 @@ void frmKasse::connectBasket() {
     connect(&m_till.panel(), &till::SalePanel::Changed, this, [this] { m_sum->show(m_till.panel()); });
     connect(&basket, &till::Basket::BildChanged, this, [this](const till::ArticlePicture& picture) {
         m_ui->sspArtBild->showPicture(picture.file, picture.caption);
+        m_ui->lblBildName->setText(picture.name);
+        m_ui->lblBildPreis->setText(picture.basePrice);
     });
 }
 

@@ -25,9 +25,10 @@ struct StockLabel {
     friend bool operator==(const StockLabel&, const StockLabel&) = default;
 };
 
-/// The picture of the selected article: a file, or a caption in its place.
+/// The selected article: its picture, a file or a caption in its place, and what stands beneath it.
 struct ArticlePicture {
     QString file, caption;
+    QString name, basePrice; ///< "Bergkäse", "24,00 € / kg"; "" without a content to divide by
     friend bool operator==(const ArticlePicture&, const ArticlePicture&) = default;
 };
 
@@ -160,7 +161,7 @@ class Basket : public QAbstractTableModel {
     [[nodiscard]] bool repeatsLast(const QString& nummer) const;
     void show(int row, const Line& line); ///< stock, picture, customer's display
     void showStock(const Line& line);
-    void showPicture(const QString& nummer);
+    void showPicture(const Line& line);
     void setStock(StockLabel label);
     void setPicture(ArticlePicture picture);
 
