@@ -88,7 +88,7 @@ void Booking::CancelEdits() noexcept {
 }
 
 void Booking::Begin() {
-    leaveOlder();
+    GiveUp();
     open();
     m_rechnung->AddNew();
     m_mark.RechnungID = m_rechnung->Long(u"RechnungID");
@@ -121,7 +121,7 @@ void Booking::GoOn(BookingMark mark) {
     write(LookAtBooking(m_mark));
 }
 
-void Booking::leaveOlder() {
+void Booking::GiveUp() {
     const BookingMark* older = m_sale.begun();
     if (!older || !m_sale.keepsMarks()) return;
     const BookingState state = LookAtBooking(*older);

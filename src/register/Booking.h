@@ -39,6 +39,9 @@ class Booking {
     /// The receipt of a mark, from where it stands. Also after Begin, when nobody knows what arrived.
     void GoOn(BookingMark mark);
 
+    /// The receipt that this process began and did not finish stays as it is, for the owner.
+    void GiveUp();
+
     [[nodiscard]] const BookingMark& mark() const { return m_mark; } ///< RechnungID 0 before Begin
     [[nodiscard]] bool hasHead() const { return m_hasHead; }         ///< something stands in the books
     [[nodiscard]] int booked() const { return m_booked; }            ///< lines that are done
@@ -46,7 +49,6 @@ class Booking {
 
   private:
     void open();
-    void leaveOlder();
     void write(const BookingState& done);
     void writeHead();
     void writeDetail();

@@ -96,7 +96,7 @@ int Checkout::Book() {
     return id;
 }
 
-void Checkout::Finish(const QString& lastTotal) {
+void Checkout::RemoveLines() {
     withAdvice(
         [this] { m_sale.RemoveBooked(); },
         [this] {
@@ -104,6 +104,25 @@ void Checkout::Finish(const QString& lastTotal) {
                    "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
                        .arg(m_sale.Rechnung());
         });
+}
+
+void Checkout::EndMovement() {
+    if (m_sale.Rechnung() != 0) {
+        RemoveLines();
+    } else {
+        m_sale.LookBack(); // if its line cannot go now
+        m_sale.basket.DeleteRows();
+        Booking(m_sale).GiveUp();
+    }
+    m_sale.basket.rsBestellung().Requery();
+    m_sale.RebuildTitle(true); // printing leaves the standard customer
+    m_sale.screen.MovePointerAway();
+    m_sale.basket.LoadBestellungen();
+    if (gAbfrageLoginProOrder) m_sale.ChangeUser();
+}
+
+void Checkout::Finish(const QString& lastTotal) {
+    RemoveLines();
     m_sale.basket.rsBestellung().Requery();
     m_sale.ResetKunde();
     m_sale.screen.MovePointerAway();
@@ -138,13 +157,20 @@ void Checkout::CreateRechnung(int& RechnungID) {
     };
     const auto advice = [&]() -> QString {
         if (!booking.hasHead()) return {};
+        const QString stands = u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. "_s
+                                   .arg(booking.mark().RechnungID)
+                                   .arg(booking.booked())
+                                   .arg(m_sale.basket.rowCount());
+        if (gZahlung.ZahlArt == u"EINLAGE" || gZahlung.ZahlArt == u"ENTNAHME")
+            return stands +
+                   u"Dieser Beleg ist unvollständig und für den Inhaber vermerkt. Bitte buchen Sie den Vorgang "
+                   "noch einmal."_s;
         const QString finish =
             u"Der Beleg lässt sich fertig buchen, wenn Sie die Kasse mit F12 schließen. "_s;
-        return u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. Alle Zeilen stehen noch im Verkauf. %4"
-               "Wird er noch einmal bezahlt, entsteht ein neuer, vollständiger Beleg; Beleg %1 ist dann zu viel und "
-               "muss geprüft werden."_s.arg(booking.mark().RechnungID)
-                   .arg(booking.booked())
-                   .arg(m_sale.basket.rowCount())
+        return stands +
+               u"Alle Zeilen stehen noch im Verkauf. %2Wird er noch einmal bezahlt, entsteht ein neuer, "
+               "vollständiger Beleg; Beleg %1 ist dann zu viel und muss geprüft werden."_s
+                   .arg(booking.mark().RechnungID)
                    .arg(m_sale.keepsMarks() ? finish : QString());
     };
     Handle(

@@ -6,8 +6,13 @@
 #include <printing/Beleg.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Prices.h>
+#include <register/gMaschine.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
+#include <store/Database.h>
+#include <store/Recordset.h>
+#include <store/SqlText.h>
 
 #include <QScopedValueRollback>
 
@@ -54,13 +59,13 @@ QString missing(const BookingMark& mark, const BookingState& state) {
 
 bool Recovery::Run() {
     const auto mark = BookingMark::Read();
-    if (!mark) return false;
+    if (!mark) return dropMovement();
     const BookingState state = LookAtBooking(*mark);
     const bool nothing = !state.hasHead && state.Gebucht == 0;
     if ((state.isWhole(*mark) && state.open == 0) || (nothing && !state.fits)) {
         mark->Drop(); // nothing is left of it but this
         m_sale.Forget();
-        return false;
+        return dropMovement();
     }
     if (!state.fits)
         leave(*mark, state);
@@ -68,6 +73,23 @@ bool Recovery::Run() {
         finishWhole(*mark, opening(*mark, state) + u"\n\nEr ist vollständig. "_s + linesGo(mark->Zeilen));
     else
         offerToFinish(*mark, state);
+    dropMovement();
+    return true;
+}
+
+bool Recovery::dropMovement() {
+    const QString lines = u" FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) +
+                          u" AND ArtikelNummer IN ("_s + sql::text(SonderArtikel::Einlage) + u", "_s +
+                          sql::text(SonderArtikel::Entnahme) + u");"_s;
+    const auto rs = gDB->OpenRecordset(u"SELECT ArtikelName, VKPreis"_s + lines);
+    if (rs->Eof()) return false;
+    MsgBox(
+        u"\"%1\" über %2 € wurde unterbrochen und ist nicht gebucht. Die Zeile verlässt jetzt den Verkauf; bitte "
+        "zählen Sie nach, ob das Geld schon bewegt wurde, und buchen Sie den Vorgang dann noch einmal."_s.arg(
+            rs->Text(u"ArtikelName"), MoneyText(rs->Money(u"VKPreis"))),
+        MsgIcon::Exclamation, MsgButtons::OK, title);
+    gDB->Execute(u"DELETE"_s + lines);
+    m_sale.basket.LoadBestellungen();
     return true;
 }
 

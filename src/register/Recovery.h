@@ -21,6 +21,8 @@ class Recovery {
     void finishWhole(const BookingMark& mark, const QString& told);
     void offerToFinish(const BookingMark& mark, const BookingState& state);
     void leave(const BookingMark& mark, const BookingState& state);
+    /// A movement of cash that was not booked must not be sold as goods: its line goes, which is told.
+    bool dropMovement();
 
     Sale& m_sale;
 };

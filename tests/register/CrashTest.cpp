@@ -1,6 +1,7 @@
 #include "InterruptedSale.h"
 #include "ServerTill.h"
 
+#include <register/CashMovements.h>
 #include <store/Schema.h>
 #include <text/Sort.h>
 
@@ -263,6 +264,56 @@ TEST_F(FileBookingCrash, AfterAKillAtAnyWriteTheReceiptIsWholeAndNothingStandsOp
     reg.reset();
 }
 
+/// A movement of cash stands in the books once or not at all, and never as a line of the next sale.
+void expectMovementOnceOrTold(TempShop& shop, till::Register& reg, const QStringList& told, int most) {
+    EXPECT_TRUE(reg.basket().isEmpty());
+    EXPECT_EQ(shop.count(u"Bestellung"_s), 0);
+    EXPECT_EQ(shop.count(u"BuchungsMarke"_s), 0);
+    const int receipts = shop.count(u"Rechnung"_s);
+    EXPECT_LE(receipts, most);
+    EXPECT_EQ(shop.count(u"RechnungsDetail"_s), receipts);
+    EXPECT_LE(told.size(), 2) << qPrintable(told.join(u'\n'));
+}
+
+void answerEinlage(ScriptedScreen& screen) {
+    gKFKasseneinlage = true;
+    screen.expect(till::Dialog::KassenBuchung, [] {
+        gKassenBuchung.Betrag = Currency::fromDouble(200);
+        gKassenBuchung.Ergebnis = 1;
+    });
+}
+
+TEST_F(FileBookingCrash, AMovementOfCashIsBookedOnceOrTold) {
+    CrashImages images(shop.storePath());
+    reg.reset();
+    shop.reopen();
+    open();
+    answerEinlage(screen);
+    images.taking = true;
+    reg->movements().BookEinlage();
+    images.taking = false;
+    ASSERT_EQ(shop.count(u"Rechnung"_s), 1);
+    screen.isQuiet = true;
+    int unbooked = 0, unfinished = 0, whole = 0;
+    for (const QString& folder : images.folders()) {
+        SCOPED_TRACE(qPrintable(folder));
+        reg.reset();
+        gDB = Database::OpenDatabase(folder + u"/Merivane.mdb"_s);
+        DefaultAnswers asked;
+        open();
+        expectMovementOnceOrTold(shop, *reg, asked.told, 1);
+        const QString told = asked.told.value(0);
+        unbooked += told.contains(u"wurde unterbrochen und ist nicht gebucht"_s);
+        unfinished += told.contains(u"Es fehlen:"_s);
+        whole += told.contains(u"Er ist vollständig."_s);
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(unbooked, 0);
+    EXPECT_GT(unfinished, 5);
+    EXPECT_GT(whole, 0);
+    reg.reset();
+}
+
 /// The same on a server: each statement of the booking is the one before which the till is killed.
 class ServerBookingCrash : public ServerTill {};
 
@@ -289,6 +340,31 @@ TEST_F(ServerBookingCrash, AfterAKillBeforeAnyStatementTheReceiptIsWholeAndNothi
         if (HasFailure()) return;
     }
     EXPECT_GT(statement, 25);
+}
+
+TEST_F(ServerBookingCrash, AMovementOfCashIsBookedOnceOrTold) {
+    int statement = 0;
+    for (bool whole = false; !whole; ++statement) {
+        SCOPED_TRACE(statement);
+        DefaultAnswers asked;
+        answerEinlage(screen);
+        proxy->cut(PostgresProxy::Cut::BeforeSending, "", statement + 3, PostgresProxy::After::Deny);
+        reg->movements().BookEinlage();
+        whole = !proxy->hasCut();
+        proxy->cut(PostgresProxy::Cut::BeforeSending, "nothing like this");
+        reg.reset();
+        gDB.reset();
+        proxy->deny(false);
+        shop.reopen();
+        asked.told.clear();
+        screen.isQuiet = true;
+        open();
+        screen.isQuiet = false;
+        expectMovementOnceOrTold(shop, *reg, asked.told, statement + 1);
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(statement, 8);
+    EXPECT_GT(shop.count(u"Rechnung"_s), 3);
 }
 
 TEST_F(BookingCrash, AReceiptThatStandsAtThePrintChoiceIsToldAndCanBePrinted) {

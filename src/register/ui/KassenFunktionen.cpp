@@ -2,6 +2,7 @@
 
 #include "FunctionKeys.h"
 
+#include <register/CashMovements.h>
 #include <register/Register.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
@@ -33,6 +34,15 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     // popFunction
     add(
         gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
+    add(
+        gKFKasseneinlage, u"FileEinlage"_s, [&till] { till.movements().BookEinlage(); },
+        u"401-Einlage in die Kasse"_s);
+    add(
+        gKFKassenentnahme, u"FileEntnahme"_s, [&till] { till.movements().BookEntnahme(); },
+        u"401-Entnahme aus der Kasse"_s);
+    add(
+        gKFKassenBestand, u"FileShowBestand"_s, [&till] { till.movements().ShowUmsatzAbfrage(); },
+        u"Kassenbestand anzeigen"_s);
     add(
         gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
     add(

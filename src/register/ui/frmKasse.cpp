@@ -1,4 +1,5 @@
 #include "EntryKeyboard.h"
+#include "KasseBetragDialog.h"
 #include "KasseLayout.h"
 #include "KasseNumberDialogs.h"
 #include "KassenFunktionen.h"
@@ -284,6 +285,7 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::PrintDlg, modal<frmKassePrintDlg>},
         {Dialog::RechnungsVorlage, modal<frmRechnungsVorlage>},
         {Dialog::KundenSuche, modal<frmKasseKundenSuche>},
+        {Dialog::KassenBuchung, modal<frmKasseEinlage>},
         {Dialog::DesktopLogin,
          [](frmKasse& kasse) {
              if (kasse.m_showDesktopLogin) kasse.m_showDesktopLogin();

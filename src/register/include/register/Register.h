@@ -13,6 +13,7 @@
 
 namespace till {
 
+class CashMovements;
 class Entry;
 class Sale;
 class Undo;
@@ -102,6 +103,8 @@ class Register : public QObject {
 
     void PrintLast(); ///< the receipt of the last sale once more
 
+    [[nodiscard]] CashMovements& movements() { return *m_movements; }
+
     // Drawer and display
     void OpenKassenLade();
     void OpenLade_Click(); ///< the same from key and menu, if gKFKassenlade
@@ -139,6 +142,7 @@ class Register : public QObject {
     std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
     std::unique_ptr<Undo> m_undo;
+    std::unique_ptr<CashMovements> m_movements;
     ArticleKeys m_keys;
     QStringList m_karten;
 };

@@ -17,6 +17,7 @@ enum class Dialog {
     PrintDlg,           ///< sets gPrintMode to 0, 1 or 2
     RechnungsVorlage,   ///< gVorlagenAuswahl
     KundenSuche,        ///< gKunde, Ergebnis 1 when one was chosen
+    KassenBuchung,      ///< gKassenBuchung
     DesktopLogin,       ///< gKassenUser
     KartenMenu,         ///< the menu of the cards; a choice there calls Register::PayByKarte
 };

@@ -26,6 +26,20 @@ struct FreierArtikel {
 };
 inline FreierArtikel gFreierArtikel;
 
+/// A line that stands for money instead of goods.
+struct BetragAngabe {
+    int Ergebnis = 0;
+    QString WarenGruppe, Name;
+    double SteuerSatz = 0; ///< percent
+    Currency Betrag;       ///< positive, also of a withdrawal
+};
+
+/// Money that is put into the till or taken out of it without a sale.
+struct KassenBuchung : BetragAngabe {
+    bool IsEinlage = false;
+};
+inline KassenBuchung gKassenBuchung;
+
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
 struct BestellNummerWahl {
