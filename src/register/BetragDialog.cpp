@@ -55,8 +55,8 @@ QStringList BetragDialog::WarenGruppen() const {
 
 QStringList BetragDialog::SteuerSaetze() const {
     QStringList rates;
-    const auto rs = gDB->OpenRecordset(
-        u"SELECT SteuerSatz FROM Artikel GROUP BY SteuerSatz ORDER BY SteuerSatz ASC;"_s);
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT SteuerSatz FROM Artikel GROUP BY SteuerSatz ORDER BY SteuerSatz ASC;"_s);
     for (; !rs->Eof(); rs->MoveNext())
         rates << shownRate(rs->Number(u"SteuerSatz"));
     return rates;
@@ -83,8 +83,7 @@ BetragDialog::Field BetragDialog::Confirm(const QString& warenGruppe, const QStr
         return refuse(Field::Name, u"Sie müssen eine Bezeichnung für diesen Vorgang eingeben."_s);
     const auto amount = readAmount(betrag);
     if (!amount) return Field::Betrag;
-    if (*amount <= Currency{})
-        return refuse(Field::Betrag, u"Bitte geben Sie einen Betrag > Null ein."_s);
+    if (*amount <= Currency{}) return refuse(Field::Betrag, u"Bitte geben Sie einen Betrag > Null ein."_s);
     if (!limits::IsPriceMeant(*amount)) return Field::Betrag;
     const double rate = IsNumeric(steuerSatz) ? CDbl(Value(steuerSatz)) : -1;
     if (rate < 0 || rate > mostPercent)

@@ -1,5 +1,6 @@
 #include "Booking.h"
 
+#include "LineKey.h"
 #include "Sale.h"
 
 #include <register/Prices.h>
@@ -12,42 +13,12 @@
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/SqlText.h>
-#include <text/Convert.h>
 
 #include <algorithm>
-#include <tuple>
 
 using namespace Qt::StringLiterals;
 
 namespace till {
-
-namespace {
-
-/// What a line of the sale and the line of the receipt that was made of it have in common.
-using LineKey = std::tuple<QString, QString, double, double, Currency, double, QString>;
-
-LineKey keyOf(const Recordset& rs, QStringView price) {
-    return {rs.Text(u"ArtikelNummer"), rs.Text(u"ArtikelName"), rs.Number(u"Buchungs_Menge"),
-            rs.Number(u"Menge"),       rs.Money(price),         rs.Number(u"SteuerSatz"),
-            rs.Text(u"SNNummer")};
-}
-
-QString shown(const LineKey& line) {
-    const auto& [nummer, name, anzahl, menge, price, steuerSatz, serie] = line;
-    QString text = u"%1  %2, %3 × %4 €"_s.arg(nummer, name, NumberText(anzahl), MoneyText(price));
-    if (!serie.isEmpty()) text += u", Nr. "_s + serie;
-    return text;
-}
-
-std::vector<LineKey> linesOf(const QString& query, QStringView price) {
-    std::vector<LineKey> lines;
-    const auto rs = gDB->OpenRecordset(query);
-    for (; !rs->Eof(); rs->MoveNext())
-        lines.push_back(keyOf(*rs, price));
-    return lines;
-}
-
-} // namespace
 
 bool BookingState::isWhole(const BookingMark& mark) const {
     return hasHead && Gebucht == mark.Zeilen && (mark.IsLieferschein || mark.Bestand == mark.Zeilen);
@@ -58,9 +29,9 @@ BookingState LookAtBooking(const BookingMark& mark) {
     BookingState state;
     state.hasHead = sql::count(*gDB, u"Rechnung WHERE RechnungID="_s + id) > 0;
     std::vector<LineKey> booked =
-        linesOf(u"SELECT * FROM RechnungsDetail WHERE RechnungID="_s + id + u';', u"VKPreis_Brutto");
+        LinesOf(u"SELECT * FROM RechnungsDetail WHERE RechnungID="_s + id + u';', u"VKPreis_Brutto");
     std::vector<LineKey> open =
-        linesOf(u"SELECT * FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + u" AND ID<="_s +
+        LinesOf(u"SELECT * FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine) + u" AND ID<="_s +
                     sql::number(mark.LetzteZeile) + u" ORDER BY ID ASC;"_s,
                 u"VKPreis_Rabatt");
     state.Gebucht = int(booked.size());
@@ -68,8 +39,8 @@ BookingState LookAtBooking(const BookingMark& mark) {
     if (state.open != mark.Zeilen || state.Gebucht > state.open) return state;
     const auto behind = open.begin() + state.Gebucht;
     for (auto line = behind; line != open.end(); ++line)
-        state.remaining << shown(*line);
-    if (behind != open.begin()) state.last = shown(*(behind - 1));
+        state.remaining << Shown(*line);
+    if (behind != open.begin()) state.last = Shown(*(behind - 1));
     // The lines of a receipt have no order of their own.
     std::sort(open.begin(), behind);
     std::sort(booked.begin(), booked.end());

@@ -33,7 +33,8 @@ Currency bookedSum(const QString& condition) {
     const auto rs = gDB->OpenRecordset(
         u"SELECT SUM(VKPreis_Brutto*Buchungs_Menge) AS Brutto "
         "FROM Rechnung INNER JOIN RechnungsDetail ON Rechnung.RechnungID = RechnungsDetail.RechnungID "
-        "WHERE %1 AND Rechnung.Abschluss = 0 AND Rechnung.Maschine = %2;"_s.arg(condition, sql::text(gMaschine)));
+        "WHERE %1 AND Rechnung.Abschluss = 0 AND Rechnung.Maschine = %2;"_s.arg(condition,
+                                                                                sql::text(gMaschine)));
     return rs->Eof() ? Currency{} : rs->Money(u"Brutto");
 }
 

@@ -80,4 +80,12 @@ bool Choose(const QString& key) {
     return true;
 }
 
+void Load(int KundenID) {
+    KundeRecord kunde = KundeRecord::Standard();
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT * FROM Kunden WHERE KundenID="_s + sql::number(KundenID) + u';');
+    if (!rs->Eof()) load(*rs, KundenFields(), kunde);
+    gKunde = kunde;
+}
+
 } // namespace till::CustomerSearch

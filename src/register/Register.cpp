@@ -8,7 +8,9 @@
 
 #include <devices/CashDrawer.h>
 #include <register/CashMovements.h>
+#include <register/CustomerAccount.h>
 #include <register/IncompleteReceipts.h>
+#include <register/Parking.h>
 #include <register/Register.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
@@ -32,7 +34,9 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_sale(std::make_unique<Sale>(screen))
     , m_entry(std::make_unique<Entry>(*m_sale))
     , m_undo(std::make_unique<Undo>(*m_sale))
-    , m_movements(std::make_unique<CashMovements>(*m_sale)) {
+    , m_movements(std::make_unique<CashMovements>(*m_sale))
+    , m_parking(std::make_unique<Parking>(*m_sale))
+    , m_account(std::make_unique<CustomerAccount>(*m_sale)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
     connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);
@@ -67,6 +71,7 @@ void Register::Load() {
     m_sale->ResetKunde();
     emit UserChanged(UserDisplay());
     LoadBestellungen();
+    m_parking->ShowParked();
 }
 
 void Register::ResumeBooking() {
@@ -190,23 +195,7 @@ void Register::TerminalFunction(TerminalAct act) {
     });
 }
 
-void Register::cmdKunde_Click() {
-    Trap([this] {
-        if (!gKFKunden) return;
-        if (!gKassenUser.R_Kunden) {
-            MsgBox(u"Sie besitzen nicht die nötigen Rechte um diese Aktion auszuführen."_s);
-            return;
-        }
-        gKunde.Ergebnis = 0;
-        m_sale->screen.Show(Dialog::KundenSuche);
-        m_sale->screen.MovePointerAway();
-        if (gKunde.Ergebnis == 0) return;
-        gKunde.Ergebnis = 0;
-        m_sale->RebuildTitle(true);
-        m_sale->basket.LoadBestellungen();
-    });
-}
-
+void Register::cmdKunde_Click() { m_sale->ChooseKunde(); }
 void Register::ChangeUser() { m_sale->ChangeUser(); }
 QString Register::UserDisplay() const { return Sale::UserDisplay(); }
 void Register::SetLCDDefault() { m_sale->basket.SetLCDDefault(); }

@@ -1,6 +1,7 @@
 #include "Sale.h"
 
 #include "Recovery.h"
+#include "WaitingLines.h"
 
 #include <printing/Beleg.h>
 #include <session/Globals.h>
@@ -38,6 +39,29 @@ void Sale::ChangeUser() {
     });
 }
 
+void Sale::ChooseKunde() {
+    Trap([this] {
+        if (!gKFKunden) return;
+        if (!gKassenUser.R_Kunden) {
+            MsgBox(u"Sie besitzen nicht die nötigen Rechte um diese Aktion auszuführen."_s);
+            return;
+        }
+        gKunde.Ergebnis = 0;
+        screen.Show(Dialog::KundenSuche);
+        screen.MovePointerAway();
+        if (gKunde.Ergebnis == 0) return;
+        gKunde.Ergebnis = 0;
+        RebuildTitle(true);
+        basket.LoadBestellungen();
+    });
+}
+
+void Sale::LinesMoved() {
+    basket.rsBestellung().Requery();
+    basket.LoadBestellungen();
+    emit Closed();
+}
+
 QString Sale::UserDisplay() { return gKassenUser.Vorname + u' ' + gKassenUser.Name; }
 
 void Sale::Booked(const BookingMark& mark) {
@@ -61,6 +85,7 @@ bool Sale::Settle() {
                 "sagen, was gebucht ist. Bitte starten Sie das Programm einmal mit /dbupdate."_s,
                 MsgIcon::Exclamation);
         m_lookBack = false;
+        shown |= SettleInterruptedCopy(*this);
     }
     clearPaid();
     return basket.Confirm() && !shown;

@@ -66,6 +66,10 @@ class Sale : public QObject {
     }
     [[nodiscard]] int Rechnung() const; ///< of the booked sale whose lines are still there; 0 for none
     void Forget() { m_booking.reset(); }
+    /// The list is read anew after its lines came or went as a whole.
+    void LinesMoved();
+    /// Asks for the customer (cmdKunde). A handler of its own.
+    void ChooseKunde();
     /// The lines of the booked sale go, and its mark with them.
     void RemoveBooked();
 
@@ -76,7 +80,7 @@ class Sale : public QObject {
   signals:
     void TitleChanged(const QString& text);
     void UserChanged(const QString& text);
-    void Closed(); ///< the sale is booked
+    void Closed(); ///< its lines are booked, or wait elsewhere
 
   private:
     void clearPaid();

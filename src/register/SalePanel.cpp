@@ -24,6 +24,28 @@ QString LastSale::detail() const {
     return u"bar %1 von %2"_s.arg(MoneyText(Gegeben), MoneyText(Gesamt));
 }
 
+QString ParkedSale::text(const QDateTime& at) const {
+    const QString when = at.isValid() ? at.toString(u"'um 'hh:mm"_s) : Tag.toString(u"'am 'dd.MM.yyyy"_s);
+    QString text = u"Geparkt "_s + when + u": "_s;
+    if (!Kunde.isEmpty()) text += Kunde + u", "_s;
+    text += (Zeilen == 1 ? u"1 Zeile"_s : u"%1 Zeilen"_s.arg(Zeilen)) + u", "_s + MoneyText(Gesamt) + u' ' +
+            gWaehrungsSymbol;
+    if (!Kassierer.isEmpty()) text += u" ("_s + Kassierer + u')';
+    return text;
+}
+
+void SalePanel::ShowParked(const ParkedSale& sale) {
+    m_parked = sale.text(m_parkedAt);
+    emit Changed();
+}
+
+void SalePanel::DropParked() {
+    m_parkedAt = {};
+    if (m_parked.isEmpty()) return;
+    m_parked.clear();
+    emit Changed();
+}
+
 void SalePanel::TellUnknown(const QString& code) {
     m_unknown = m_unknown.isEmpty() ? u"Unbekannt: "_s + code : m_unknown + u", "_s + code;
     emit Changed();

@@ -45,10 +45,11 @@ TEST_F(CashMovements, AreBookedAsReceiptsOfOneLineForTheStandardCustomer) {
     enter(49.5, u"Putzmittel"_s, 19);
     reg->movements().BookEntnahme();
     EXPECT_EQ((QStringList{u"EINLAGE|200|0|0|0"_s, u"ENTNAHME|49,5|0|0|0"_s}), receipts());
-    EXPECT_EQ((QStringList{u"401-Einlage|Einlage|Wechselgeld|1|1|x|0|200|200|0"_s,
-                           u"401-Entnahme|Entnahme|Putzmittel|1|1|x|0|49,5|41,5966386554622|19"_s}),
-              shop.rows(u"SELECT ArtikelNummer, ArtikelName, WarenGruppe, Buchungs_Menge, Menge, Einheit, EKPreis, "
-                        "VKPreis_Brutto, VKPreis_Netto, SteuerSatz FROM RechnungsDetail ORDER BY RechnungID"_s));
+    EXPECT_EQ(
+        (QStringList{u"401-Einlage|Einlage|Wechselgeld|1|1|x|0|200|200|0"_s,
+                     u"401-Entnahme|Entnahme|Putzmittel|1|1|x|0|49,5|41,5966386554622|19"_s}),
+        shop.rows(u"SELECT ArtikelNummer, ArtikelName, WarenGruppe, Buchungs_Menge, Menge, Einheit, EKPreis, "
+                  "VKPreis_Brutto, VKPreis_Netto, SteuerSatz FROM RechnungsDetail ORDER BY RechnungID"_s));
     EXPECT_TRUE(reg->basket().isEmpty());
     EXPECT_EQ(0, shop.count(u"Bestellung"_s));
     EXPECT_EQ(0, shop.count(u"BuchungsMarke"_s));
@@ -56,11 +57,9 @@ TEST_F(CashMovements, AreBookedAsReceiptsOfOneLineForTheStandardCustomer) {
 
 TEST_F(CashMovements, AreRefusedBesideAnOpenSaleAndLeftByCancelAndSwitch) {
     scan(u"1"_s);
-    dialogs.expectMsgBox(
-        u"Diese Aktion ist nur möglich, wenn keine aktiven Buchungen vorhanden sind."_s);
+    dialogs.expectMsgBox(u"Diese Aktion ist nur möglich, wenn keine aktiven Buchungen vorhanden sind."_s);
     reg->movements().BookEinlage();
-    dialogs.expectMsgBox(
-        u"Diese Aktion ist nur möglich, wenn keine aktiven Buchungen vorhanden sind."_s);
+    dialogs.expectMsgBox(u"Diese Aktion ist nur möglich, wenn keine aktiven Buchungen vorhanden sind."_s);
     reg->movements().BookEntnahme();
     EXPECT_EQ(1, reg->basket().rowCount());
     reg->cmdStorno_Click();
@@ -123,18 +122,20 @@ TEST_F(CashMovements, ALineThatWasNeverBookedIsNotSoldAfterARestart) {
 }
 
 TEST_F(CashMovements, TheTurnoverIsWhatThisTillTookSinceItsClosing) {
-    const auto told = [](const QString& bar, const QString& karte, const QString& entnahme, const QString& einlage) {
+    const auto told = [](const QString& bar, const QString& karte, const QString& entnahme,
+                         const QString& einlage) {
         return u"Folgende Beträge wurden seit dem letzten Kassenabschluss gebucht:\n\nBAR:\t\t%1 €\nKarte:\t\t%2 "
                "€\n401-Entnahme:\t%3 €\n401-Einlage:\t%4 €"_s.arg(bar, karte, entnahme, einlage);
     };
     const QString zero = u"0,00"_s;
-    dialogs.expectMsgBox(told(zero, zero, zero, zero), MsgIcon::Information, MsgAnswer::OK, u"Umsatzabfrage..."_s);
+    dialogs.expectMsgBox(told(zero, zero, zero, zero), MsgIcon::Information, MsgAnswer::OK,
+                         u"Umsatzabfrage..."_s);
     reg->movements().ShowUmsatzAbfrage();
 
     const auto booked = [&](const QString& kind, const QString& number, double price, double amount,
                             const QString& machine, bool closed = false) {
-        const int id = shop.insert(u"Rechnung"_s,
-                                   {{u"Maschine"_s, machine}, {u"ZahlArt"_s, kind}, {u"Abschluss"_s, closed}});
+        const int id = shop.insert(
+            u"Rechnung"_s, {{u"Maschine"_s, machine}, {u"ZahlArt"_s, kind}, {u"Abschluss"_s, closed}});
         shop.insert(u"RechnungsDetail"_s, {{u"RechnungID"_s, id},
                                            {u"ArtikelNummer"_s, number},
                                            {u"VKPreis_Brutto"_s, Currency::fromDouble(price)},
@@ -142,16 +143,16 @@ TEST_F(CashMovements, TheTurnoverIsWhatThisTillTookSinceItsClosing) {
     };
     einlage(200);
     entnahme(50);
-    booked(u"BAR"_s, u"1"_s, 4.05, 3, gMaschine);                // 12,15
-    booked(u"BAR"_s, u"401-Gutschein"_s, -10, 1, gMaschine);     // a voucher redeemed
-    booked(u"RUECKGABE"_s, u"1"_s, 4.05, -1, gMaschine);         // -4,05
-    booked(u"KARTE"_s, u"2"_s, 1.255, 2, gMaschine);             // 2,51
-    booked(u"ENTNAHME"_s, u"401-Entnahme"_s, 25, 1, gMaschine);  // a voucher paid out
+    booked(u"BAR"_s, u"1"_s, 4.05, 3, gMaschine);               // 12,15
+    booked(u"BAR"_s, u"401-Gutschein"_s, -10, 1, gMaschine);    // a voucher redeemed
+    booked(u"RUECKGABE"_s, u"1"_s, 4.05, -1, gMaschine);        // -4,05
+    booked(u"KARTE"_s, u"2"_s, 1.255, 2, gMaschine);            // 2,51
+    booked(u"ENTNAHME"_s, u"401-Entnahme"_s, 25, 1, gMaschine); // a voucher paid out
     booked(u"RECHNUNG_OFFEN"_s, u"1"_s, 99, 1, gMaschine);
     booked(u"BAR"_s, u"1"_s, 1000, 1, u"KASSE-9"_s);
     booked(u"BAR"_s, u"1"_s, 1000, 1, gMaschine, true);
-    dialogs.expectMsgBox(told(u"-1,90"_s, u"2,51"_s, u"75,00"_s, u"200,00"_s), MsgIcon::Information, MsgAnswer::OK,
-                         u"Umsatzabfrage..."_s);
+    dialogs.expectMsgBox(told(u"-1,90"_s, u"2,51"_s, u"75,00"_s, u"200,00"_s), MsgIcon::Information,
+                         MsgAnswer::OK, u"Umsatzabfrage..."_s);
     reg->movements().ShowUmsatzAbfrage();
 
     gKassenUser.R_Setup = false;
@@ -189,7 +190,8 @@ TEST_F(CashMovements, TheDialogTakesWhatIsMeant) {
     EXPECT_EQ(Field::Betrag, dialog.Confirm(u"Bank"_s, u"Geld"_s, QString(20, u'9'), u"0,0"_s));
     for (const QString& wrong : {u""_s, u"7,0,0"_s, u"101"_s}) {
         dialogs.expectMsgBox(u"Bitte geben Sie einen Steuersatz von 0 bis 100 Prozent ein."_s);
-        EXPECT_EQ(Field::SteuerSatz, dialog.Confirm(u"Bank"_s, u"Geld"_s, u"5"_s, wrong)) << qPrintable(wrong);
+        EXPECT_EQ(Field::SteuerSatz, dialog.Confirm(u"Bank"_s, u"Geld"_s, u"5"_s, wrong))
+            << qPrintable(wrong);
     }
     EXPECT_EQ(0, gKassenBuchung.Ergebnis);
     EXPECT_EQ(Field::None, dialog.Confirm(QString(60, u'g'), u"  O'Brien "_s, u"1234,567"_s, u"7,0"_s));

@@ -2,6 +2,7 @@
 #include "ServerTill.h"
 
 #include <register/CashMovements.h>
+#include <register/Parking.h>
 #include <store/Schema.h>
 #include <text/Sort.h>
 
@@ -311,6 +312,41 @@ TEST_F(FileBookingCrash, AMovementOfCashIsBookedOnceOrTold) {
     EXPECT_GT(unbooked, 0);
     EXPECT_GT(unfinished, 5);
     EXPECT_GT(whole, 0);
+    reg.reset();
+}
+
+TEST_F(FileBookingCrash, AParkedSaleIsNeverLostAndInTwoPlacesOnlyWithAQuestion) {
+    gKFBestellungParken = true;
+    CrashImages images(shop.storePath());
+    reg.reset();
+    shop.reopen();
+    open();
+    for (const bool parks : {true, false}) {
+        if (parks) {
+            InterruptedSale::scan(shop, *reg);
+            images.taking = true;
+            reg->parking().ParkBestellung();
+        } else {
+            images.taking = true;
+            reg->parking().LoadParkedBestellung();
+        }
+        images.taking = false;
+        EXPECT_EQ(reg->basket().isEmpty(), parks);
+    }
+    int asked = 0;
+    for (const QString& folder : images.folders()) {
+        SCOPED_TRACE(qPrintable(folder));
+        reg.reset();
+        gDB = Database::OpenDatabase(folder + u"/Merivane.mdb"_s);
+        DefaultAnswers answers;
+        open();
+        const int lines = shop.count(u"Bestellung"_s), parked = shop.count(u"TMPOrder"_s);
+        EXPECT_EQ(std::max(lines, parked), InterruptedSale::lines) << "lost";
+        EXPECT_EQ(answers.told.size(), lines > 0 && parked > 0 ? 1 : 0);
+        asked += int(answers.told.size());
+        if (HasFailure()) return;
+    }
+    EXPECT_GT(asked, 10);
     reg.reset();
 }
 

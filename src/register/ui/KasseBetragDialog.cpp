@@ -20,7 +20,8 @@ KasseBetragDialog::KasseBetragDialog(till::BetragDialog rules, QWidget* parent)
     m_ui->pad->setMinimumSize(edge * 4, edge * 4);
     m_ui->pad->setTarget(m_ui->txtBetrag);
     m_ui->txtName->setMinimumWidth(edge * 5);
-    m_ui->txtBetrag->setFilter([](QChar typed) { return till::BetragDialog::AcceptKey(Field::Betrag, typed); });
+    m_ui->txtBetrag->setFilter(
+        [](QChar typed) { return till::BetragDialog::AcceptKey(Field::Betrag, typed); });
     auto* rate = new NumberEdit(this);
     rate->setFilter([](QChar typed) { return till::BetragDialog::AcceptKey(Field::SteuerSatz, typed); });
     m_ui->cboSteuerSatz->setLineEdit(rate);

@@ -3,6 +3,8 @@
 #include "FunctionKeys.h"
 
 #include <register/CashMovements.h>
+#include <register/CustomerAccount.h>
+#include <register/Parking.h>
 #include <register/Register.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
@@ -54,6 +56,21 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
                   .caption = till.UndoCaption(),
                   .act = [&till] { till.TakeBack(); },
                   .enabled = [&till] { return till.CanTakeBack(); }});
+
+    add(
+        gKFBestellungParken, u"FileSaveTemp"_s, [&till] { till.parking().ParkBestellung(); },
+        u"Bestellung parken"_s);
+    add(
+        gKFBestellungParken, u"FileLoadTemp"_s, [&till] { till.parking().LoadParkedBestellung(); },
+        u"geparkte Bestellung abrufen"_s);
+
+    // popAuftrag
+    add(
+        true, u"Auftrag_AufKundenKonto"_s, [&till] { till.account().BookToKundenKonto(); },
+        u"Bestellung auf Kundenkonto buchen"_s);
+    add(
+        true, u"Auftrag_KundenKonto"_s, [&till] { till.account().LoadKundenKonto(); },
+        u"Kundenkonto abrufen"_s);
 
     // popECTerminal
     add(

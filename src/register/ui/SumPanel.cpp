@@ -22,6 +22,7 @@ void SumPanel::show(const till::SalePanel& panel) {
     m_ui.lblUnbekannt->setVisible(unknown);
     m_ui.lblZaehler->setVisible(!unknown);
 
+    m_ui.lblGeparkt->setText(panel.Parked().isEmpty() ? QString() : panel.Parked() + u"  F7"_s);
     const auto& last = panel.Last();
     m_ui.pnlLetzter->setVisible(last.has_value());
     m_ui.sumLine->setVisible(last.has_value());

@@ -21,7 +21,7 @@ class BetragDialog {
 
     [[nodiscard]] QString Title() const;
     [[nodiscard]] QString Description() const;
-    [[nodiscard]] BetragAngabe& record() const; ///< what the fields open with, and where the answer goes
+    [[nodiscard]] BetragAngabe& record() const;     ///< what the fields open with, and where the answer goes
     [[nodiscard]] QStringList WarenGruppen() const; ///< groups of the articles on file
     [[nodiscard]] QStringList SteuerSaetze() const;
     [[nodiscard]] QString SteuerSatz() const; ///< the one to show

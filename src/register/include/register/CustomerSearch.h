@@ -24,4 +24,8 @@ inline const QString StandardKey = QStringLiteral("ID0");
 /// been deleted meanwhile. Raises 13 for a key that is none, and what the store raises.
 [[nodiscard]] bool Choose(const QString& key);
 
+/// gKunde becomes the customer of that KundenID, or the standard customer where there is none. Raises what
+/// the store raises.
+void Load(int KundenID);
+
 } // namespace till::CustomerSearch

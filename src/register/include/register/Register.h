@@ -14,7 +14,9 @@
 namespace till {
 
 class CashMovements;
+class CustomerAccount;
 class Entry;
+class Parking;
 class Sale;
 class Undo;
 
@@ -104,6 +106,8 @@ class Register : public QObject {
     void PrintLast(); ///< the receipt of the last sale once more
 
     [[nodiscard]] CashMovements& movements() { return *m_movements; }
+    [[nodiscard]] Parking& parking() { return *m_parking; }
+    [[nodiscard]] CustomerAccount& account() { return *m_account; }
 
     // Drawer and display
     void OpenKassenLade();
@@ -143,6 +147,8 @@ class Register : public QObject {
     std::unique_ptr<Entry> m_entry;
     std::unique_ptr<Undo> m_undo;
     std::unique_ptr<CashMovements> m_movements;
+    std::unique_ptr<Parking> m_parking;
+    std::unique_ptr<CustomerAccount> m_account;
     ArticleKeys m_keys;
     QStringList m_karten;
 };
