@@ -37,8 +37,9 @@ void CustomerAccount::put() {
     }
     m_sale.ChooseKunde();
     if (gKunde.KundenID == 0) {
-        MsgBox(u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde kann nicht erstellt "
-               "werden."_s);
+        MsgBox(
+            u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde kann nicht erstellt "
+            "werden."_s);
         return;
     }
     if (!basket.IsAsStored()) return;
@@ -58,15 +59,18 @@ void CustomerAccount::put() {
 void CustomerAccount::fetch() {
     Basket& basket = m_sale.basket;
     if (!basket.isEmpty()) {
-        MsgBox(u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie das Kundenkonto abrufen können."_s);
+        MsgBox(
+            u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie das Kundenkonto abrufen können."_s);
         return;
     }
     m_sale.ChooseKunde();
     if (gKunde.KundenID == 0) {
-        MsgBox(u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde existiert nicht."_s);
+        MsgBox(
+            u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde existiert nicht."_s);
         return;
     }
-    const QString ofCustomer = u" FROM KundenKontoOrder WHERE KundenNummer="_s + sql::number(gKunde.KundenID) + u';';
+    const QString ofCustomer =
+        u" FROM KundenKontoOrder WHERE KundenNummer="_s + sql::number(gKunde.KundenID) + u';';
     const auto account = gDB->OpenRecordset(u"SELECT *"_s + ofCustomer);
     if (account->Eof()) {
         MsgBox(u"Es konnten keine Buchungen auf dem Kundenkonto gefunden werden."_s);
@@ -82,9 +86,10 @@ void CustomerAccount::fetch() {
     }
     m_sale.RebuildTitle(true);
     m_sale.LinesMoved();
-    if (AskYesNo(u"Möchten Sie die Bestellungen aus dem Kundenkonto jetzt löschen?\n\nHINWEIS: Diese würden "
-                 "ansonsten nach der Abrechnung weiterhin im Kundenkonto verbleiben und beim nächsten Aufruf mit in die "
-                 "aktuelle Bestellung aufgenommen werden."_s))
+    if (AskYesNo(
+            u"Möchten Sie die Bestellungen aus dem Kundenkonto jetzt löschen?\n\nHINWEIS: Diese würden "
+            "ansonsten nach der Abrechnung weiterhin im Kundenkonto verbleiben und beim nächsten Aufruf mit in die "
+            "aktuelle Bestellung aufgenommen werden."_s))
         gDB->Execute(u"DELETE"_s + ofCustomer);
 }
 

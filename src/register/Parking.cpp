@@ -72,7 +72,8 @@ void Parking::fetch() {
         return;
     }
     if (!basket.isEmpty()) {
-        MsgBox(u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie die geparkte Bestellung abrufen können."_s);
+        MsgBox(
+            u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie die geparkte Bestellung abrufen können."_s);
         return;
     }
     {
@@ -101,8 +102,8 @@ void Parking::ShowParked() {
         for (; !rs->Eof(); rs->MoveNext()) {
             ++lines;
             // As the list of the sale sums it.
-            total += ReadMoney(
-                MoneyText(rs->Money(u"VKPreis_Rabatt") * Currency::fromDouble(rs->Number(u"Buchungs_Menge"))));
+            total += ReadMoney(MoneyText(rs->Money(u"VKPreis_Rabatt") *
+                                         Currency::fromDouble(rs->Number(u"Buchungs_Menge"))));
             if (customer == 0) customer = rs->Long(u"KundenNummer");
             cashier = rs->Long(u"PersonalNummer");
             day = rs->Date(u"Datum");

@@ -32,8 +32,9 @@ class Waiting : public Till {
         });
     }
     QStringList open() {
-        return shop.rows(u"SELECT ArtikelNummer, Buchungs_Menge, VKPreis, VKPreis_Rabatt FROM Bestellung WHERE "
-                         "Maschine='%1' ORDER BY ID"_s.arg(gMaschine));
+        return shop.rows(
+            u"SELECT ArtikelNummer, Buchungs_Menge, VKPreis, VKPreis_Rabatt FROM Bestellung WHERE "
+            "Maschine='%1' ORDER BY ID"_s.arg(gMaschine));
     }
     void restart() {
         reg.reset();
@@ -53,7 +54,8 @@ TEST_F(Waiting, AParkedSaleComesBackWithItsCustomerAndPrices) {
     reg->parking().ParkBestellung();
     EXPECT_TRUE(reg->basket().isEmpty());
     EXPECT_EQ(0, gKunde.KundenID);
-    EXPECT_EQ(u"Geparkt um 14:05: Vogt & Co, 2 Zeilen, 17,69 €"_s, reg->panel().Parked().section(u" ("_s, 0, 0));
+    EXPECT_EQ(u"Geparkt um 14:05: Vogt & Co, 2 Zeilen, 17,69 €"_s,
+              reg->panel().Parked().section(u" ("_s, 0, 0));
     EXPECT_FALSE(reg->CanTakeBack());
 
     scan(u"1"_s); // the next customer
@@ -67,11 +69,12 @@ TEST_F(Waiting, AParkedSaleComesBackWithItsCustomerAndPrices) {
 }
 
 TEST_F(Waiting, OnlyOneSaleIsParkedAndOnlyAnEmptyTillFetchesIt) {
-    const QString nothingOpen = u"Es sind keine Positionen vorhanden die geparkt werden können."_s,
-                  already = u"Funktion kann nich ausgeführt werden, da bereits eine Bestellung geparkt ist."_s,
-                  nothingParked = u"Es sind keine geparkte Bestellungen vorhanden."_s,
-                  busy = u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie die geparkte Bestellung "
-                         "abrufen können."_s;
+    const QString
+        nothingOpen = u"Es sind keine Positionen vorhanden die geparkt werden können."_s,
+        already = u"Funktion kann nich ausgeführt werden, da bereits eine Bestellung geparkt ist."_s,
+        nothingParked = u"Es sind keine geparkte Bestellungen vorhanden."_s,
+        busy = u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie die geparkte Bestellung "
+               "abrufen können."_s;
     dialogs.expectMsgBox(nothingOpen);
     reg->parking().ParkBestellung();
     dialogs.expectMsgBox(nothingParked);
@@ -99,10 +102,12 @@ TEST_F(Waiting, TheParkedSaleOutlivesTheTillAndItsCustomer) {
     choose(vogt);
     reg->cmdKunde_Click();
     scan(u"2"_s);
-    shop.db().Execute(u"UPDATE Bestellung SET SNNummer='S1', LangText='lang', Zusatz1='z', PreisInfo='1 kg=7,50'"_s);
-    const QString all = u"SELECT Maschine, Datum, KundenNummer, PersonalNummer, ArtikelNummer, ArtikelName, "
-                        "Buchungs_Menge, Menge, Einheit, EKPreis, VKPreis, VKPreis_Rabatt, SteuerSatz, IsRabatt, "
-                        "SNNummer, WarenGruppe, Zusatz1, Zusatz2, LangText, PreisInfo FROM "_s;
+    shop.db().Execute(
+        u"UPDATE Bestellung SET SNNummer='S1', LangText='lang', Zusatz1='z', PreisInfo='1 kg=7,50'"_s);
+    const QString all =
+        u"SELECT Maschine, Datum, KundenNummer, PersonalNummer, ArtikelNummer, ArtikelName, "
+        "Buchungs_Menge, Menge, Einheit, EKPreis, VKPreis, VKPreis_Rabatt, SteuerSatz, IsRabatt, "
+        "SNNummer, WarenGruppe, Zusatz1, Zusatz2, LangText, PreisInfo FROM "_s;
     const QStringList rows = shop.rows(all + u"Bestellung"_s);
     reg->parking().ParkBestellung();
     EXPECT_EQ(rows, shop.rows(all + u"TMPOrder"_s));
@@ -123,14 +128,16 @@ TEST_F(Waiting, AnAccountCollectsOverDaysAndIsSettledTogether) {
     reg->account().BookToKundenKonto();
     scan(u"1"_s);
     choose(0);
-    dialogs.expectMsgBox(u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde kann nicht "
-                         "erstellt werden."_s);
+    dialogs.expectMsgBox(
+        u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde kann nicht "
+        "erstellt werden."_s);
     reg->account().BookToKundenKonto();
     EXPECT_EQ(1, reg->basket().rowCount());
     choose(vogt);
     reg->account().BookToKundenKonto();
     EXPECT_TRUE(reg->basket().isEmpty());
-    EXPECT_EQ(50, shop.value(u"SELECT IstBestand FROM Artikel WHERE Nummer='1'"_s).toInteger()) << "nothing moves yet";
+    EXPECT_EQ(50, shop.value(u"SELECT IstBestand FROM Artikel WHERE Nummer='1'"_s).toInteger())
+        << "nothing moves yet";
     EXPECT_EQ(0, shop.count(u"Rechnung"_s));
 
     clock.set(QDateTime({2026, 11, 25}, {9, 0}));
@@ -140,14 +147,16 @@ TEST_F(Waiting, AnAccountCollectsOverDaysAndIsSettledTogether) {
     choose(vogt);
     reg->account().BookToKundenKonto();
     gKassenUser.ID = 7;
-    const QString question = u"Möchten Sie die Bestellungen aus dem Kundenkonto jetzt löschen?\n\nHINWEIS: Diese...*"_s;
+    const QString question =
+        u"Möchten Sie die Bestellungen aus dem Kundenkonto jetzt löschen?\n\nHINWEIS: Diese...*"_s;
     for (const auto& answer : {MsgAnswer::No, MsgAnswer::Yes}) {
         choose(vogt);
         dialogs.expectMsgBox(question, MsgIcon::Question, answer);
         reg->account().LoadKundenKonto();
         EXPECT_EQ((QStringList{u"1|1|4,05|4,05"_s, u"1|2|5|5"_s}), open()) << "at the prices of their days";
         EXPECT_EQ(u" Vogt && Co  -  Rabatt: 10/100"_s, reg->Title());
-        EXPECT_EQ(2, shop.count(u"SELECT 1 FROM Bestellung WHERE PersonalNummer=7 AND Maschine='%1'"_s.arg(gMaschine)));
+        EXPECT_EQ(2, shop.count(u"SELECT 1 FROM Bestellung WHERE PersonalNummer=7 AND Maschine='%1'"_s.arg(
+                         gMaschine)));
         reg->cmdTotal_Click();
     }
     EXPECT_EQ((QStringList{u"%1|14,05"_s.arg(vogt), u"%1|14,05"_s.arg(vogt)}),
@@ -162,8 +171,9 @@ TEST_F(Waiting, AnAccountCollectsOverDaysAndIsSettledTogether) {
         u"Sie müssen ein gültigen Kunden auswählen. Ein Kundenkonto für den Standardkunde existiert nicht."_s);
     reg->account().LoadKundenKonto();
     scan(u"1"_s);
-    dialogs.expectMsgBox(u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie das Kundenkonto abrufen "
-                         "können."_s);
+    dialogs.expectMsgBox(
+        u"Sie müssen zuerst die aktuelle Bestellung abrechnen, bevor Sie das Kundenkonto abrufen "
+        "können."_s);
     reg->account().LoadKundenKonto();
 }
 
@@ -175,8 +185,8 @@ class InterruptedCopy : public Waiting {
         for (int i = 0; i < most && !open->Eof(); ++i, open->MoveNext()) {
             TempShop::Fields fields;
             for (const QString& column :
-                 {u"Datum"_s, u"ArtikelNummer"_s, u"ArtikelName"_s, u"Buchungs_Menge"_s, u"Menge"_s, u"VKPreis"_s,
-                  u"VKPreis_Rabatt"_s, u"SteuerSatz"_s, u"SNNummer"_s})
+                 {u"Datum"_s, u"ArtikelNummer"_s, u"ArtikelName"_s, u"Buchungs_Menge"_s, u"Menge"_s,
+                  u"VKPreis"_s, u"VKPreis_Rabatt"_s, u"SteuerSatz"_s, u"SNNummer"_s})
                 fields.emplace_back(column, open->Field(column));
             if (machine.isEmpty())
                 fields.emplace_back(u"KundenNummer"_s, vogt);
@@ -191,9 +201,10 @@ TEST_F(InterruptedCopy, IsToldAtTheNextStartAndTheCopyGoesWhenTheCashierWantsIt)
     for (const QString& code : {u"1"_s, u"2"_s, u"1"_s})
         scan(code);
     copyOpen(u"TMPOrder"_s, gMaschine, 2);
-    const QString asked = u"2 Zeilen (die erste ist \"1  Brot, 1 × 4,05 €\") stehen im offenen Verkauf und auch im "
-                          "geparkten. Vermutlich...*"_s,
-                  title = u"Unterbrochener Vorgang..."_s;
+    const QString
+        asked = u"2 Zeilen (die erste ist \"1  Brot, 1 × 4,05 €\") stehen im offenen Verkauf und auch im "
+                "geparkten. Vermutlich...*"_s,
+        title = u"Unterbrochener Vorgang..."_s;
     dialogs.expectMsgBox(asked, MsgIcon::Question, MsgAnswer::No, title);
     restart();
     EXPECT_EQ(2, shop.count(u"TMPOrder"_s));
@@ -216,9 +227,10 @@ TEST_F(InterruptedCopy, OfAnAccountIsToldToo) {
     scan(u"1"_s);
     scan(u"2"_s);
     copyOpen(u"KundenKontoOrder"_s, {}, 2);
-    dialogs.expectMsgBox(u"2 Zeilen (die erste ist \"1  Brot, 1 × 4,05 €\") stehen im offenen Verkauf und auch auf dem "
-                         "Kundenkonto von Vogt & Co...*"_s,
-                         MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectMsgBox(
+        u"2 Zeilen (die erste ist \"1  Brot, 1 × 4,05 €\") stehen im offenen Verkauf und auch auf dem "
+        "Kundenkonto von Vogt & Co...*"_s,
+        MsgIcon::Question, MsgAnswer::Yes);
     restart();
     EXPECT_EQ(0, shop.count(u"KundenKontoOrder"_s));
     EXPECT_EQ(2, reg->basket().rowCount());

@@ -13,7 +13,8 @@ TEST_F(Kasse, ParksAndFetchesByOneKeyAndShowsWhatIsParked) {
     EXPECT_TRUE(lines().isEmpty());
     EXPECT_TRUE(label(u"lblGeparkt"_s).contains(u"2 Zeilen, 6,29 €"_s)) << qPrintable(label(u"lblGeparkt"_s));
     EXPECT_TRUE(label(u"lblGeparkt"_s).endsWith(u"F7"_s));
-    EXPECT_EQ(place, control<QLabel>(*form, u"lblGesamt"_s).mapTo(form.get(), QPoint()).x()) << "nothing moves";
+    EXPECT_EQ(place, control<QLabel>(*form, u"lblGesamt"_s).mapTo(form.get(), QPoint()).x())
+        << "nothing moves";
     QApplication::processEvents();
     keep(*form, u"frmKasse-geparkt"_s);
     press(Qt::Key_F7, Qt::ControlModifier);

@@ -4,8 +4,8 @@ namespace till {
 
 class Sale;
 
-/// A customer's account: open lines that wait until they are settled together. No stock moves and no receipt arises
-/// before they come back into a sale. Each routine is a handler of its own.
+/// A customer's account: open lines that wait until they are settled together. No stock moves and no receipt
+/// arises before they come back into a sale. Each routine is a handler of its own.
 class CustomerAccount {
   public:
     explicit CustomerAccount(Sale& sale)

@@ -4,9 +4,9 @@ namespace till {
 
 class Sale;
 
-/// One open sale of this till is set aside, so that the next customer can be served, and fetched again. Each routine
-/// is a handler of its own. Lines are copied first and deleted then; an interruption in between leaves them in both
-/// places, which the next act of the cashier asks about.
+/// One open sale of this till is set aside, so that the next customer can be served, and fetched again. Each
+/// routine is a handler of its own. Lines are copied first and deleted then; an interruption in between
+/// leaves them in both places, which the next act of the cashier asks about.
 class Parking {
   public:
     explicit Parking(Sale& sale)
