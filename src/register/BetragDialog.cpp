@@ -1,3 +1,4 @@
+#include "EnteredAmount.h"
 #include "Limits.h"
 
 #include <register/BetragDialog.h>
@@ -10,8 +11,6 @@
 #include <text/Convert.h>
 #include <text/Format.h>
 
-#include <optional>
-
 using namespace Qt::StringLiterals;
 
 namespace till {
@@ -22,18 +21,6 @@ constexpr qsizetype mostOfGroup = 50, mostOfName = 100;
 constexpr double mostPercent = 100;
 
 QString shownRate(double rate) { return Format(Value(rate), u"0.0"); }
-
-/// Nothing for a number that is too large, which is told; 0 for what is none.
-std::optional<Currency> readAmount(const QString& text) {
-    if (!IsNumeric(text)) return Currency{};
-    try {
-        return CCur(Value(text));
-    } catch (const RuntimeError& error) {
-        if (error.Number != 6) throw;
-        MsgBox(u"Die Zahl %1 ist zu groß."_s.arg(text), MsgIcon::Exclamation);
-        return std::nullopt;
-    }
-}
 
 } // namespace
 
@@ -81,7 +68,7 @@ BetragDialog::Field BetragDialog::Confirm(const QString& warenGruppe, const QStr
         return refuse(Field::WarenGruppe, u"Sie müssen eine Warengruppe für diesen Vorgang eingeben."_s);
     if (name.trimmed().isEmpty())
         return refuse(Field::Name, u"Sie müssen eine Bezeichnung für diesen Vorgang eingeben."_s);
-    const auto amount = readAmount(betrag);
+    const auto amount = ReadEntered(IsNumeric(betrag) ? betrag : u"0"_s);
     if (!amount) return Field::Betrag;
     if (*amount <= Currency{}) return refuse(Field::Betrag, u"Bitte geben Sie einen Betrag > Null ein."_s);
     if (!limits::IsPriceMeant(*amount)) return Field::Betrag;

@@ -13,6 +13,7 @@
 #include <session/SonderArtikel.h>
 #include <session/gAngaben.h>
 #include <session/gArtikel.h>
+#include <session/gKunde.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
 #include <store/SqlText.h>
@@ -127,6 +128,13 @@ bool Entry::AddArtikelToBestellung() {
         Clear();
         m_sale.basket.AddArtikelToBestellung(IsVerbundBuchung ? LineOrigin::Linked : LineOrigin::Own);
     });
+}
+
+bool Entry::AddAmount(ArtikelRecord line) {
+    line.EKPreis = {};
+    gArtikel = std::move(line);
+    const QScopedValueRollback salesPrice(gKunde.EKPreis, false);
+    return AddArtikelToBestellung();
 }
 
 void Entry::SetInput(const QString& text) {
@@ -335,8 +343,12 @@ Entry::Next Entry::found(const QString& trimmed) {
         Clear();
         return Next::End;
     }
-    if (gArtikel.PreisAngabe) {
-        ask(m_sale.screen, Dialog::PreisAngabe);
+    const std::pair<bool, Dialog> questions[] = {{gArtikel.PreisAngabe, Dialog::PreisAngabe},
+                                                 {gArtikel.VolumenAngabe, Dialog::VolumenAngabe},
+                                                 {gArtikel.SNAngabe, Dialog::SNAngabe}};
+    for (const auto& [isAsked, dialog] : questions) {
+        if (!isAsked) continue;
+        ask(m_sale.screen, dialog);
         if (gArtikel.Ergebnis == 0) {
             Clear();
             return Next::End;

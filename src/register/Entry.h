@@ -1,5 +1,6 @@
 #pragma once
 
+#include <session/gArtikel.h>
 #include <store/Recordset.h>
 #include <text/Currency.h>
 
@@ -37,6 +38,9 @@ class Entry : public QObject {
     void Enter(); ///< cmdEnter
     /// Adds a line from gArtikel and empties the entry; false when it failed and nothing was added.
     bool AddArtikelToBestellung();
+    /// Adds a line that stands for money: without a purchase price, and with the amount that was told whoever
+    /// the customer is. As AddArtikelToBestellung.
+    bool AddAmount(ArtikelRecord line);
     void BookVerbundArtikel(const QString& ArtikelNummer, double Menge);
 
     bool IsVerbundBuchung = false; ///< linked articles are being entered and expand no further

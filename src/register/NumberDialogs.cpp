@@ -1,16 +1,17 @@
+#include "EnteredAmount.h"
 #include "Limits.h"
 
 #include <register/NumberDialogs.h>
+#include <register/Prices.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
 #include <session/gAngaben.h>
 #include <session/gArtikel.h>
+#include <session/gKunde.h>
 #include <store/Database.h>
 #include <store/SqlText.h>
 #include <text/Convert.h>
 #include <text/Format.h>
-
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -18,82 +19,128 @@ namespace till {
 
 namespace {
 
-/// What `number` reads from `text`; nothing when it is too large for its type, which is told.
-template <typename Number>
-std::optional<Currency> read(const QString& text, const Number& number) {
-    try {
-        return number();
-    } catch (const RuntimeError& error) {
-        if (error.Number != 6) throw;
-        MsgBox(u"Die Zahl %1 ist zu groß."_s.arg(text), MsgIcon::Exclamation);
-        return std::nullopt;
-    }
-}
-
 /// No text is no answer.
 bool takePrice(const QString& text, Currency& price, int& result) {
     if (text.isEmpty()) {
         result = 0;
         return true;
     }
-    const auto entered = read(text, [&] { return CCur(Value(text)); });
+    const auto entered = ReadEntered(text);
     if (!entered || !limits::IsPriceMeant(*entered)) return false;
     price = *entered;
     result = 1;
     return true;
 }
 
-} // namespace
-
-QString NumberDialog::OpensWith() const {
-    switch (m_kind) {
-    case PreisAngabe:
-        return CStr(Value(gArtikel.VKPreis));
-    case FreierPreis:
-        return CStr(Value(gPreisAngabe.Preis));
-    case Rabatt:
-        break;
-    }
-    return {};
-}
-
-QChar NumberDialog::AcceptKey(QChar key) const {
-    if ((key >= u'0' && key <= u'9') || key == u',' || key == u'\b') return key;
-    if (key == u'.' && m_kind != Rabatt) return u',';
-    if (key == u'-' && HasMinus()) return key;
-    return {};
-}
-
-bool NumberDialog::Confirm(const QString& text) const {
-    switch (m_kind) {
-    case Rabatt: {
-        const auto prozent =
-            read(text, [&] { return Currency::fromInteger(CInt(Value(text.isEmpty() ? u"0"_s : text))); });
-        if (!prozent || !limits::IsDiscountMeant(*prozent)) return false;
-        gRabattAngabe.Prozent = *prozent;
-        gRabattAngabe.Ergebnis = 1;
-        return true;
-    }
-    case PreisAngabe:
-        return takePrice(text, gArtikel.VKPreis, gArtikel.Ergebnis);
-    case FreierPreis:
-        return takePrice(text, gPreisAngabe.Preis, gPreisAngabe.Ergebnis);
-    }
+bool takeDiscount(QString& text) {
+    const auto prozent =
+        Entered(text, [&] { return Currency::fromInteger(CInt(Value(text.isEmpty() ? u"0"_s : text))); });
+    if (!prozent || !limits::IsDiscountMeant(*prozent)) return false;
+    gRabattAngabe.Prozent = *prozent;
+    gRabattAngabe.Ergebnis = 1;
     return true;
 }
 
-void NumberDialog::Cancel() const {
-    switch (m_kind) {
-    case Rabatt:
-        gRabattAngabe.Ergebnis = 0;
-        break;
-    case PreisAngabe:
-        gArtikel.Ergebnis = 0;
-        break;
-    case FreierPreis:
-        gPreisAngabe.Ergebnis = 0;
-        break;
+bool takeCredit(QString& text) {
+    gArtikel.Ergebnis = 0;
+    if (text.isEmpty()) return true;
+    const auto amount = ReadEntered(text);
+    if (!amount) return false;
+    if (!IsLargeAmountMeant(*amount,
+                            u"Sind Sie sicher, dass Sie eine Gutschrift über %1 erstellen möchten?"_s)) {
+        text.clear();
+        return false;
     }
+    gArtikel.VKPreis = *amount;
+    gArtikel.Ergebnis = 1;
+    return true;
+}
+
+/// The price of the article's content becomes that of the entered one. It is the purchase price of a customer
+/// who buys at it, but it is written where such a customer does not look.
+bool takeVolume(QString& text) {
+    gArtikel.Ergebnis = 0;
+    if (text.isEmpty()) return true;
+    if (gArtikel.Menge == 0) {
+        MsgBox(
+            u"Für \"%1\" ist keine Menge hinterlegt, auf die sich der Preis bezieht. Der Artikel kann so nicht "
+            "verkauft werden."_s.arg(gArtikel.Name),
+            MsgIcon::Exclamation);
+        return true;
+    }
+    const double volume = CDbl(Value(text));
+    if (!limits::IsQuantityMeant(volume)) return false;
+    Currency* scaled = &gArtikel.VKPreis;
+    Currency base = gArtikel.VKPreis;
+    if (gKunde.EKPreis)
+        base = gArtikel.EKPreis;
+    else if (gKunde.PreisGruppe == 1)
+        base = *(scaled = &gArtikel.VKPreis2);
+    else if (gKunde.PreisGruppe == 2)
+        base = *(scaled = &gArtikel.VKPreis3);
+    const auto price =
+        Entered(text, [&] { return Currency::fromDouble(base.toDouble() / gArtikel.Menge * volume); });
+    if (!price) return false;
+    gArtikel.GrundPreis = base;
+    *scaled = *price;
+    gArtikel.Menge = volume;
+    gArtikel.Ergebnis = 1;
+    return true;
+}
+
+QString volumeDescription() {
+    return u"%1 %2  =  %3\nBitte geben Sie die gewünschte Menge ein."_s.arg(
+        NumberText(gArtikel.Menge), gArtikel.Einheit, MoneyText(gArtikel.VKPreis));
+}
+
+} // namespace
+
+struct NumberDialog::Rules {
+    bool decimal, minus, point; ///< "." counts as ","
+    QString (*title)();
+    QString (*description)();
+    QString (*opensWith)();
+    bool (*confirm)(QString& text);
+    void (*cancel)();
+};
+
+const NumberDialog::Rules& NumberDialog::rules() const {
+    const auto articleCancelled = [] { gArtikel.Ergebnis = 0; };
+    static const Rules table[]{
+        {false, false, false, [] { return u"Rabatt..."_s; },
+         [] { return u"Bitte geben Sie den Rabatt in Prozent ein."_s; }, [] { return QString(); },
+         takeDiscount, [] { gRabattAngabe.Ergebnis = 0; }},
+        {true, false, true, [] { return u"Preisangabe: "_s + gArtikel.Name; },
+         [] { return u"Bitte geben Sie den Verkaufspreis ein."_s; },
+         [] { return CStr(Value(gArtikel.VKPreis)); },
+         [](QString& text) { return takePrice(text, gArtikel.VKPreis, gArtikel.Ergebnis); },
+         articleCancelled},
+        {true, true, true, [] { return u"Freier Preis..."_s; },
+         [] { return u"Bitte geben Sie den neuen Preis ein."_s; },
+         [] { return CStr(Value(gPreisAngabe.Preis)); },
+         [](QString& text) { return takePrice(text, gPreisAngabe.Preis, gPreisAngabe.Ergebnis); },
+         [] { gPreisAngabe.Ergebnis = 0; }},
+        {true, false, true, [] { return u"Gutschrift..."_s; },
+         [] { return u"Bitte geben Sie den Betrag der Gutschrift ein."_s; },
+         [] { return CStr(Value(gArtikel.VKPreis)); }, takeCredit, articleCancelled},
+        {true, false, true, [] { return u"Volumenangabe: "_s + gArtikel.Name; }, volumeDescription,
+         [] { return NumberText(gArtikel.Menge); }, takeVolume, articleCancelled}};
+    return table[m_kind];
+}
+
+QString NumberDialog::Title() const { return rules().title(); }
+QString NumberDialog::Description() const { return rules().description(); }
+QString NumberDialog::OpensWith() const { return rules().opensWith(); }
+bool NumberDialog::HasDecimal() const { return rules().decimal; }
+bool NumberDialog::HasMinus() const { return rules().minus; }
+bool NumberDialog::Confirm(QString& text) const { return rules().confirm(text); }
+void NumberDialog::Cancel() const { rules().cancel(); }
+
+QChar NumberDialog::AcceptKey(QChar key) const {
+    if ((key >= u'0' && key <= u'9') || key == u',' || key == u'\b') return key;
+    if (key == u'.' && rules().point) return u',';
+    if (key == u'-' && rules().minus) return key;
+    return {};
 }
 
 namespace FreierArtikelDialog {

@@ -12,6 +12,7 @@
 #include <register/IncompleteReceipts.h>
 #include <register/Parking.h>
 #include <register/Register.h>
+#include <register/SpecialLines.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -34,6 +35,7 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_sale(std::make_unique<Sale>(screen))
     , m_entry(std::make_unique<Entry>(*m_sale))
     , m_undo(std::make_unique<Undo>(*m_sale))
+    , m_special(std::make_unique<SpecialLines>(*m_sale, *m_entry))
     , m_movements(std::make_unique<CashMovements>(*m_sale))
     , m_parking(std::make_unique<Parking>(*m_sale))
     , m_account(std::make_unique<CustomerAccount>(*m_sale)) {

@@ -149,33 +149,35 @@ TEST_F(DialogRules, KeysOfTheNumberBoxes) {
               accepted([](QChar c) { return NumberDialog(NumberDialog::FreierPreis).AcceptKey(c); }));
 }
 
+bool confirm(const till::NumberDialog& dialog, QString text) { return dialog.Confirm(text); }
+
 TEST_F(DialogRules, ResultsOfTheNumberBoxes) {
     using till::NumberDialog;
     const NumberDialog discount(NumberDialog::Rabatt), price(NumberDialog::PreisAngabe),
         free(NumberDialog::FreierPreis);
-    discount.Confirm(u""_s);
+    confirm(discount, u""_s);
     EXPECT_EQ(money(0), gRabattAngabe.Prozent);
-    discount.Confirm(u"2,5"_s); // whole percents, half to even
+    confirm(discount, u"2,5"_s); // whole percents, half to even
     EXPECT_EQ(money(2), gRabattAngabe.Prozent);
     EXPECT_EQ(1, gRabattAngabe.Ergebnis);
-    EXPECT_THROW(discount.Confirm(u","_s), RuntimeError);
+    EXPECT_THROW(confirm(discount, u","_s), RuntimeError);
     dialogs.expectMsgBox(u"Die Zahl 40000 ist zu groß."_s, MsgIcon::Exclamation);
-    EXPECT_FALSE(discount.Confirm(u"40000"_s));
+    EXPECT_FALSE(confirm(discount, u"40000"_s));
     discount.Cancel();
     EXPECT_EQ(0, gRabattAngabe.Ergebnis);
 
     gArtikel.VKPreis = money(1.5);
     EXPECT_EQ(u"1,5"_s, price.OpensWith());
-    price.Confirm(u"2,75"_s);
+    confirm(price, u"2,75"_s);
     EXPECT_EQ(money(2.75), gArtikel.VKPreis);
     EXPECT_EQ(1, gArtikel.Ergebnis);
-    price.Confirm(u""_s);
+    confirm(price, u""_s);
     EXPECT_EQ(0, gArtikel.Ergebnis);
 
-    free.Confirm(u"-3"_s);
+    confirm(free, u"-3"_s);
     EXPECT_EQ(money(-3), gPreisAngabe.Preis);
     EXPECT_EQ(1, gPreisAngabe.Ergebnis);
-    free.Confirm(u""_s);
+    confirm(free, u""_s);
     EXPECT_EQ(0, gPreisAngabe.Ergebnis);
 }
 
@@ -189,11 +191,11 @@ TEST_F(DialogRules, FiguresBeyondTheirLimitsAreAskedAbout) {
         gArtikel.VKPreis = {};
         gArtikel.Ergebnis = 0;
         dialogs.expectMsgBox(question + u"...*"_s, MsgIcon::Question, MsgAnswer::No);
-        EXPECT_FALSE(dialog.Confirm(text));
+        EXPECT_FALSE(confirm(dialog, text));
         EXPECT_EQ(0, gRabattAngabe.Ergebnis + gPreisAngabe.Ergebnis + gArtikel.Ergebnis);
         EXPECT_EQ(Currency(), gRabattAngabe.Prozent + gPreisAngabe.Preis + gArtikel.VKPreis);
         dialogs.expectMsgBox(question + u"...*"_s, MsgIcon::Question, MsgAnswer::Yes);
-        EXPECT_TRUE(dialog.Confirm(text));
+        EXPECT_TRUE(confirm(dialog, text));
         EXPECT_EQ(1, gRabattAngabe.Ergebnis + gPreisAngabe.Ergebnis + gArtikel.Ergebnis);
         dialogs.verify();
     };
@@ -201,13 +203,13 @@ TEST_F(DialogRules, FiguresBeyondTheirLimitsAreAskedAbout) {
     asked(discount, u"-1"_s, u"Ein Rabatt von -1 % ist ungewöhnlich."_s);
     asked(price, u"2005000000171"_s, u"Ein Preis von 2.005.000.000.171,00 € ist ungewöhnlich hoch."_s);
     asked(free, u"-100000,01"_s, u"Ein Preis von -100.000,01 € ist ungewöhnlich hoch."_s);
-    EXPECT_TRUE(discount.Confirm(u"100"_s));
-    EXPECT_TRUE(free.Confirm(u"100000"_s));
+    EXPECT_TRUE(confirm(discount, u"100"_s));
+    EXPECT_TRUE(confirm(free, u"100000"_s));
     dialogs.expectMsgBox(u"Die Zahl 99999999999999999999 ist zu groß."_s, MsgIcon::Exclamation);
-    EXPECT_FALSE(price.Confirm(u"99999999999999999999"_s));
+    EXPECT_FALSE(confirm(price, u"99999999999999999999"_s));
     gGrenzePreis = gGrenzeRabatt = 0; // no limits
-    EXPECT_TRUE(price.Confirm(u"2005000000171"_s));
-    EXPECT_TRUE(discount.Confirm(u"101"_s));
+    EXPECT_TRUE(confirm(price, u"2005000000171"_s));
+    EXPECT_TRUE(confirm(discount, u"101"_s));
 }
 
 TEST_F(DialogRules, FreeArticle) {

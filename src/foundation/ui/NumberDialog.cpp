@@ -38,6 +38,7 @@ NumberDialog::~NumberDialog() = default;
 QString NumberDialog::text() const { return m_ui->txtInput->text(); }
 NumberEdit* NumberDialog::input() const { return m_ui->txtInput; }
 DigitPad* NumberDialog::pad() const { return m_ui->pad; }
+QVBoxLayout* NumberDialog::body() const { return m_ui->layBody; }
 WizardPane* NumberDialog::pane() const { return m_ui->wizPane; }
 
 void NumberDialog::setText(const QString& text) {

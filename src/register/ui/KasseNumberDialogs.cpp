@@ -2,6 +2,9 @@
 
 #include <session/gArtikel.h>
 
+#include <QLabel>
+#include <QVBoxLayout>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -15,20 +18,21 @@ DigitPad::Keys padKeys(const till::NumberDialog& rules) {
 
 } // namespace
 
-KasseNumberDialog::KasseNumberDialog(till::NumberDialog rules, const QString& title,
-                                     const QString& description, QWidget* parent)
-    : NumberDialog(title, description, padKeys(rules), parent)
+KasseNumberDialog::KasseNumberDialog(till::NumberDialog rules, const QString& name, QWidget* parent)
+    : NumberDialog(rules.Title(), rules.Description(), padKeys(rules), parent)
     , m_rules(rules) {
+    setObjectName(name);
     // Which characters may be typed is not the same as which keys are shown, so the rules decide alone.
     input()->setFilter([this](QChar typed) { return m_rules.AcceptKey(typed); });
     setText(m_rules.OpensWith());
 }
 
 void KasseNumberDialog::ok() {
-    if (m_rules.Confirm(text()))
+    QString entered = text();
+    if (m_rules.Confirm(entered))
         accept();
     else
-        setText(text());
+        setText(entered);
 }
 
 bool KasseNumberDialog::cancelled() {
@@ -36,21 +40,25 @@ bool KasseNumberDialog::cancelled() {
     return true;
 }
 
+using Rules = till::NumberDialog;
+
 frmKasseRabatt::frmKasseRabatt(QWidget* parent)
-    : KasseNumberDialog(till::NumberDialog(till::NumberDialog::Rabatt), u"Rabatt..."_s,
-                        u"Bitte geben Sie den Rabatt in Prozent ein."_s, parent) {
-    setObjectName(u"frmKasseRabatt"_s);
-}
+    : KasseNumberDialog(Rules(Rules::Rabatt), u"frmKasseRabatt"_s, parent) {}
 
 frmKassePreisAngabe::frmKassePreisAngabe(QWidget* parent)
-    : KasseNumberDialog(till::NumberDialog(till::NumberDialog::PreisAngabe),
-                        u"Preisangabe: "_s + gArtikel.Name, u"Bitte geben Sie den Verkaufspreis ein."_s,
-                        parent) {
-    setObjectName(u"frmKassePreisAngabe"_s);
-}
+    : KasseNumberDialog(Rules(Rules::PreisAngabe), u"frmKassePreisAngabe"_s, parent) {}
 
 frmKasseFreierPreis::frmKasseFreierPreis(QWidget* parent)
-    : KasseNumberDialog(till::NumberDialog(till::NumberDialog::FreierPreis), u"Freier Preis..."_s,
-                        u"Bitte geben Sie den neuen Preis ein."_s, parent) {
-    setObjectName(u"frmKasseFreierPreis"_s);
+    : KasseNumberDialog(Rules(Rules::FreierPreis), u"frmKasseFreierPreis"_s, parent) {}
+
+frmKasseGutschrift::frmKasseGutschrift(QWidget* parent)
+    : KasseNumberDialog(Rules(Rules::Gutschrift), u"frmKasseGutschrift"_s, parent) {}
+
+frmKasseVolumenAngabe::frmKasseVolumenAngabe(QWidget* parent)
+    : KasseNumberDialog(Rules(Rules::Volumen), u"frmKasseVolumenAngabe"_s, parent) {
+    auto* unit = new QLabel(gArtikel.Einheit, this);
+    unit->setObjectName(u"lblEinheit"_s);
+    unit->setTextFormat(Qt::PlainText);
+    unit->setAlignment(Qt::AlignRight);
+    body()->insertWidget(body()->indexOf(input()) + 1, unit);
 }

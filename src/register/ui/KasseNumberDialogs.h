@@ -9,8 +9,7 @@ class KasseNumberDialog : public NumberDialog {
     Q_OBJECT
 
   public:
-    KasseNumberDialog(till::NumberDialog rules, const QString& title, const QString& description,
-                      QWidget* parent);
+    KasseNumberDialog(till::NumberDialog rules, const QString& name, QWidget* parent);
 
   protected:
     void ok() override;
@@ -42,4 +41,20 @@ class frmKasseFreierPreis : public KasseNumberDialog {
 
   public:
     explicit frmKasseFreierPreis(QWidget* parent = nullptr);
+};
+
+/// The amount of a credit note, in gArtikel.VKPreis.
+class frmKasseGutschrift : public KasseNumberDialog {
+    Q_OBJECT
+
+  public:
+    explicit frmKasseGutschrift(QWidget* parent = nullptr);
+};
+
+/// How much of an article is sold by weight or volume: gArtikel.Menge and its price.
+class frmKasseVolumenAngabe : public KasseNumberDialog {
+    Q_OBJECT
+
+  public:
+    explicit frmKasseVolumenAngabe(QWidget* parent = nullptr);
 };

@@ -6,6 +6,7 @@
 #include <register/CustomerAccount.h>
 #include <register/Parking.h>
 #include <register/Register.h>
+#include <register/SpecialLines.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
@@ -29,6 +30,7 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(gKFRabatt, u"cmdRabatt"_s, [&till] { till.cmdRabatt_Click(); });
     add(gKFKunden, u"cmdKunde"_s, [&till] { till.cmdKunde_Click(); });
     add(true, u"cmdStorno"_s, [&till] { till.cmdStorno_Click(); });
+    add(true, u"cmdPfand"_s, [&till] { till.special().cmdPfand_Click(); });
     add(true, u"cmdKarte"_s, [&till] { till.cmdKarte_Click(); });
     add(true, u"cmdTotal"_s, [&till] { till.cmdTotal_Click(); });
     add(true, u"ShortCutFocus"_s, [&till] { till.ToggleShortCutFocus(); });
@@ -63,6 +65,11 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(
         gKFBestellungParken, u"FileLoadTemp"_s, [&till] { till.parking().LoadParkedBestellung(); },
         u"geparkte Bestellung abrufen"_s);
+
+    add(
+        gKFGutschrift, u"FileGutschrift"_s, [&till] { till.special().BookGutschrift(); }, u"Gutschrift"_s);
+    add(
+        gKFLangText, u"FileLangText"_s, [&till] { till.special().EditLangText(); }, u"Langtext bearbeiten"_s);
 
     // popAuftrag
     add(

@@ -8,6 +8,9 @@
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
+#include "frmKasseLangText.h"
+#include "frmKassePfand.h"
+#include "frmKasseSNAngabe.h"
 #include "frmKasseTotal.h"
 #include "ui_frmKasse.h"
 
@@ -70,6 +73,7 @@ frmKasse::frmKasse(std::function<void()> showDesktopLogin, QWidget* parent)
     m_commands->add({.key = u"cmdExit"_s, .act = [this] { unload(); }});
     m_menus = new KassenMenus(*this, *m_commands, m_till);
     const bool f8IsPrice = gSystem->ReadProfileString(u"SERVICE"_s, u"F8Preis"_s, KonfigIni()) == u"1"_s;
+    if (f8IsPrice) m_ui->cmdPfand->setHint({});
     m_keyboard = new EntryKeyboard(this, m_ui->txtInput, *m_queue, m_till,
                                    FunctionKeys(f8IsPrice, gEnabledSWShortCut));
     connectBasket();
@@ -278,6 +282,11 @@ void frmKasse::Show(till::Dialog which) {
     static const std::map<Dialog, void (*)(frmKasse&)> table{
         {Dialog::PreisAngabe, modal<frmKassePreisAngabe>},
         {Dialog::Rabatt, modal<frmKasseRabatt>},
+        {Dialog::VolumenAngabe, modal<frmKasseVolumenAngabe>},
+        {Dialog::SNAngabe, modal<frmKasseSNAngabe>},
+        {Dialog::Pfand, modal<frmKassePfand>},
+        {Dialog::Gutschrift, modal<frmKasseGutschrift>},
+        {Dialog::LangText, modal<frmKasseLangText>},
         {Dialog::FreierPreis, modal<frmKasseFreierPreis>},
         {Dialog::FreierArtikel, modal<frmKasseFreierArtikel>},
         {Dialog::ArtikelLieferanten, modal<frmKasseArtikelLieferanten>},

@@ -13,21 +13,29 @@ class NumberDialog {
         Rabatt,      ///< frmKasseRabatt: whole percent into gRabattAngabe
         PreisAngabe, ///< frmKassePreisAngabe: gArtikel.VKPreis
         FreierPreis, ///< frmKasseFreierPreis: gPreisAngabe.Preis, may be negative
+        Gutschrift,  ///< frmKasseGutschrift: gArtikel.VKPreis
+        Volumen,     ///< frmKasseVolumenAngabe: gArtikel.Menge, and the price that belongs to it
     };
     explicit NumberDialog(Kind kind)
         : m_kind(kind) {}
 
+    [[nodiscard]] QString Title() const;
+    [[nodiscard]] QString Description() const;
     [[nodiscard]] QString OpensWith() const;
-    [[nodiscard]] bool HasDecimal() const { return m_kind != Rabatt; }    ///< cmdDecimal
-    [[nodiscard]] bool HasMinus() const { return m_kind == FreierPreis; } ///< cmdMinus
+    [[nodiscard]] bool HasDecimal() const; ///< cmdDecimal
+    [[nodiscard]] bool HasMinus() const;   ///< cmdMinus
     /// The character that a typed one puts into the box; a null character when it is swallowed.
     [[nodiscard]] QChar AcceptKey(QChar key) const;
-    /// cmdEnter: leaves the result in the dialog's record. False for a number that is too large or beyond its
-    /// limit and not meant, and raises 13 for a text that is none; the dialog then stays open.
-    bool Confirm(const QString& text) const;
+    /// cmdEnter: leaves the result in the dialog's record. False when the dialog stays open with what is then
+    /// in `text`: for a number that is too large or beyond its limit and not meant. Raises 13 for a text that
+    /// is none.
+    bool Confirm(QString& text) const;
     void Cancel() const; ///< Esc
 
   private:
+    struct Rules;
+    [[nodiscard]] const Rules& rules() const;
+
     Kind m_kind;
 };
 

@@ -18,6 +18,7 @@ class CustomerAccount;
 class Entry;
 class Parking;
 class Sale;
+class SpecialLines;
 class Undo;
 
 /// What became of the wish to leave the register.
@@ -105,6 +106,7 @@ class Register : public QObject {
 
     void PrintLast(); ///< the receipt of the last sale once more
 
+    [[nodiscard]] SpecialLines& special() { return *m_special; }
     [[nodiscard]] CashMovements& movements() { return *m_movements; }
     [[nodiscard]] Parking& parking() { return *m_parking; }
     [[nodiscard]] CustomerAccount& account() { return *m_account; }
@@ -146,6 +148,7 @@ class Register : public QObject {
     std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
     std::unique_ptr<Undo> m_undo;
+    std::unique_ptr<SpecialLines> m_special;
     std::unique_ptr<CashMovements> m_movements;
     std::unique_ptr<Parking> m_parking;
     std::unique_ptr<CustomerAccount> m_account;

@@ -10,6 +10,11 @@ namespace till {
 enum class Dialog {
     PreisAngabe,        ///< gArtikel.VKPreis and gArtikel.Ergebnis
     Rabatt,             ///< gRabattAngabe
+    VolumenAngabe,      ///< gArtikel.Menge with its price, and gArtikel.Ergebnis
+    SNAngabe,           ///< gArtikel.SNNummer and gArtikel.Ergebnis
+    Pfand,              ///< gPfandAngabe
+    Gutschrift,         ///< gArtikel.VKPreis and gArtikel.Ergebnis
+    LangText,           ///< gLangTextAngabe
     FreierPreis,        ///< gPreisAngabe
     FreierArtikel,      ///< gFreierArtikel
     ArtikelLieferanten, ///< gBestellNummerWahl

@@ -40,6 +40,21 @@ struct KassenBuchung : BetragAngabe {
 };
 inline KassenBuchung gKassenBuchung;
 
+/// A deposit: pieces and the amount of one, negative when it comes back. Nobody sets `Retour`.
+struct PfandAngabe {
+    bool Retour = false;
+    int Anzahl = 1;
+    Currency Betrag;
+};
+inline PfandAngabe gPfandAngabe;
+
+/// The long text of a line.
+struct LangTextAngabe {
+    QString Text;
+    int Ergebnis = 0;
+};
+inline LangTextAngabe gLangTextAngabe;
+
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
 struct BestellNummerWahl {

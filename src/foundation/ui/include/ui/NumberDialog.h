@@ -5,6 +5,7 @@
 
 #include <memory>
 
+class QVBoxLayout;
 class WizardPane;
 namespace Ui {
 class NumberDialog;
@@ -34,6 +35,9 @@ class NumberDialog : public FormDialog {
     [[nodiscard]] NumberEdit* input() const;
     [[nodiscard]] DigitPad* pad() const;
     [[nodiscard]] WizardPane* pane() const;
+    /// Box and pad stand in it one below the other; a dialog that asks for more puts it between or below
+    /// them.
+    [[nodiscard]] QVBoxLayout* body() const;
     /// A line under the box, e.g. what the amount is for; hidden when empty.
     void setHelp(const QString& text);
 
