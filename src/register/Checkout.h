@@ -40,6 +40,8 @@ class Checkout {
     /// stays 0 on a failure, which is reported and takes back nothing of what was written before. The lines
     /// stay for the caller: Finish or Sale::RemoveBooked takes them away.
     void CreateRechnung(int& RechnungID);
+    /// The booked lines go, and nothing else: what is not a sale ends with this.
+    void RemoveLines();
     /// Empties the sale for the next customer. The total that shall stay on the screen, if any.
     void Finish(const QString& lastTotal = {});
 

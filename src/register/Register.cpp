@@ -9,6 +9,7 @@
 #include <devices/CashDrawer.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Register.h>
+#include <register/Vouchers.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -30,7 +31,8 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     : QObject(parent)
     , m_sale(std::make_unique<Sale>(screen))
     , m_entry(std::make_unique<Entry>(*m_sale))
-    , m_undo(std::make_unique<Undo>(*m_sale)) {
+    , m_undo(std::make_unique<Undo>(*m_sale))
+    , m_vouchers(std::make_unique<Vouchers>(*m_sale, *m_entry)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
     connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);

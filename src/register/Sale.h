@@ -66,7 +66,8 @@ class Sale : public QObject {
     }
     [[nodiscard]] int Rechnung() const; ///< of the booked sale whose lines are still there; 0 for none
     void Forget() { m_booking.reset(); }
-    /// The lines of the booked sale go, and its mark with them.
+    /// The lines of the booked sale go, and its mark with them. A voucher whose rest is not what the receipt
+    /// says is told.
     void RemoveBooked();
 
     /// By gPrintMode.

@@ -3,6 +3,7 @@
 
 #include <session/MessageDetails.h>
 #include <ui/IconSign.h>
+#include <ui/ScanGuard.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
 #include <ui/TouchDialogs.h>
@@ -141,6 +142,8 @@ InputDialog::~InputDialog() = default;
 
 QString InputDialog::text() const { return m_ui->txtInput->text(); }
 
+void InputDialog::takeScans() { TakeScans(*m_ui->txtInput, ScanEnd::Enter); }
+
 TouchDialogHost::TouchDialogHost() {
     if (qApp == nullptr || qApp->findChild<QTranslator*>(u"german"_s) != nullptr) return;
     auto* german = new QTranslator(qApp);
@@ -165,6 +168,13 @@ MsgAnswer TouchDialogHost::msgBox(const QString& text, MsgButtons buttons, MsgIc
 std::optional<QString> TouchDialogHost::inputBox(const QString& prompt, const QString& title,
                                                  const QString& preset) {
     InputDialog dialog(prompt, title, preset, QApplication::activeWindow());
+    if (ShowModal(dialog) != QDialog::Accepted) return std::nullopt;
+    return dialog.text();
+}
+
+std::optional<QString> TouchDialogHost::inputCode(const QString& prompt, const QString& title) {
+    InputDialog dialog(prompt, title, {}, QApplication::activeWindow());
+    dialog.takeScans();
     if (ShowModal(dialog) != QDialog::Accepted) return std::nullopt;
     return dialog.text();
 }

@@ -3,6 +3,7 @@
 #include "FunctionKeys.h"
 
 #include <register/Register.h>
+#include <register/Vouchers.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
@@ -31,10 +32,23 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(true, u"ShortCutFocus"_s, [&till] { till.ToggleShortCutFocus(); });
 
     // popFunction
-    add(gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
-    add(gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
-    add(true, u"FilePrintLast"_s, [&till] { till.PrintLast(); }, u"Letzten Bon drucken"_s);
-    add(true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
+    add(
+        gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
+    add(
+        gKFGutscheinErstellen, u"FileNewGutschein"_s, [&till] { till.vouchers().CreateGutschein(); },
+        u"Neuen Gutschein erstellen"_s);
+    add(
+        gKFGutscheinEinloesen, u"FileFromGutschein"_s, [&till] { till.vouchers().RedeemGutschein(); },
+        u"Gutschein einlösen"_s);
+    add(
+        gKFGutscheinAuszahlung, u"FileGutscheinAuszahlung"_s, [&till] { till.vouchers().PayoutGutschein(); },
+        u"Gutscheinbetrag Bar auszahlen"_s);
+    add(
+        gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
+    add(
+        true, u"FilePrintLast"_s, [&till] { till.PrintLast(); }, u"Letzten Bon drucken"_s);
+    add(
+        true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
         u"Unvollständige Belege"_s);
     commands.add({.key = u"FileUndo"_s,
                   .caption = till.UndoCaption(),
@@ -42,8 +56,11 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
                   .enabled = [&till] { return till.CanTakeBack(); }});
 
     // popECTerminal
-    add(true, u"ECStorno"_s, [&till] { till.TerminalFunction(Act::Storno); }, u"Stornieren"_s);
-    add(true, u"ECKassenSchnitt"_s, [&till] { till.TerminalFunction(Act::KassenSchnitt); },
+    add(
+        true, u"ECStorno"_s, [&till] { till.TerminalFunction(Act::Storno); }, u"Stornieren"_s);
+    add(
+        true, u"ECKassenSchnitt"_s, [&till] { till.TerminalFunction(Act::KassenSchnitt); },
         u"Kassenschnitt"_s);
-    add(true, u"ECGutschrift"_s, [&till] { till.TerminalFunction(Act::Gutschrift); }, u"Gutschrift"_s);
+    add(
+        true, u"ECGutschrift"_s, [&till] { till.TerminalFunction(Act::Gutschrift); }, u"Gutschrift"_s);
 }

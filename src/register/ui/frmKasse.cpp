@@ -6,6 +6,7 @@
 #include "SumPanel.h"
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
+#include "frmKasseGutschein.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseTotal.h"
 #include "ui_frmKasse.h"
@@ -279,6 +280,7 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::FreierArtikel, modal<frmKasseFreierArtikel>},
         {Dialog::ArtikelLieferanten, modal<frmKasseArtikelLieferanten>},
         {Dialog::KasseTotal, modal<frmKasseTotal>},
+        {Dialog::Gutschein, modal<frmKasseGutschein>},
         {Dialog::PrintDlg, modal<frmKassePrintDlg>},
         {Dialog::RechnungsVorlage, modal<frmRechnungsVorlage>},
         {Dialog::KundenSuche, modal<frmKasseKundenSuche>},

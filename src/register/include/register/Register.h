@@ -16,6 +16,7 @@ namespace till {
 class Entry;
 class Sale;
 class Undo;
+class Vouchers;
 
 /// What became of the wish to leave the register.
 enum class Unload {
@@ -100,6 +101,8 @@ class Register : public QObject {
     /// The functions of the card terminal; nothing is booked for them.
     void TerminalFunction(TerminalAct act);
 
+    [[nodiscard]] Vouchers& vouchers() { return *m_vouchers; }
+
     void PrintLast(); ///< the receipt of the last sale once more
 
     // Drawer and display
@@ -139,6 +142,7 @@ class Register : public QObject {
     std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
     std::unique_ptr<Undo> m_undo;
+    std::unique_ptr<Vouchers> m_vouchers;
     ArticleKeys m_keys;
     QStringList m_karten;
 };

@@ -26,6 +26,16 @@ struct FreierArtikel {
 };
 inline FreierArtikel gFreierArtikel;
 
+/// A voucher that is to be sold.
+struct GutscheinAngabe {
+    bool IsNeu = false;
+    int Ergebnis = 0;
+    QString WarenGruppe, Name;
+    double SteuerSatz = 0; ///< percent
+    Currency Betrag;
+};
+inline GutscheinAngabe gGutscheinAngabe;
+
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
 struct BestellNummerWahl {

@@ -43,6 +43,7 @@ class InputDialog : public QDialog {
                 QWidget* parent = nullptr);
     ~InputDialog() override;
     [[nodiscard]] QString text() const;
+    void takeScans(); ///< a code may be scanned into the box
 
   private:
     std::unique_ptr<Ui::InputDialog> m_ui;
@@ -57,6 +58,7 @@ class TouchDialogHost : public DialogHost {
                      MsgAnswer preset) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                     const QString& preset) override;
+    std::optional<QString> inputCode(const QString& prompt, const QString& title) override;
     std::optional<QString> chooseFile(const FileRequest& request) override;
 };
 
