@@ -6,8 +6,8 @@
 
 namespace till {
 
-/// Runs `act` and adds to what an error tells what the cashier should know: the text of `advice(error)`, unless
-/// it is empty.
+/// Runs `act` and adds to what an error tells what the cashier should know: the text of `advice(error)`,
+/// unless it is empty.
 template <typename Act, typename Advice>
 void WithAdvice(Act&& act, Advice&& advice) {
     try {

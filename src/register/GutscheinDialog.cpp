@@ -23,7 +23,8 @@ QStringList SteuerSaetze() { return FreierArtikelDialog::SteuerSaetze(); }
 
 QString SteuerSatz() { return Format(Value(gGutscheinAngabe.SteuerSatz), u"0.0"); }
 
-Field Confirm(const QString& warenGruppe, const QString& name, const QString& betrag, const QString& steuerSatz) {
+Field Confirm(const QString& warenGruppe, const QString& name, const QString& betrag,
+              const QString& steuerSatz) {
     constexpr qsizetype mostOfGroup = 50, mostOfName = 100;
     const auto failed = [](Field field, const QString& text) {
         MsgBox(text);
@@ -47,7 +48,8 @@ Field Confirm(const QString& warenGruppe, const QString& name, const QString& be
     constexpr double mostPercent = 100;
     const double rate = IsNumeric(steuerSatz) ? Val(QString(steuerSatz.trimmed()).replace(u',', u'.')) : -1;
     if (rate < 0 || rate > mostPercent)
-        return failed(Field::SteuerSatz, u"Sie müssen einen Steuersatz zwischen 0 und 100 Prozent eingeben."_s);
+        return failed(Field::SteuerSatz,
+                      u"Sie müssen einen Steuersatz zwischen 0 und 100 Prozent eingeben."_s);
 
     gGutscheinAngabe.WarenGruppe = warenGruppe.left(mostOfGroup);
     gGutscheinAngabe.Name = name.trimmed().left(mostOfName);

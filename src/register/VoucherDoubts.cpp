@@ -55,25 +55,28 @@ void tellRedemptions(int receipt) {
         const int id = lines->Text(u"ArtikelName").mid(nameBegins.size()).toInt();
         const auto told = toldRest(lines->Text(u"LangText")), stored = storedRest(id);
         if (!told || !stored || ReadMoney(MoneyText(*stored)) <= *told) continue;
-        MsgBox(u"Beleg %1 hat Gutschein Nr. %2 eingelöst. Danach bleiben auf ihm %3, gespeichert sind aber noch %4. "
-               "Bitte lassen Sie das Guthaben berichtigen, bevor der Gutschein wieder angenommen wird."_s.arg(receipt)
-                   .arg(id)
-                   .arg(amount(*told), amount(*stored)),
-               MsgIcon::Exclamation);
+        MsgBox(
+            u"Beleg %1 hat Gutschein Nr. %2 eingelöst. Danach bleiben auf ihm %3, gespeichert sind aber noch %4. "
+            "Bitte lassen Sie das Guthaben berichtigen, bevor der Gutschein wieder angenommen wird."_s
+                .arg(receipt)
+                .arg(id)
+                .arg(amount(*told), amount(*stored)),
+            MsgIcon::Exclamation);
     }
 }
 
 void tellPayout(int receipt) {
-    const auto head = gDB->OpenRecordset(
-        u"SELECT Betrag_Gesamt FROM Rechnung WHERE ZahlArt='ENTNAHME' AND RechnungID="_s +
-        sql::number(receipt) + u';');
+    const auto head =
+        gDB->OpenRecordset(u"SELECT Betrag_Gesamt FROM Rechnung WHERE ZahlArt='ENTNAHME' AND RechnungID="_s +
+                           sql::number(receipt) + u';');
     if (head->Eof() || sql::count(*gDB, u"RechnungsDetail WHERE WarenGruppe="_s + sql::text(PayoutName()) +
                                             u" AND RechnungID="_s + sql::number(receipt)) == 0)
         return;
     // One that was emptied has the amount no longer.
     const Currency paid = head->Money(u"Betrag_Gesamt");
-    const QStringList candidates = sql::firstTexts(
-        *gDB, u"SELECT GutscheinID FROM Gutscheine WHERE Betrag="_s + sql::number(paid) + u" ORDER BY GutscheinID;"_s);
+    const QStringList candidates =
+        sql::firstTexts(*gDB, u"SELECT GutscheinID FROM Gutscheine WHERE Betrag="_s + sql::number(paid) +
+                                  u" ORDER BY GutscheinID;"_s);
     if (candidates.isEmpty()) return;
     constexpr qsizetype mostTold = 10;
     QString numbers = candidates.first(std::min(mostTold, candidates.size())).join(u", "_s);
@@ -108,10 +111,11 @@ bool TellOpenRedemptions() {
     const auto lines = gDB->OpenRecordset(
         redemptions(u"SELECT ArtikelName FROM Bestellung WHERE Maschine="_s + sql::text(gMaschine)));
     if (lines->Eof()) return false;
-    MsgBox(u"In diesem Verkauf steht noch die Zeile \"%1\". Die Einlösung wurde nicht zu Ende gebucht, und vom "
-           "Guthaben des Gutscheins ist nichts abgezogen. Stornieren Sie die Zeile (F5), und lösen Sie den Gutschein "
-           "dann noch einmal ein."_s.arg(lines->Text(u"ArtikelName")),
-           MsgIcon::Exclamation);
+    MsgBox(
+        u"In diesem Verkauf steht noch die Zeile \"%1\". Die Einlösung wurde nicht zu Ende gebucht, und vom "
+        "Guthaben des Gutscheins ist nichts abgezogen. Stornieren Sie die Zeile (F5), und lösen Sie den Gutschein "
+        "dann noch einmal ein."_s.arg(lines->Text(u"ArtikelName")),
+        MsgIcon::Exclamation);
     return true;
 }
 

@@ -16,14 +16,15 @@ namespace till {
 /// Name and group of what a payout books.
 [[nodiscard]] QString PayoutName();
 
-/// Tells which vouchers have more on file than the redemptions of this receipt left them. A handler of its own.
+/// Tells which vouchers have more on file than the redemptions of this receipt left them. A handler of its
+/// own.
 void TellVoucherDoubts(int RechnungID);
-/// For a receipt whose booking was interrupted: where it paid a voucher out, tells which ones it may have been.
-/// The receipt does not know. A handler of its own.
+/// For a receipt whose booking was interrupted: where it paid a voucher out, tells which ones it may have
+/// been. The receipt does not know. A handler of its own.
 void TellPayoutDoubt(int RechnungID);
 
-/// A redemption that stands in the open lines was not booked and took nothing from its voucher. False when there
-/// is none; else it is told. Raises what the store raises.
+/// A redemption that stands in the open lines was not booked and took nothing from its voucher. False when
+/// there is none; else it is told. Raises what the store raises.
 [[nodiscard]] bool TellOpenRedemptions();
 
 } // namespace till

@@ -33,7 +33,8 @@ namespace {
 
 /// The number of a voucher; 0 for what no voucher has.
 int voucherNumber(const QString& typed) {
-    const bool plain = std::all_of(typed.begin(), typed.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    const bool plain =
+        std::all_of(typed.begin(), typed.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
     bool ok = false;
     const int number = typed.toInt(&ok);
     return plain && ok ? number : 0;
@@ -76,10 +77,11 @@ void Vouchers::create() {
                                             wanted.Betrag, wanted.SteuerSatz);
     line.SNNummer = QString::number(id);
     if (!addLine(std::move(line))) {
-        MsgBox(u"Gutschein Nr. %1 über %2 ist angelegt und gilt schon, steht aber nicht im Verkauf. Geben Sie ihn nicht "
-               "heraus, ohne dass er bezahlt ist."_s.arg(id)
-                   .arg(MoneyText(wanted.Betrag) + u' ' + gWaehrungsSymbol),
-               MsgIcon::Exclamation);
+        MsgBox(
+            u"Gutschein Nr. %1 über %2 ist angelegt und gilt schon, steht aber nicht im Verkauf. Geben Sie ihn nicht "
+            "heraus, ohne dass er bezahlt ist."_s.arg(id)
+                .arg(MoneyText(wanted.Betrag) + u' ' + gWaehrungsSymbol),
+            MsgIcon::Exclamation);
     }
 }
 
@@ -92,7 +94,8 @@ std::optional<Vouchers::Voucher> Vouchers::ask() {
     const auto rs = gDB->OpenRecordset(u"Gutscheine"_s);
     rs->FindFirst(u"GutscheinID="_s + sql::number(voucherNumber(number)));
     if (rs->NoMatch()) {
-        MsgBox(u"Der Gutschein mit der Nummer "_s + number.left(mostTold) + u" konnte nicht gefunden werden."_s);
+        MsgBox(u"Der Gutschein mit der Nummer "_s + number.left(mostTold) +
+               u" konnte nicht gefunden werden."_s);
         return std::nullopt;
     }
     Voucher voucher{rs->Long(u"GutscheinID"), rs->Money(u"Betrag"), rs->Number(u"SteuerSatz"),
@@ -126,7 +129,8 @@ void Vouchers::redeem() {
     Checkout checkout(m_sale);
     if (!checkout.Begin()) return;
     if (basket.isEmpty()) {
-        MsgBox(u"Sie müssen zuerst eine Position buchen bevor Sie den Betrag von einem Gutschein abbuchen können."_s);
+        MsgBox(
+            u"Sie müssen zuerst eine Position buchen bevor Sie den Betrag von einem Gutschein abbuchen können."_s);
         return;
     }
     if (!basket.IsAsStored() || TellOpenRedemptions()) return;
@@ -157,10 +161,10 @@ void Vouchers::redeem() {
 
 bool Vouchers::pay(Checkout& checkout, const Voucher& voucher) {
     checkout.ShowTotal(gRoundDecimal);
-    const bool cash =
-        AskYesNo(u"Möchten Sie die eventuell anfallende Differenz als Barzahlung verbuchen?\nWählen Sie Nein, "
-                 "wenn diese per Kreditkarte verrechnet werden soll."_s,
-                 u"Zahlart..."_s);
+    const bool cash = AskYesNo(
+        u"Möchten Sie die eventuell anfallende Differenz als Barzahlung verbuchen?\nWählen Sie Nein, "
+        "wenn diese per Kreditkarte verrechnet werden soll."_s,
+        u"Zahlart..."_s);
     gZahlung = {};
     gZahlung.Betrag_Gesamt = gZahlung.Betrag_Gegeben = ReadMoney(m_sale.basket.Gesamt());
     gZahlung.ZahlArt = cash ? u"BAR"_s : u"KARTE"_s;
@@ -190,14 +194,16 @@ void Vouchers::writeRest(const Voucher& voucher, Currency rest, int Rechnung) co
                      u" WHERE GutscheinID="_s + sql::number(voucher.ID) + u';');
     };
     const auto advice = [&](const RuntimeError& error) {
-        const QString doubt = error.Number == store::outcomeUnknown
-                                  ? u"Ob das Guthaben von Gutschein Nr. %2 schon verringert ist, ist nicht sicher"_s
-                                  : u"Das Guthaben von Gutschein Nr. %2 wurde nicht verringert"_s;
+        const QString doubt =
+            error.Number == store::outcomeUnknown
+                ? u"Ob das Guthaben von Gutschein Nr. %2 schon verringert ist, ist nicht sicher"_s
+                : u"Das Guthaben von Gutschein Nr. %2 wurde nicht verringert"_s;
         return (u"Beleg %1 ist gebucht. "_s + doubt +
                 u": Es muss von %3 auf %4 berichtigt werden, bevor der Gutschein wieder angenommen wird."_s)
             .arg(Rechnung)
             .arg(voucher.ID)
-            .arg(MoneyText(voucher.Betrag) + u' ' + gWaehrungsSymbol, MoneyText(rest) + u' ' + gWaehrungsSymbol);
+            .arg(MoneyText(voucher.Betrag) + u' ' + gWaehrungsSymbol,
+                 MoneyText(rest) + u' ' + gWaehrungsSymbol);
     };
     // Told when it fails; the sale is booked and comes to its end all the same.
     Handle("frmKasse", [&] { WithAdvice(write, advice); });
@@ -214,7 +220,8 @@ void Vouchers::payout() {
     if (!m_sale.basket.IsAsStored()) return;
     const auto voucher = ask();
     if (!voucher || !isUnchanged(*voucher)) return;
-    ArtikelRecord line = LineWithoutArticle(SonderArtikel::Entnahme, PayoutName(), PayoutName(), voucher->Betrag, 0);
+    ArtikelRecord line =
+        LineWithoutArticle(SonderArtikel::Entnahme, PayoutName(), PayoutName(), voucher->Betrag, 0);
     line.Einheit = u"x"_s;
     if (!addLine(std::move(line))) return;
     gZahlung = {};

@@ -5,8 +5,8 @@
 #include <register/Vouchers.h>
 
 // A till that is killed, or cut off from its server, anywhere between a voucher and its receipt: nothing is
-// booked twice, no voucher is worth anything but its old or its new rest, and where a receipt stands beside the
-// old one the till says so.
+// booked twice, no voucher is worth anything but its old or its new rest, and where a receipt stands beside
+// the old one the till says so.
 
 namespace {
 
@@ -66,8 +66,9 @@ class InterruptedVoucher {
         }
         EXPECT_TRUE(reg.basket().isEmpty());
         EXPECT_EQ(shop.count(u"RechnungsDetail"_s), act == Act::Redeem ? 2 : 1);
-        const QString doubt = act == Act::Redeem ? u"bleiben auf ihm 30,00 €, gespeichert sind aber noch 50,00 €"_s
-                                                 : u"Diesen Betrag haben noch die Gutscheine Nr. 1."_s;
+        const QString doubt = act == Act::Redeem
+                                  ? u"bleiben auf ihm 30,00 €, gespeichert sind aber noch 50,00 €"_s
+                                  : u"Diesen Betrag haben noch die Gutscheine Nr. 1."_s;
         EXPECT_EQ(all.contains(doubt), worth == 50) << qPrintable(all);
         (worth == 50 ? oldRest : done)++;
     }
@@ -112,7 +113,8 @@ TEST_P(FileVoucherCrash, AfterAKillAtAnyWriteEveryDoubtIsTold) {
     reg.reset();
 }
 
-INSTANTIATE_TEST_SUITE_P(Acts, FileVoucherCrash, testing::Values(Act::Sell, Act::Redeem, Act::PayOut), nameOf);
+INSTANTIATE_TEST_SUITE_P(Acts, FileVoucherCrash, testing::Values(Act::Sell, Act::Redeem, Act::PayOut),
+                         nameOf);
 
 class ServerVoucherCrash : public ServerTill, public testing::WithParamInterface<Act> {
   protected:
@@ -136,7 +138,8 @@ TEST_P(ServerVoucherCrash, AfterAKillBeforeAnyStatementEveryDoubtIsTold) {
     InterruptedVoucher left;
     for (bool whole = false; !whole; ++statement) {
         SCOPED_TRACE(statement);
-        for (const QString& table : {u"Bestellung"_s, u"Rechnung"_s, u"RechnungsDetail"_s, u"BuchungsMarke"_s})
+        for (const QString& table :
+             {u"Bestellung"_s, u"Rechnung"_s, u"RechnungsDetail"_s, u"BuchungsMarke"_s})
             shop.db().Execute(u"DELETE FROM "_s + table);
         shop.db().Execute(u"DELETE FROM Gutscheine WHERE GutscheinID>1"_s);
         shop.db().Execute(u"UPDATE Gutscheine SET Betrag='50'"_s);
@@ -160,7 +163,8 @@ TEST_P(ServerVoucherCrash, AfterAKillBeforeAnyStatementEveryDoubtIsTold) {
     EXPECT_GT(GetParam() == Act::Sell ? left.onlyVoucher : left.oldRest, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Acts, ServerVoucherCrash, testing::Values(Act::Sell, Act::Redeem, Act::PayOut), nameOf);
+INSTANTIATE_TEST_SUITE_P(Acts, ServerVoucherCrash, testing::Values(Act::Sell, Act::Redeem, Act::PayOut),
+                         nameOf);
 
 class ServerVoucherLine : public ServerTill {};
 
@@ -175,8 +179,9 @@ TEST_F(ServerVoucherLine, ARestThatMayNotHaveArrivedIsToldAsADoubt) {
         reg->vouchers().RedeemGutschein();
         ASSERT_TRUE(proxy->hasCut());
         const QString all = answers.told.join(u'\n');
-        EXPECT_TRUE(all.contains(u"Ob das Guthaben von Gutschein Nr. 1 schon verringert ist, ist nicht sicher: Es muss "
-                                 "von 50,00 € auf 30,00 € berichtigt werden"_s))
+        EXPECT_TRUE(all.contains(
+            u"Ob das Guthaben von Gutschein Nr. 1 schon verringert ist, ist nicht sicher: Es muss "
+            "von 50,00 € auf 30,00 € berichtigt werden"_s))
             << qPrintable(all);
         proxy->refuse(false);
         answers.told.clear();

@@ -17,7 +17,7 @@ class VoucherTill : public Till {
   protected:
     VoucherTill() {
         gKFGutscheinErstellen = gKFGutscheinEinloesen = gKFGutscheinAuszahlung = true;
-        shop.article(u"1"_s, u"Tee"_s, 10);                            // 7 %
+        shop.article(u"1"_s, u"Tee"_s, 10); // 7 %
         shop.article(u"2"_s, u"Buch"_s, 20, {{u"SteuerSatz"_s, 19}});
     }
     int voucher(double amount) {
@@ -51,8 +51,9 @@ class VoucherTill : public Till {
     }
     /// The lines of the last receipt that are vouchers.
     [[nodiscard]] QStringList voucherLines() {
-        return shop.rows(u"SELECT ArtikelName, VKPreis_Brutto, SteuerSatz, LangText FROM RechnungsDetail WHERE "
-                         "ArtikelNummer='401-Gutschein' AND RechnungID=(SELECT MAX(RechnungID) FROM Rechnung)"_s);
+        return shop.rows(
+            u"SELECT ArtikelName, VKPreis_Brutto, SteuerSatz, LangText FROM RechnungsDetail WHERE "
+            "ArtikelNummer='401-Gutschein' AND RechnungID=(SELECT MAX(RechnungID) FROM Rechnung)"_s);
     }
     void expectNothingBooked(int lines) {
         EXPECT_EQ(shop.count(u"Rechnung"_s), 0);
@@ -86,7 +87,8 @@ TEST_F(VoucherTill, IsValidAndPrintedBeforeItIsPaid) {
                 {u"G"_s, u"Fest"_s, u"1000000"_s, u"19,0"_s}, MsgIcon::Question);
         refused(u"Sie müssen einen Steuersatz zwischen 0 und 100 Prozent eingeben."_s, Field::SteuerSatz,
                 {u"G"_s, u"Fest"_s, u"5"_s, u"viel"_s});
-        EXPECT_EQ(till::GutscheinDialog::Confirm(QString(60, u'G'), u" O'Hara "_s, u"50"_s, u"7,0"_s), Field::None);
+        EXPECT_EQ(till::GutscheinDialog::Confirm(QString(60, u'G'), u" O'Hara "_s, u"50"_s, u"7,0"_s),
+                  Field::None);
         dialogs.expectMsgBox(
             u"Der Gutschein kann nicht gedruckt werden, da das System die Druckvorlage nicht finden oder öffnen konnte."_s,
             MsgIcon::Information, MsgAnswer::OK, u"Systemmeldung..."_s);
@@ -129,11 +131,13 @@ TEST_F(VoucherTill, LargerThanTheSaleKeepsItsRestUntilItIsEmpty) {
     expectCash(0, 0);
     redeem(id); // 10 + 20 - 30
     EXPECT_EQ(heads(), QStringList{u"BAR||0|0|0"_s});
-    EXPECT_EQ(voucherLines(),
-              QStringList{u"Gutscheinerlös Nr. 1|-30|19|Erlös aus Gutschein Nr. 1\nAktuelles Guthaben: 20,00 €"_s});
-    EXPECT_EQ(shop.rows(u"SELECT Buchungs_Menge, Menge, Einheit, EKPreis, VKPreisOrg, WarenGruppe, SNNummer FROM "
-                        "RechnungsDetail WHERE ArtikelNummer='401-Gutschein'"_s),
-              QStringList{u"1|1|Stück|0|-30|Präsente|"_s});
+    EXPECT_EQ(
+        voucherLines(),
+        QStringList{u"Gutscheinerlös Nr. 1|-30|19|Erlös aus Gutschein Nr. 1\nAktuelles Guthaben: 20,00 €"_s});
+    EXPECT_EQ(
+        shop.rows(u"SELECT Buchungs_Menge, Menge, Einheit, EKPreis, VKPreisOrg, WarenGruppe, SNNummer FROM "
+                  "RechnungsDetail WHERE ArtikelNummer='401-Gutschein'"_s),
+        QStringList{u"1|1|Stück|0|-30|Präsente|"_s});
     EXPECT_EQ(worth(id), Currency::fromInteger(20));
     EXPECT_TRUE(reg->basket().isEmpty());
 
@@ -218,12 +222,14 @@ TEST_F(VoucherTill, KeepsItsValueWhenThePaymentIsGivenUp) {
     EXPECT_EQ(worth(id), Currency::fromInteger(5));
 
     // Another till was quicker with the same voucher.
-    dialogs.expectInput(numberPrompt, QString::number(id)).expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectInput(numberPrompt, QString::number(id))
+        .expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
     screen.expect(till::Dialog::KasseTotal, [&] {
         shop.db().Execute(u"UPDATE Gutscheine SET Betrag=1"_s);
         gZahlung.Ergebnis = 1;
     });
-    dialogs.expectMsgBox(u"Das Guthaben von Gutschein Nr. 1 hat sich gerade geändert...*"_s, MsgIcon::Exclamation);
+    dialogs.expectMsgBox(u"Das Guthaben von Gutschein Nr. 1 hat sich gerade geändert...*"_s,
+                         MsgIcon::Exclamation);
     reg->vouchers().RedeemGutschein();
     expectNothingBooked(1);
     EXPECT_EQ(worth(id), Currency::fromInteger(1));
@@ -236,8 +242,9 @@ TEST_F(VoucherTill, ASaleBelowNothingGoesOntoTheVoucher) {
     ASSERT_EQ(reg->basket().Gesamt(), u"-10,00"_s);
     expectCash(0, 0);
     redeem(id);
-    EXPECT_EQ(voucherLines(),
-              QStringList{u"Gutscheinerlös Nr. 1|10|19|Erlös aus Gutschein Nr. 1\nAktuelles Guthaben: 60,00 €"_s});
+    EXPECT_EQ(
+        voucherLines(),
+        QStringList{u"Gutscheinerlös Nr. 1|10|19|Erlös aus Gutschein Nr. 1\nAktuelles Guthaben: 60,00 €"_s});
     EXPECT_EQ(heads(), QStringList{u"BAR||0|0|0"_s});
     EXPECT_EQ(worth(id), Currency::fromInteger(60));
 }
@@ -292,7 +299,8 @@ TEST_F(VoucherTill, WhatIsNoNumberOfAVoucherEndsHarmlessly) {
     }
     dialogs.expectInput(numberPrompt, std::nullopt);
     reg->vouchers().RedeemGutschein();
-    for (const QString& unknown : {u"2"_s, u"1,5"_s, u"-1"_s, u"12345678901234567890"_s, u"4294967297"_s, u"1e0"_s}) {
+    for (const QString& unknown :
+         {u"2"_s, u"1,5"_s, u"-1"_s, u"12345678901234567890"_s, u"4294967297"_s, u"1e0"_s}) {
         dialogs.expectInput(numberPrompt, unknown);
         dialogs.expectMsgBox(u"Der Gutschein mit der Nummer %1 konnte nicht gefunden werden."_s.arg(unknown));
         reg->vouchers().RedeemGutschein();
@@ -304,7 +312,8 @@ TEST_F(VoucherTill, WhatIsNoNumberOfAVoucherEndsHarmlessly) {
 }
 
 TEST_F(VoucherTill, TheReceiptFormOfARedemptionHasATemplateOfItsOwn) {
-    QFile::copy(QStringLiteral(DEMO_ASSETS) + u"/../vorlagen/Quittung.pld"_s, shop.folder() + u"Quittung.pld"_s);
+    QFile::copy(QStringLiteral(DEMO_ASSETS) + u"/../vorlagen/Quittung.pld"_s,
+                shop.folder() + u"Quittung.pld"_s);
     const int id = voucher(50);
     gPrintMode = 3;
     scan(u"1"_s);
@@ -313,7 +322,8 @@ TEST_F(VoucherTill, TheReceiptFormOfARedemptionHasATemplateOfItsOwn) {
         EXPECT_EQ(worth(id), Currency::fromInteger(50)) << "the rest comes behind the print";
         gPrintMode = 2;
     });
-    dialogs.expectInput(numberPrompt, QString::number(id)).expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectInput(numberPrompt, QString::number(id))
+        .expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
     dialogs.expectMsgBox(
         u"Das Formular kann nicht gedruckt werden, da das System die dafür nötige Druckvorlage nicht finden, oder öffnen konnte."_s);
     reg->vouchers().RedeemGutschein();
@@ -332,9 +342,11 @@ TEST_F(VoucherTill, IsPaidOutOnce) {
     dialogs.expectInput(numberPrompt, QString::number(id), u"Gutscheinnummer"_s);
     reg->vouchers().PayoutGutschein();
     EXPECT_EQ(heads(), QStringList{u"ENTNAHME||50|0|0"_s});
-    EXPECT_EQ(shop.rows(u"SELECT ArtikelNummer, WarenGruppe, ArtikelName, VKPreis_Brutto, SteuerSatz, Einheit, LangText "
-                        "FROM RechnungsDetail"_s),
-              QStringList{u"401-Entnahme|Gutscheinauszahlung|Gutscheinauszahlung|50|0|x|"_s});
+    EXPECT_EQ(
+        shop.rows(
+            u"SELECT ArtikelNummer, WarenGruppe, ArtikelName, VKPreis_Brutto, SteuerSatz, Einheit, LangText "
+            "FROM RechnungsDetail"_s),
+        QStringList{u"401-Entnahme|Gutscheinauszahlung|Gutscheinauszahlung|50|0|x|"_s});
     EXPECT_EQ(worth(id), Currency{});
     EXPECT_TRUE(reg->basket().isEmpty());
     EXPECT_EQ(reg->panel().Last()->caption() + u' ' + reg->panel().Last()->amount(), u"Auszahlung 50,00 €"_s);
@@ -356,7 +368,8 @@ TEST_F(VoucherTill, AFailedBookingIsToldAndThePayoutGoes) {
 
     scan(u"1"_s);
     gShowWechselgeldDialog = false;
-    dialogs.expectInput(numberPrompt, QString::number(id)).expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectInput(numberPrompt, QString::number(id))
+        .expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
     dialogs.expectError(3265);
     dialogs.expectMsgBox(u"Beim Erstellen der Rechnung ist ein Fehler aufgetreten."_s);
     reg->vouchers().RedeemGutschein();
@@ -364,7 +377,8 @@ TEST_F(VoucherTill, AFailedBookingIsToldAndThePayoutGoes) {
     EXPECT_EQ(worth(id), Currency::fromInteger(50));
 
     // What stays must not be redeemed a second time, and can be cancelled; the voucher stays.
-    dialogs.expectMsgBox(u"In diesem Verkauf steht noch die Zeile \"Gutscheinerlös Nr. 1\"....*"_s, MsgIcon::Exclamation);
+    dialogs.expectMsgBox(u"In diesem Verkauf steht noch die Zeile \"Gutscheinerlös Nr. 1\"....*"_s,
+                         MsgIcon::Exclamation);
     reg->vouchers().RedeemGutschein();
     reg->cmdStorno_Click();
     EXPECT_EQ(list(), QStringList{u"1|Tee|1|1 Stück|10,00|10,00"_s});
@@ -381,7 +395,8 @@ TEST_F(VoucherTill, ARestThatCannotBeWrittenIsTold) {
         shop.db().Execute(u"ALTER TABLE Gutscheine DROP COLUMN Betrag"_s);
         gPrintMode = 0;
     });
-    dialogs.expectInput(numberPrompt, QString::number(id)).expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
+    dialogs.expectInput(numberPrompt, QString::number(id))
+        .expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
     dialogs.expectError(3061).expectError(3061);
     reg->vouchers().RedeemGutschein();
     EXPECT_TRUE(reg->basket().isEmpty()) << "the sale is booked and over";
@@ -390,18 +405,20 @@ TEST_F(VoucherTill, ARestThatCannotBeWrittenIsTold) {
 
 TEST_F(VoucherTill, ALeftRedemptionIsToldAtTheStartAndWhenItIsPaidAnotherWay) {
     voucher(50);
-    shop.insert(u"Bestellung"_s, {{u"Maschine"_s, u"KASSE-1"_s},
-                                  {u"ArtikelNummer"_s, u"401-Gutschein"_s},
-                                  {u"ArtikelName"_s, u"Gutscheinerlös Nr. 1"_s},
-                                  {u"SNNummer"_s, u""_s},
-                                  {u"LangText"_s, u"Erlös aus Gutschein Nr. 1\nAktuelles Guthaben: 40,00 €"_s},
-                                  {u"Buchungs_Menge"_s, 1},
-                                  {u"VKPreis_Rabatt"_s, Currency::fromInteger(-10)}});
+    shop.insert(u"Bestellung"_s,
+                {{u"Maschine"_s, u"KASSE-1"_s},
+                 {u"ArtikelNummer"_s, u"401-Gutschein"_s},
+                 {u"ArtikelName"_s, u"Gutscheinerlös Nr. 1"_s},
+                 {u"SNNummer"_s, u""_s},
+                 {u"LangText"_s, u"Erlös aus Gutschein Nr. 1\nAktuelles Guthaben: 40,00 €"_s},
+                 {u"Buchungs_Menge"_s, 1},
+                 {u"VKPreis_Rabatt"_s, Currency::fromInteger(-10)}});
     reg.reset();
     shop.reopen();
-    dialogs.expectMsgBox(u"In diesem Verkauf steht noch die Zeile \"Gutscheinerlös Nr. 1\". Die Einlösung wurde nicht zu "
-                         "Ende gebucht, und vom Guthaben...*"_s,
-                         MsgIcon::Exclamation);
+    dialogs.expectMsgBox(
+        u"In diesem Verkauf steht noch die Zeile \"Gutscheinerlös Nr. 1\". Die Einlösung wurde nicht zu "
+        "Ende gebucht, und vom Guthaben...*"_s,
+        MsgIcon::Exclamation);
     open();
     scan(u"1"_s);
     gShowWechselgeldDialog = false;

@@ -2,6 +2,7 @@
 #include "ui_MessageDialog.h"
 
 #include <session/MessageDetails.h>
+#include <ui/DigitPad.h>
 #include <ui/IconSign.h>
 #include <ui/ScanGuard.h>
 #include <ui/ShowModal.h>
@@ -142,7 +143,15 @@ InputDialog::~InputDialog() = default;
 
 QString InputDialog::text() const { return m_ui->txtInput->text(); }
 
-void InputDialog::takeScans() { TakeScans(*m_ui->txtInput, ScanEnd::Enter); }
+void InputDialog::waitForCode() {
+    TakeScans(*m_ui->txtInput, ScanEnd::Enter);
+    auto* pad = new DigitPad(this);
+    pad->setKeys(DigitPad::Clear);
+    pad->setTarget(m_ui->txtInput);
+    const int edge = Theme::Current().keyHeight;
+    pad->setMinimumSize(edge * 4, edge * 9 / 2);
+    m_ui->layBody->insertWidget(m_ui->layBody->indexOf(m_ui->txtInput) + 1, pad);
+}
 
 TouchDialogHost::TouchDialogHost() {
     if (qApp == nullptr || qApp->findChild<QTranslator*>(u"german"_s) != nullptr) return;
@@ -174,7 +183,7 @@ std::optional<QString> TouchDialogHost::inputBox(const QString& prompt, const QS
 
 std::optional<QString> TouchDialogHost::inputCode(const QString& prompt, const QString& title) {
     InputDialog dialog(prompt, title, {}, QApplication::activeWindow());
-    dialog.takeScans();
+    dialog.waitForCode();
     if (ShowModal(dialog) != QDialog::Accepted) return std::nullopt;
     return dialog.text();
 }

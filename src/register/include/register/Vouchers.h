@@ -13,8 +13,9 @@ class Checkout;
 class Entry;
 class Sale;
 
-/// Vouchers: sold as a line "401-Gutschein" that bears their number, redeemed as a line of the same number that
-/// takes the amount off the sale, or paid out. Each routine is an event handler of its own and raises nothing.
+/// Vouchers: sold as a line "401-Gutschein" that bears their number, redeemed as a line of the same number
+/// that takes the amount off the sale, or paid out. Each routine is an event handler of its own and raises
+/// nothing.
 ///
 /// The new rest of a voucher is written after its receipt. Where the till knows that it is not, it says so
 /// (VoucherDoubts.h).
@@ -26,7 +27,8 @@ class Vouchers {
 
     /// Asks for name, group, rate and amount; the voucher is valid and printed before it is paid.
     void CreateGutschein();
-    /// Takes a voucher for the open sale and books the sale at once, what the voucher leaves in cash or by card.
+    /// Takes a voucher for the open sale and books the sale at once, what the voucher leaves in cash or by
+    /// card.
     void RedeemGutschein();
     /// Books the rest of a voucher as taken out of the till. Only with an empty list.
     void PayoutGutschein();

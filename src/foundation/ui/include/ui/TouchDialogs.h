@@ -43,7 +43,8 @@ class InputDialog : public QDialog {
                 QWidget* parent = nullptr);
     ~InputDialog() override;
     [[nodiscard]] QString text() const;
-    void takeScans(); ///< a code may be scanned into the box
+    /// A code may be scanned into the box, and there are keys for the digits of one.
+    void waitForCode();
 
   private:
     std::unique_ptr<Ui::InputDialog> m_ui;
