@@ -21,11 +21,13 @@ constexpr double height = 12 * PageDocument::twipsPerMm;
 } // namespace
 
 Barcode Code128(const QString& text) {
-    const std::unique_ptr<zint_symbol, decltype(&ZBarcode_Delete)> symbol(ZBarcode_Create(), &ZBarcode_Delete);
+    const std::unique_ptr<zint_symbol, decltype(&ZBarcode_Delete)> symbol(ZBarcode_Create(),
+                                                                          &ZBarcode_Delete);
     symbol->symbology = BARCODE_CODE128;
     symbol->show_hrt = 0;
     const QByteArray bytes = text.toLatin1();
-    if (ZBarcode_Encode_and_Buffer_Vector(symbol.get(), reinterpret_cast<const unsigned char*>(bytes.constData()),
+    if (ZBarcode_Encode_and_Buffer_Vector(symbol.get(),
+                                          reinterpret_cast<const unsigned char*>(bytes.constData()),
                                           int(bytes.size()), 0) >= ZINT_ERROR)
         throw RuntimeError(5, u"Kein Barcode für \"%1\": "_s.arg(text) + QString::fromUtf8(symbol->errtxt));
     const double module = double(symbol->vector->width) / symbol->width;

@@ -16,8 +16,9 @@ struct Barcode {
 /// Raises 5 for a text that Code 128 cannot hold.
 [[nodiscard]] Barcode Code128(const QString& text);
 
-/// Puts the bars with the text beneath, in the middle between the margins, in the width that scanners like best
-/// or, where that does not fit, in the least that they read. False, and nothing is put, where not even that does.
+/// Puts the bars with the text beneath, in the middle between the margins, in the width that scanners like
+/// best or, where that does not fit, in the least that they read. False, and nothing is put, where not even
+/// that does.
 bool PutBarcode(VSPrinter& printer, const QString& text);
 
 } // namespace layout

@@ -44,8 +44,10 @@ QStringList readBarcodes(const QImage& picture) {
     void* image = call("zbar_image_create", static_cast<New*>(nullptr))();
     constexpr unsigned long y800 = 0x30303859;
     call("zbar_image_set_format", static_cast<SetFormat*>(nullptr))(image, y800);
-    call("zbar_image_set_size", static_cast<SetSize*>(nullptr))(image, unsigned(grey.width()), unsigned(grey.height()));
-    call("zbar_image_set_data", static_cast<SetData*>(nullptr))(image, bytes.constData(), ulong(bytes.size()), nullptr);
+    call("zbar_image_set_size", static_cast<SetSize*>(nullptr))(image, unsigned(grey.width()),
+                                                                unsigned(grey.height()));
+    call("zbar_image_set_data", static_cast<SetData*>(nullptr))(image, bytes.constData(), ulong(bytes.size()),
+                                                                nullptr);
     call("zbar_scan_image", static_cast<Scan*>(nullptr))(scanner, image);
     QStringList found;
     const auto next = call("zbar_symbol_next", static_cast<Next*>(nullptr));
@@ -84,7 +86,8 @@ TEST_F(VoucherBarcode, IsReadFromEveryRollThatCanHoldIt) {
         for (const int number : {1, 17, 12345678, 2147483647}) {
             const QByteArray pdf = print(number, width, 0.4);
             const QString code = u"%1"_s.arg(number, 8, 10, QChar(u'0'));
-            EXPECT_EQ(readBarcodes(PdfImage(pdf, 0, receiptPrinter)), QStringList{code}) << width << ' ' << number;
+            EXPECT_EQ(readBarcodes(PdfImage(pdf, 0, receiptPrinter)), QStringList{code})
+                << width << ' ' << number;
             EXPECT_EQ(pdfLines(pdf).last(), code) << "for people";
         }
     }
