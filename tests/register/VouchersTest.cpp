@@ -386,23 +386,6 @@ TEST_F(VoucherTill, AFailedBookingIsToldAndThePayoutGoes) {
     EXPECT_EQ(worth(id), Currency::fromInteger(50));
 }
 
-TEST_F(VoucherTill, ARestThatCannotBeWrittenIsTold) {
-    const int id = voucher(50);
-    gPrintMode = 3;
-    gShowWechselgeldDialog = false;
-    scan(u"1"_s);
-    screen.expect(till::Dialog::PrintDlg, [&] {
-        shop.db().Execute(u"ALTER TABLE Gutscheine DROP COLUMN Betrag"_s);
-        gPrintMode = 0;
-    });
-    dialogs.expectInput(numberPrompt, QString::number(id))
-        .expectMsgBox(cashOrCard, MsgIcon::Question, MsgAnswer::Yes);
-    dialogs.expectError(3061).expectError(3061);
-    reg->vouchers().RedeemGutschein();
-    EXPECT_TRUE(reg->basket().isEmpty()) << "the sale is booked and over";
-    EXPECT_EQ(shop.count(u"Rechnung"_s), 1);
-}
-
 TEST_F(VoucherTill, ALeftRedemptionIsToldAtTheStartAndWhenItIsPaidAnotherWay) {
     voucher(50);
     shop.insert(u"Bestellung"_s,

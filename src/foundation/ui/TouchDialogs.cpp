@@ -149,7 +149,7 @@ void InputDialog::waitForCode() {
     pad->setKeys(DigitPad::Clear);
     pad->setTarget(m_ui->txtInput);
     const int edge = Theme::Current().keyHeight;
-    pad->setMinimumSize(edge * 4, edge * 9 / 2);
+    pad->setMinimumSize(edge * 4, edge * 4);
     m_ui->layBody->insertWidget(m_ui->layBody->indexOf(m_ui->txtInput) + 1, pad);
 }
 

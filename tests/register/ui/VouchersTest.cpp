@@ -52,8 +52,9 @@ TEST_F(VoucherForms, AVoucherIsSoldByKeysAndByTouch) {
     });
     dialogs.expectMsgBox(missing);
     start(u"FileNewGutschein"_s);
-    EXPECT_EQ(shop.rows(u"SELECT WarenGruppe, Name, Betrag, SteuerSatz FROM Gutscheine ORDER BY GutscheinID"_s),
-              (QStringList{u"Gutschein|Für Oma|12,5|19"_s, u"Backwaren|Brot|20|7"_s}));
+    EXPECT_EQ(
+        shop.rows(u"SELECT WarenGruppe, Name, Betrag, SteuerSatz FROM Gutscheine ORDER BY GutscheinID"_s),
+        (QStringList{u"Gutschein|Für Oma|12,5|19"_s, u"Backwaren|Brot|20|7"_s}));
     dialogs.expectModal(u"frmKasseGutschein"_s, [](QDialog& d) { pressKey(d, Qt::Key_Escape); });
     start(u"FileNewGutschein"_s);
     EXPECT_EQ(shop.count(u"Gutscheine"_s), 2);
@@ -95,7 +96,8 @@ TEST_F(VoucherForms, AScannedVoucherPaysTheSaleAndTheRestIsPaidOut) {
     SetModalHook(hook);
     SetDialogHost(before);
     EXPECT_EQ(shown, 3);
-    EXPECT_EQ(shop.rows(u"SELECT ZahlArt, Betrag_Gesamt, Betrag_Zurueck FROM Rechnung"_s), QStringList{u"BAR|1,5|0,5"_s});
+    EXPECT_EQ(shop.rows(u"SELECT ZahlArt, Betrag_Gesamt, Betrag_Zurueck FROM Rechnung"_s),
+              QStringList{u"BAR|1,5|0,5"_s});
     EXPECT_EQ(shop.rows(u"SELECT Betrag FROM Gutscheine"_s), QStringList{u"0"_s});
     EXPECT_EQ(lines(), QStringList());
     EXPECT_TRUE(inputHasFocus());
