@@ -263,7 +263,10 @@ void frmKasse::showEvent(QShowEvent* event) {
     FocusInput();
     // Questions about an interrupted booking come when the cashier can see the lines.
     if (!std::exchange(m_resumed, true))
-        QTimer::singleShot(0, this, [this] { m_queue->run([this] { m_till.ResumeBooking(); }); });
+        QTimer::singleShot(0, this, [this] {
+            m_queue->run([this] { m_till.ResumeBooking(); });
+            activateWindow(); // a box may have come while the form before was still the active one
+        });
 }
 
 bool frmKasse::event(QEvent* event) {
