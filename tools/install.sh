@@ -3,12 +3,13 @@
 # without X) or "format".
 set -euo pipefail
 build=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl1-mesa-dev libxkbcommon-dev qt6-serialport-dev
-       qt6-multimedia-dev qt6-svg-dev libicu-dev libpq-dev libsqlite3-dev libcups2-dev fonts-inter
+       qt6-multimedia-dev qt6-svg-dev libicu-dev libpq-dev libsqlite3-dev libcups2-dev libzint-dev fonts-inter
        qt6-translations-l10n)
 packages=("${build[@]}")
 case "${1:-build}" in
   build) ;;
-  test) packages+=(libgtest-dev libgmock-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils) ;;
+  test) packages+=(libgtest-dev libgmock-dev postgresql-15 clang-14 libclang-rt-14-dev python3 poppler-utils
+                     libzbar0) ;;
   bench) packages+=(libbenchmark-dev postgresql-15) ;;
   wayland) packages+=(qt6-wayland) ;;
   format) packages=(clang-format-14 git) ;;

@@ -250,6 +250,21 @@ void VSPrinter::DrawPicture(const QImage& picture, int x, int y) {
     flow.reach(y + size.height());
 }
 
+bool VSPrinter::Bars(const std::vector<Bar>& bars, double width, double height) {
+    m_impl->require(State::Open);
+    PageFlow& flow = m_impl->flow;
+    if (width > flow.right() - flow.x()) return false;
+    if (!flow.fits(height)) flow.newPage();
+    const double left = alignedX(m_impl->align, flow.x(), flow.right(), width);
+    for (const Bar& bar : bars) {
+        const double middle = left + bar.begin + bar.width / 2;
+        flow.put(PageDocument::Line{QLineF(middle, flow.y(), middle, flow.y() + height), bar.width});
+    }
+    flow.advance(height);
+    flow.setX(flow.left());
+    return true;
+}
+
 void VSPrinter::StartTable() {
     m_impl->require(State::Open);
     m_impl->table = m_impl->newTable();

@@ -1,3 +1,4 @@
+#include "Barcode.h"
 #include "PageLayout.h"
 
 #include <page/VSPrinter.h>
@@ -8,6 +9,16 @@
 
 using namespace Qt::StringLiterals;
 using namespace layout;
+
+namespace {
+
+/// The number, long enough for the till to tell a scan from typing. Read as a number it is the same.
+QString GutscheinCode(int number) {
+    constexpr int digits = 8;
+    return u"%1"_s.arg(number, digits, 10, QChar(u'0'));
+}
+
+} // namespace
 
 void RenderGutschein(VSPrinter& printer, const PropertiesList& vorlage, const GutscheinDaten& gutschein) {
     const QString number = QString::number(gutschein.Nummer);
@@ -32,5 +43,9 @@ void RenderGutschein(VSPrinter& printer, const PropertiesList& vorlage, const Gu
     Align(printer, vorlage.Choice(u"schlusstext_align"));
     printer.Paragraph(ClosingText(vorlage.Text(u"schlusstext_text"), gutschein.Datum, gutschein.Betrag));
     printer.TextAlign(0);
+    if (gGutscheinBarcode) {
+        printer.Paragraph({});
+        PutBarcode(printer, GutscheinCode(gutschein.Nummer));
+    }
     printer.EndDoc();
 }

@@ -422,6 +422,11 @@ void Basket::setPicture(ArticlePicture picture) {
 
 const QString& Basket::cell(int row, Column column) const { return m_rows.at(size_t(row)).text.at(column); }
 
+bool Basket::Holds(QStringView ArtikelNummer) const {
+    return std::any_of(m_rows.begin(), m_rows.end(),
+                       [&](const Row& row) { return row.text[ArtikelNr] == ArtikelNummer; });
+}
+
 int Basket::rowOf(int ID) const {
     const auto found =
         std::find_if(m_rows.begin(), m_rows.end(), [ID](const Row& row) { return row.ID == ID; });

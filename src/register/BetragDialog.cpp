@@ -2,6 +2,7 @@
 #include "Limits.h"
 
 #include <register/BetragDialog.h>
+#include <register/NumberDialogs.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
 #include <session/gAngaben.h>
@@ -24,16 +25,33 @@ QString shownRate(double rate) { return Format(Value(rate), u"0.0"); }
 
 } // namespace
 
-QString BetragDialog::Title() const {
-    return gKassenBuchung.IsEinlage ? u"Einlage in die Kasse..."_s : u"Entnahme aus der Kasse..."_s;
+struct BetragDialog::Texts {
+    QString title, description, noGroup, noName, noAmount;
+};
+
+const BetragDialog::Texts& BetragDialog::texts() const {
+    static const QString group = u"Sie müssen eine Warengruppe für diesen Vorgang eingeben."_s,
+                         name = u"Sie müssen eine Bezeichnung für diesen Vorgang eingeben."_s,
+                         amount = u"Bitte geben Sie einen Betrag > Null ein."_s;
+    static const Texts einlage{u"Einlage in die Kasse..."_s, u"Wie viel Geld legen Sie in die Kasse?"_s,
+                               group, name, amount},
+        entnahme{u"Entnahme aus der Kasse..."_s, u"Wie viel Geld nehmen Sie aus der Kasse?"_s, group, name,
+                 amount},
+        gutschein{u"Neuer Gutschein..."_s, u"Bitte geben Sie Bezeichnung, Betrag und Steuersatz an."_s,
+                  u"Sie müssen eine Warengruppe für diesen Gutschein eingeben."_s,
+                  u"Sie müssen eine Bezeichnung für diesen Gutschein eingeben."_s,
+                  u"Sie müssen ein Betrag größer 0,00 für den Gutschein eingeben."_s};
+    if (m_kind == Gutschein) return gutschein;
+    return gKassenBuchung.IsEinlage ? einlage : entnahme;
 }
 
-QString BetragDialog::Description() const {
-    return gKassenBuchung.IsEinlage ? u"Wie viel Geld legen Sie in die Kasse?"_s
-                                    : u"Wie viel Geld nehmen Sie aus der Kasse?"_s;
-}
+QString BetragDialog::Title() const { return texts().title; }
+QString BetragDialog::Description() const { return texts().description; }
 
-BetragAngabe& BetragDialog::record() const { return gKassenBuchung; }
+BetragAngabe& BetragDialog::record() const {
+    if (m_kind == Gutschein) return gGutscheinAngabe;
+    return gKassenBuchung;
+}
 
 QStringList BetragDialog::WarenGruppen() const {
     return sql::firstTexts(
@@ -41,6 +59,7 @@ QStringList BetragDialog::WarenGruppen() const {
 }
 
 QStringList BetragDialog::SteuerSaetze() const {
+    if (m_kind == Gutschein) return FreierArtikelDialog::SteuerSaetze();
     QStringList rates;
     const auto rs =
         gDB->OpenRecordset(u"SELECT SteuerSatz FROM Artikel GROUP BY SteuerSatz ORDER BY SteuerSatz ASC;"_s);
@@ -64,13 +83,11 @@ BetragDialog::Field BetragDialog::Confirm(const QString& warenGruppe, const QStr
         MsgBox(text);
         return field;
     };
-    if (warenGruppe.trimmed().isEmpty())
-        return refuse(Field::WarenGruppe, u"Sie müssen eine Warengruppe für diesen Vorgang eingeben."_s);
-    if (name.trimmed().isEmpty())
-        return refuse(Field::Name, u"Sie müssen eine Bezeichnung für diesen Vorgang eingeben."_s);
+    if (warenGruppe.trimmed().isEmpty()) return refuse(Field::WarenGruppe, texts().noGroup);
+    if (name.trimmed().isEmpty()) return refuse(Field::Name, texts().noName);
     const auto amount = ReadEntered(IsNumeric(betrag) ? betrag : u"0"_s);
     if (!amount) return Field::Betrag;
-    if (*amount <= Currency{}) return refuse(Field::Betrag, u"Bitte geben Sie einen Betrag > Null ein."_s);
+    if (*amount <= Currency{}) return refuse(Field::Betrag, texts().noAmount);
     if (!limits::IsPriceMeant(*amount)) return Field::Betrag;
     const double rate = IsNumeric(steuerSatz) ? CDbl(Value(steuerSatz)) : -1;
     if (rate < 0 || rate > mostPercent)

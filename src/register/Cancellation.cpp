@@ -52,9 +52,11 @@ void Cancellation::Storno() {
     if (m_sale.basket.isEmpty()) return;
     Recordset& rs = m_sale.basket.rsBestellung();
     if (rs.Text(u"ArtikelNummer") == SonderArtikel::Gutschein) {
-        const QString number = rs.Text(u"SNNummer");
-        deleteVoucher(number);
-        MsgBox(u"Der Gutschein mit der Nummer "_s + number + u" wurde gelöscht."_s);
+        // A redemption that was not booked has no number: it took nothing from its voucher, which stays.
+        if (const QString number = rs.Text(u"SNNummer"); !number.isEmpty()) {
+            deleteVoucher(number);
+            MsgBox(u"Der Gutschein mit der Nummer "_s + number + u" wurde gelöscht."_s);
+        }
     }
     Undo::Line line = Undo::Read(rs);
     record(*gDB->OpenRecordset(u"Stornos"_s), rs);

@@ -26,7 +26,8 @@ template <typename Read>
 /// The same for an amount of money. Raises 13 for a text that is none.
 [[nodiscard]] std::optional<Currency> ReadEntered(const QString& text);
 
-/// True for an amount up to 9,999 and for one that the cashier confirms. `question` has the place %1 for the amount.
+/// True for an amount up to 9,999 and for one that the cashier confirms. `question` has the place %1 for the
+/// amount.
 [[nodiscard]] bool IsLargeAmountMeant(Currency amount, const QString& question);
 
 } // namespace till

@@ -24,7 +24,8 @@ bool MoveFactor(QString& input, QString& anzahl) {
     const QString number = input.left(star);
     input.clear();
     if (!IsNumeric(number)) return true;
-    if (const auto factor = Entered(number, [&] { return CInt(Value(number)); })) anzahl = QString::number(*factor);
+    if (const auto factor = Entered(number, [&] { return CInt(Value(number)); }))
+        anzahl = QString::number(*factor);
     return true;
 }
 
@@ -37,8 +38,9 @@ bool Confirm(QString& input, const QString& anzahl, bool comesBack) {
     }
     const auto amount = ReadEntered(input.isEmpty() ? u"0"_s : input);
     if (!amount) return false;
-    if (!IsLargeAmountMeant(*amount, comesBack ? u"Sind Sie sicher, dass Sie Leergut über %1 buchen möchten?"_s
-                                               : u"Sind Sie sicher, dass Sie Pfand über %1 buchen möchten?"_s)) {
+    if (!IsLargeAmountMeant(*amount, comesBack
+                                         ? u"Sind Sie sicher, dass Sie Leergut über %1 buchen möchten?"_s
+                                         : u"Sind Sie sicher, dass Sie Pfand über %1 buchen möchten?"_s)) {
         input.clear();
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include "Booking.h"
 #include "Sale.h"
+#include "VoucherDoubts.h"
 
 #include <printing/Beleg.h>
 #include <register/IncompleteReceipts.h>
@@ -59,7 +60,7 @@ QString missing(const BookingMark& mark, const BookingState& state) {
 
 bool Recovery::Run() {
     const auto mark = BookingMark::Read();
-    if (!mark) return dropMovement();
+    if (!mark) return dropMovement() || TellOpenRedemptions();
     const BookingState state = LookAtBooking(*mark);
     const bool nothing = !state.hasHead && state.Gebucht == 0;
     if ((state.isWhole(*mark) && state.open == 0) || (nothing && !state.fits)) {
@@ -103,6 +104,7 @@ void Recovery::finishWhole(const BookingMark& mark, const QString& told) {
     Booking(m_sale).GoOn(mark); // what may be done twice
     m_sale.RemoveBooked();
     m_sale.basket.LoadBestellungen();
+    TellPayoutDoubt(mark.RechnungID);
     if (!print) return;
     const QScopedValueRollback mode(gPrintMode, gPrintMode == noReceipt ? askForReceipt : gPrintMode);
     m_sale.PrintReceipt(mark.RechnungID, mark.ZahlArt == u"KARTE" ? BelegArt::Karte : BelegArt::Kasse);

@@ -13,6 +13,7 @@
 #include <register/Parking.h>
 #include <register/Register.h>
 #include <register/SpecialLines.h>
+#include <register/Vouchers.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -38,7 +39,8 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_special(std::make_unique<SpecialLines>(*m_sale, *m_entry))
     , m_movements(std::make_unique<CashMovements>(*m_sale))
     , m_parking(std::make_unique<Parking>(*m_sale))
-    , m_account(std::make_unique<CustomerAccount>(*m_sale)) {
+    , m_account(std::make_unique<CustomerAccount>(*m_sale))
+    , m_vouchers(std::make_unique<Vouchers>(*m_sale, *m_entry)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
     connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);

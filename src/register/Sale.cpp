@@ -1,11 +1,13 @@
 #include "Sale.h"
 
 #include "Recovery.h"
+#include "VoucherDoubts.h"
 #include "WaitingLines.h"
 
 #include <printing/Beleg.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
 #include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Database.h>
@@ -102,12 +104,14 @@ void Sale::clearPaid() {
 
 void Sale::RemoveBooked() {
     const BookingMark& mark = m_booking.value().mark;
+    const int voucherReceipt = basket.Holds(SonderArtikel::Gutschein) ? mark.RechnungID : 0;
     const QString lines = Basket::DeleteStatement(mark.LetzteZeile);
     if (m_keepsMarks)
         gDB->ExecuteTogether({lines, mark.EndStatement()});
     else
         gDB->Execute(lines);
     m_booking.reset();
+    if (voucherReceipt != 0) TellVoucherDoubts(voucherReceipt);
 }
 
 BelegDialoge Sale::printDialogs() {

@@ -70,7 +70,8 @@ class Sale : public QObject {
     void LinesMoved();
     /// Asks for the customer (cmdKunde). A handler of its own.
     void ChooseKunde();
-    /// The lines of the booked sale go, and its mark with them.
+    /// The lines of the booked sale go, and its mark with them. A voucher whose rest is not what the receipt
+    /// says is told.
     void RemoveBooked();
 
     /// By gPrintMode.

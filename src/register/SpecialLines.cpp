@@ -25,8 +25,8 @@ void SpecialLines::cmdPfand_Click() {
         m_sale.screen.MovePointerAway();
         if (gPfandAngabe.Betrag == Currency{}) return;
         ArtikelRecord line = LineWithoutArticle(
-            SonderArtikel::Pfand, gPfandAngabe.Retour ? u"Leergut Rückgabe"_s : u"Leergut Pfand"_s, u"Pfand"_s,
-            gPfandAngabe.Betrag, gVollerSteuerSatz);
+            SonderArtikel::Pfand, gPfandAngabe.Retour ? u"Leergut Rückgabe"_s : u"Leergut Pfand"_s,
+            u"Pfand"_s, gPfandAngabe.Betrag, gVollerSteuerSatz);
         line.Buchungs_Menge = gPfandAngabe.Anzahl;
         m_entry.AddAmount(std::move(line));
     });

@@ -5,6 +5,7 @@
 #include <register/gMaschine.h>
 #include <session/Globals.h>
 #include <session/MsgBox.h>
+#include <session/SonderArtikel.h>
 #include <session/gUser.h>
 #include <store/Database.h>
 #include <store/Recordset.h>
@@ -77,7 +78,7 @@ Undo::Line Undo::Read(const Recordset& row) {
 }
 
 void Undo::Cancelled(Line line, bool deliveryNote) {
-    if (!line.SNNummer.isEmpty()) return Forget();
+    if (!line.SNNummer.isEmpty() || line.ArtikelNummer == SonderArtikel::Gutschein) return Forget();
     Step step;
     step.what = stornoOf(line.ArtikelName);
     step.deliveryNote = deliveryNote;

@@ -17,10 +17,11 @@ class DefaultAnswers : public DialogHost {
         told << text;
         return preset;
     }
-    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return {}; }
+    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return input; }
     std::optional<QString> chooseFile(const FileRequest&) override { return {}; }
 
     QStringList told;
+    std::optional<QString> input; ///< what every box is given
 
   private:
     DialogHost* m_before;

@@ -1,7 +1,7 @@
+#include "FakeTerminal.h"
 #include "Till.h"
 
 #include <printing/Beleg.h>
-#include <session/gZVT.h>
 #include <support/TestPrinters.h>
 #include <templates/Shipped.h>
 
@@ -304,29 +304,6 @@ TEST_F(Sale, RestartBringsTheOpenSaleBack) {
     EXPECT_EQ(2, shop.count(u"RechnungsDetail"_s));
     EXPECT_EQ(1, shop.count(u"Bestellung"_s)); // the other till's line
 }
-
-/// A terminal that books or not.
-class FakeTerminal : public CardTerminal {
-  public:
-    explicit FakeTerminal(QStringList& calls)
-        : m_calls(calls) {}
-    void SetProtokoll(bool) override {}
-    bool FindTerminal() override { return false; }
-    QString Hersteller() const override { return {}; }
-    QString Version() const override { return {}; }
-    bool Bezahlen(Currency betrag) override {
-        m_calls << u"Bezahlen %1"_s.arg(betrag.scaled());
-        return books;
-    }
-    QString KartenName() const override { return u"girocard"_s; }
-    void Storno() override { m_calls << u"Storno"_s; }
-    void Gutschrift() override { throw RuntimeError(51, u"Terminal"_s); }
-    void Kassenschnitt() override { m_calls << u"Kassenschnitt"_s; }
-    bool books = false;
-
-  private:
-    QStringList& m_calls;
-};
 
 TEST_F(Sale, CardAtTheTerminal) {
     QStringList calls;

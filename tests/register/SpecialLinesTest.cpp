@@ -5,7 +5,8 @@
 #include <register/SerienNummernDialog.h>
 #include <register/SpecialLines.h>
 
-// Lines that are more than an article and a number: deposits, weights and volumes, serial numbers, credit notes.
+// Lines that are more than an article and a number: deposits, weights and volumes, serial numbers, credit
+// notes.
 
 namespace {
 
@@ -17,7 +18,8 @@ class SpecialLines : public Till {
         gKFGutschrift = gKFLangText = gKFMinusBuchung = gKassenUser.R_Rabatt = true;
         gShowWechselgeldDialog = false;
         shop.article(u"1"_s, u"Brot"_s, 4.05, {{u"SteuerSatz"_s, 7}});
-        // 12,99 a kilogram in the first group, 12,345 in the second, none of its own in the third; bought at 8
+        // 12,99 a kilogram in the first group, 12,345 in the second, none of its own in the third; bought at
+        // 8
         shop.article(u"K"_s, u"Käse"_s, 12.99,
                      {{u"VolumenAngabe"_s, true},
                       {u"Einheit"_s, u"kg"_s},
@@ -31,7 +33,9 @@ class SpecialLines : public Till {
         Till::SetUp();
     }
     void deposit(int pieces, double amount) {
-        screen.expect(till::Dialog::Pfand, [=] { gPfandAngabe = {false, pieces, Currency::fromDouble(amount)}; });
+        screen.expect(till::Dialog::Pfand, [=] {
+            gPfandAngabe = {false, pieces, Currency::fromDouble(amount)};
+        });
         reg->special().cmdPfand_Click();
     }
     void weigh(const QString& volume) {
@@ -49,7 +53,8 @@ class SpecialLines : public Till {
         scan(u"R"_s);
     }
     QStringList serials() {
-        return shop.rows(u"SELECT SNNummer, RechnungID, VKDatum FROM ArtikelSerienNummern ORDER BY SNNummer"_s);
+        return shop.rows(
+            u"SELECT SNNummer, RechnungID, VKDatum FROM ArtikelSerienNummern ORDER BY SNNummer"_s);
     }
     QStringList columns(const QString& names, const QString& table = u"Bestellung"_s) {
         return shop.rows(u"SELECT "_s + names + u" FROM "_s + table);
@@ -67,7 +72,8 @@ TEST_F(SpecialLines, DepositsGoAndComeBackInASaleOfTwoRates) {
               list());
     EXPECT_EQ(u"7,35"_s, reg->basket().Gesamt());
     EXPECT_EQ((QStringList{u"Leergut Pfand|19|0|0,25"_s, u"Leergut Pfand|19|0|-1,5"_s}),
-              columns(u"WarenGruppe, SteuerSatz, EKPreis, VKPreis"_s, u"Bestellung WHERE ArtikelNummer='400-Pfand'"_s));
+              columns(u"WarenGruppe, SteuerSatz, EKPreis, VKPreis"_s,
+                      u"Bestellung WHERE ArtikelNummer='400-Pfand'"_s));
     reg->cmdTotal_Click();
     EXPECT_EQ(QStringList{u"BAR|7,35"_s}, columns(u"ZahlArt, Betrag_Gesamt"_s, u"Rechnung"_s));
 }
@@ -130,8 +136,8 @@ TEST_F(SpecialLines, EachPriceGroupWeighsItsOwnPrice) {
     gKunde.PreisGruppe = 1;
     gKunde.EKPreis = true;
     weigh(u"0,5"_s); // the purchase price as it is
-    EXPECT_EQ((QStringList{u"6,1725|6,1725|1 kg=12,35"_s, u"12,99|12,99|1 kg=0,00"_s, u"6,495|6,495|1 kg=12,99"_s,
-                           u"12,345|8|1 kg=8,00"_s}),
+    EXPECT_EQ((QStringList{u"6,1725|6,1725|1 kg=12,35"_s, u"12,99|12,99|1 kg=0,00"_s,
+                           u"6,495|6,495|1 kg=12,99"_s, u"12,345|8|1 kg=8,00"_s}),
               columns(u"VKPreis, VKPreis_Rabatt, PreisInfo"_s));
 }
 
@@ -172,7 +178,8 @@ TEST_F(SpecialLines, ASerialNumberIsSoldOnce) {
         });
         scan(u"R"_s);
     };
-    refused(u"S-1"_s, invalid + u"Diese Serien- Vertragsnummer ist bereits auf der aktiven Bestellung vorhanden."_s);
+    refused(u"S-1"_s,
+            invalid + u"Diese Serien- Vertragsnummer ist bereits auf der aktiven Bestellung vorhanden."_s);
     refused(QString(51, u'9'), u"Eine Seriennummer hat höchstens 50 Zeichen."_s);
     refused(u"O'Brien"_s, u"Eine Seriennummer enthält kein Hochkomma (')."_s);
     serial(u"S-9"_s); // nobody has recorded it
@@ -182,7 +189,8 @@ TEST_F(SpecialLines, ASerialNumberIsSoldOnce) {
     EXPECT_EQ((QStringList{u"S-1|1|23.11.2026"_s, u"S-2|0|Null"_s, u"S-9|0|"_s}), serials())
         << "a recorded number stays, also without a sale";
     refused(u"S-1"_s,
-            invalid + u"Diese Serien- Vertragsnummer wurde bereits am 23.11.2026 mit der Beleg-Nr. 1 verkauft."_s);
+            invalid +
+                u"Diese Serien- Vertragsnummer wurde bereits am 23.11.2026 mit der Beleg-Nr. 1 verkauft."_s);
     screen.expect(till::Dialog::SNAngabe, [] {
         EXPECT_EQ((QStringList{u"S-2"_s, u"S-9"_s}), till::SerienNummernDialog::Free());
         QString text;
@@ -194,7 +202,10 @@ TEST_F(SpecialLines, ASerialNumberIsSoldOnce) {
 
 TEST_F(SpecialLines, AnArticleMayAskThreeTimesAlsoWhenItComesWithAnother) {
     shop.article(u"M"_s, u"Mix"_s, 2,
-                 {{u"PreisAngabe"_s, true}, {u"VolumenAngabe"_s, true}, {u"SNAngabe"_s, true}, {u"Einheit"_s, u"l"_s}});
+                 {{u"PreisAngabe"_s, true},
+                  {u"VolumenAngabe"_s, true},
+                  {u"SNAngabe"_s, true},
+                  {u"Einheit"_s, u"l"_s}});
     shop.insert(u"VerbundArtikel"_s,
                 {{u"SourceArtikelNummer"_s, u"1"_s}, {u"DestArtikelNummer"_s, u"M"_s}, {u"Anzahl"_s, 2}});
     screen.expect(till::Dialog::PreisAngabe, [] {
@@ -240,8 +251,8 @@ TEST_F(SpecialLines, TheDepositDialogTakesPiecesAndAmounts) {
     EXPECT_TRUE(rules::Confirm(input, u""_s, false));
     EXPECT_EQ(1, gPfandAngabe.Anzahl);
     input = u"10000"_s;
-    dialogs.expectMsgBox(u"Sind Sie sicher, dass Sie Leergut über 10000,00 € buchen möchten?"_s, MsgIcon::Question,
-                         MsgAnswer::No);
+    dialogs.expectMsgBox(u"Sind Sie sicher, dass Sie Leergut über 10000,00 € buchen möchten?"_s,
+                         MsgIcon::Question, MsgAnswer::No);
     EXPECT_FALSE(rules::Confirm(input, u"1"_s, true));
     EXPECT_EQ(u""_s, input);
     EXPECT_TRUE(rules::Confirm(input, u"1"_s, true));

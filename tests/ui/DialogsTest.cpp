@@ -1,4 +1,5 @@
 #include <session/Handle.h>
+#include <support/Keyboard.h>
 #include <support/ScriptedForms.h>
 #include <text/DetailedError.h>
 #include <ui/TouchDialogs.h>
@@ -121,6 +122,36 @@ TEST_F(TouchDialogsTest, AnInputIsTypedOrCancelled) {
     EXPECT_EQ(std::nullopt, InputBox(u"?"_s, u"Titel"_s));
     drive([](QDialog& d) { clickOn(d, u"cmdOK"_s); });
     EXPECT_EQ(QString(), InputBox(u"?"_s, u"Titel"_s));
+}
+
+TEST_F(TouchDialogsTest, ACodeIsScannedTypedOrTapped) {
+    Keyboard keys;
+    const auto ask = [] { return InputCode(u"Nummer?"_s, u"Gutscheinnummer"_s); };
+    for (const QString& end : {u"\r"_s, u"\t"_s}) {
+        drive([&](QDialog& d) { keys.scan(d, u"00000017"_s, end); });
+        EXPECT_EQ(u"00000017"_s, ask());
+    }
+    drive([&](QDialog& d) { keys.scan(d, u"17"_s); }); // too short for the guard to know it
+    EXPECT_EQ(u"17"_s, ask());
+    drive([](QDialog& d) {
+        typeText(d, u"9"_s);
+        for (const QString& key : {u"cmdClear"_s, u"cmdNumber1"_s, u"cmdNumber7"_s, u"cmdOK"_s})
+            clickOn(d, key);
+    });
+    EXPECT_EQ(u"17"_s, ask());
+    drive([&](QDialog& d) {
+        control<TouchKey>(d, u"cmdOK"_s).setFocus();
+        keys.scan(d, u"00000017"_s);
+        EXPECT_TRUE(d.isVisible()) << "the scan must not press the key";
+        pressKey(d, Qt::Key_Escape);
+    });
+    EXPECT_EQ(std::nullopt, ask());
+    drive([&](QDialog& d) {
+        keys.scan(d, u"00000017"_s);
+        EXPECT_TRUE(d.isVisible()) << "nobody asked for a code";
+        pressKey(d, Qt::Key_Return);
+    });
+    EXPECT_EQ(u"7"_s, InputBox(u"?"_s, u"Titel"_s, u"7"_s));
 }
 
 TEST_F(TouchDialogsTest, AFileDialogShowsTitleAndFilter) {

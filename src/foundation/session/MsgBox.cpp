@@ -44,6 +44,10 @@ std::optional<QString> InputBox(const QString& prompt, const QString& title, con
     return host(prompt).inputBox(prompt, title, preset);
 }
 
+std::optional<QString> InputCode(const QString& prompt, const QString& title) {
+    return host(prompt).inputCode(prompt, title);
+}
+
 std::optional<QString> ChooseFile(const FileRequest& request) {
     return host(request.title).chooseFile(request);
 }

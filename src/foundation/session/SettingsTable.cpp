@@ -72,6 +72,7 @@ std::vector<Setting> table() {
          .target = &gBonWartezeit,
          .fallback = u"30",
          .range = Range{0, 3600}},
+        {.section = drucker, .key = u"GutscheinBarcode", .kind = Truth, .target = &gGutscheinBarcode},
         {.section = drucker, .key = u"PdfOrdner", .kind = Folder, .reader = Elsewhere},
 
         {.section = global, .key = u"DBPath", .kind = Folder, .target = &gDBPath, .reader = Elsewhere},

@@ -2,7 +2,9 @@
 #include "ui_MessageDialog.h"
 
 #include <session/MessageDetails.h>
+#include <ui/DigitPad.h>
 #include <ui/IconSign.h>
+#include <ui/ScanGuard.h>
 #include <ui/ShowModal.h>
 #include <ui/Theme.h>
 #include <ui/TouchDialogs.h>
@@ -141,6 +143,16 @@ InputDialog::~InputDialog() = default;
 
 QString InputDialog::text() const { return m_ui->txtInput->text(); }
 
+void InputDialog::waitForCode() {
+    TakeScans(*m_ui->txtInput, ScanEnd::Enter);
+    auto* pad = new DigitPad(this);
+    pad->setKeys(DigitPad::Clear);
+    pad->setTarget(m_ui->txtInput);
+    const int edge = Theme::Current().keyHeight;
+    pad->setMinimumSize(edge * 4, edge * 4);
+    m_ui->layBody->insertWidget(m_ui->layBody->indexOf(m_ui->txtInput) + 1, pad);
+}
+
 TouchDialogHost::TouchDialogHost() {
     if (qApp == nullptr || qApp->findChild<QTranslator*>(u"german"_s) != nullptr) return;
     auto* german = new QTranslator(qApp);
@@ -165,6 +177,13 @@ MsgAnswer TouchDialogHost::msgBox(const QString& text, MsgButtons buttons, MsgIc
 std::optional<QString> TouchDialogHost::inputBox(const QString& prompt, const QString& title,
                                                  const QString& preset) {
     InputDialog dialog(prompt, title, preset, QApplication::activeWindow());
+    if (ShowModal(dialog) != QDialog::Accepted) return std::nullopt;
+    return dialog.text();
+}
+
+std::optional<QString> TouchDialogHost::inputCode(const QString& prompt, const QString& title) {
+    InputDialog dialog(prompt, title, {}, QApplication::activeWindow());
+    dialog.waitForCode();
     if (ShowModal(dialog) != QDialog::Accepted) return std::nullopt;
     return dialog.text();
 }

@@ -14,7 +14,7 @@ KasseBetragDialog::KasseBetragDialog(till::BetragDialog rules, QWidget* parent)
     , m_rules(rules)
     , m_ui(std::make_unique<Ui::KasseBetragDialog>()) {
     m_ui->setupUi(this);
-    setUpForm(m_ui->txtBetrag);
+    setUpForm(m_rules.record().Name.isEmpty() ? m_ui->txtName : static_cast<QWidget*>(m_ui->txtBetrag));
     const int edge = Theme::Current().keyHeight;
     m_ui->pad->setKeys(DigitPad::Decimal | DigitPad::Clear);
     m_ui->pad->setMinimumSize(edge * 4, edge * 4);
@@ -71,4 +71,9 @@ bool KasseBetragDialog::cancelled() {
 frmKasseEinlage::frmKasseEinlage(QWidget* parent)
     : KasseBetragDialog(till::BetragDialog(till::BetragDialog::KassenBuchung), parent) {
     setObjectName(u"frmKasseEinlage"_s);
+}
+
+frmKasseGutschein::frmKasseGutschein(QWidget* parent)
+    : KasseBetragDialog(till::BetragDialog(till::BetragDialog::Gutschein), parent) {
+    setObjectName(u"frmKasseGutschein"_s);
 }

@@ -34,3 +34,11 @@ class frmKasseEinlage : public KasseBetragDialog {
   public:
     explicit frmKasseEinlage(QWidget* parent = nullptr);
 };
+
+/// A voucher that is to be sold: gGutscheinAngabe.
+class frmKasseGutschein : public KasseBetragDialog {
+    Q_OBJECT
+
+  public:
+    explicit frmKasseGutschein(QWidget* parent = nullptr);
+};

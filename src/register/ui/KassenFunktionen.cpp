@@ -7,6 +7,7 @@
 #include <register/Parking.h>
 #include <register/Register.h>
 #include <register/SpecialLines.h>
+#include <register/Vouchers.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
@@ -47,6 +48,15 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(
         gKFKassenBestand, u"FileShowBestand"_s, [&till] { till.movements().ShowUmsatzAbfrage(); },
         u"Kassenbestand anzeigen"_s);
+    add(
+        gKFGutscheinErstellen, u"FileNewGutschein"_s, [&till] { till.vouchers().CreateGutschein(); },
+        u"Neuen Gutschein erstellen"_s);
+    add(
+        gKFGutscheinEinloesen, u"FileFromGutschein"_s, [&till] { till.vouchers().RedeemGutschein(); },
+        u"Gutschein einlösen"_s);
+    add(
+        gKFGutscheinAuszahlung, u"FileGutscheinAuszahlung"_s, [&till] { till.vouchers().PayoutGutschein(); },
+        u"Gutscheinbetrag Bar auszahlen"_s);
     add(
         gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
     add(

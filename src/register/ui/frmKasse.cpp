@@ -269,7 +269,10 @@ void frmKasse::showEvent(QShowEvent* event) {
     FocusInput();
     // Questions about an interrupted booking come when the cashier can see the lines.
     if (!std::exchange(m_resumed, true))
-        QTimer::singleShot(0, this, [this] { m_queue->run([this] { m_till.ResumeBooking(); }); });
+        QTimer::singleShot(0, this, [this] {
+            m_queue->run([this] { m_till.ResumeBooking(); });
+            activateWindow(); // a box may have come while the form before was still the active one
+        });
 }
 
 bool frmKasse::event(QEvent* event) {
@@ -291,6 +294,7 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::FreierArtikel, modal<frmKasseFreierArtikel>},
         {Dialog::ArtikelLieferanten, modal<frmKasseArtikelLieferanten>},
         {Dialog::KasseTotal, modal<frmKasseTotal>},
+        {Dialog::Gutschein, modal<frmKasseGutschein>},
         {Dialog::PrintDlg, modal<frmKassePrintDlg>},
         {Dialog::RechnungsVorlage, modal<frmRechnungsVorlage>},
         {Dialog::KundenSuche, modal<frmKasseKundenSuche>},

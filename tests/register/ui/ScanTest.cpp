@@ -1,4 +1,5 @@
 #include "Kasse.h"
+#include "KasseBetragDialog.h"
 #include "KasseNumberDialogs.h"
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
@@ -87,6 +88,7 @@ TEST_F(Scans, NoBurstGetsThroughAnyDialog) {
     add(new frmKasseWechselGeld);
     add(new frmKasseFreierArtikel);
     add(new frmKasseArtikelLieferanten);
+    add(new frmKasseGutschein);
     add(new frmKasseKundenSuche);
     add(new frmKasseTotal);
     add(new frmKassePrintDlg); // without a till behind it, it has nobody to hand a scan to

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 class PageDocument;
 
@@ -86,6 +87,15 @@ class VSPrinter {
     /// made smaller when it would cross the right or lower margin, or the edge when it begins beyond. The
     /// cursor stays.
     void DrawPicture(const QImage& picture, int x, int y);
+
+    /// A dark bar of a barcode, in twips from the left end of the whole.
+    struct Bar {
+        double begin = 0, width = 0;
+    };
+    /// The bars of a barcode side by side, `width` wide in all and `height` high, at the cursor and aligned
+    /// as a line of text is; goes to below them and back to the left margin. Their proportions are never
+    /// changed: where the room between the margins is too narrow, nothing is put and the answer is false.
+    bool Bars(const std::vector<Bar>& bars, double width, double height);
 
     /// What AddTable adds between these two is one table: its last header is repeated on every page that it
     /// reaches, unless it takes more than half of one. Outside, each AddTable is a table.

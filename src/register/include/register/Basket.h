@@ -94,6 +94,8 @@ class Basket : public QAbstractTableModel {
     [[nodiscard]] Recordset& rsBestellung();
     [[nodiscard]] bool isEmpty() const { return m_rows.empty(); }
     [[nodiscard]] int ID(int row) const { return m_rows.at(size_t(row)).ID; } ///< of its row in Bestellung
+    /// Whether a line of this article number is shown.
+    [[nodiscard]] bool Holds(QStringView ArtikelNummer) const;
     [[nodiscard]] int rowOf(int ID) const; ///< -1 when it is not in the list
     [[nodiscard]] int lastID() const { return m_rows.empty() ? 0 : m_rows.back().ID; } ///< of the last line
     [[nodiscard]] int selected() const { return m_selected; } ///< -1 when the list is empty

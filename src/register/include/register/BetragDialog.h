@@ -13,6 +13,7 @@ class BetragDialog {
   public:
     enum Kind {
         KassenBuchung, ///< frmKasseEinlage: gKassenBuchung
+        Gutschein,     ///< frmKasseGutschein: gGutscheinAngabe
     };
     enum class Field { None, WarenGruppe, Name, Betrag, SteuerSatz };
 
@@ -33,6 +34,9 @@ class BetragDialog {
     void Cancel() const;
 
   private:
+    struct Texts;
+    [[nodiscard]] const Texts& texts() const;
+
     Kind m_kind;
 };
 

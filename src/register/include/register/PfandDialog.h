@@ -12,8 +12,8 @@ namespace till::PfandDialog {
 [[nodiscard]] QChar AcceptKey(QChar key);
 /// A "*" in txtInput moves the number before it to txtAnzahl. False when there is none.
 bool MoveFactor(QString& input, QString& anzahl);
-/// cmdEnter and cmdRetour: fills the record, with a negative amount for what comes back. False when the dialog stays
-/// open with what is then in `input`. Raises 13 for a text that is no amount.
+/// cmdEnter and cmdRetour: fills the record, with a negative amount for what comes back. False when the
+/// dialog stays open with what is then in `input`. Raises 13 for a text that is no amount.
 [[nodiscard]] bool Confirm(QString& input, const QString& anzahl, bool comesBack);
 void Cancel();
 

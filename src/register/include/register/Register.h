@@ -20,6 +20,7 @@ class Parking;
 class Sale;
 class SpecialLines;
 class Undo;
+class Vouchers;
 
 /// What became of the wish to leave the register.
 enum class Unload {
@@ -104,6 +105,8 @@ class Register : public QObject {
     /// The functions of the card terminal; nothing is booked for them.
     void TerminalFunction(TerminalAct act);
 
+    [[nodiscard]] Vouchers& vouchers() { return *m_vouchers; }
+
     void PrintLast(); ///< the receipt of the last sale once more
 
     [[nodiscard]] SpecialLines& special() { return *m_special; }
@@ -152,6 +155,7 @@ class Register : public QObject {
     std::unique_ptr<CashMovements> m_movements;
     std::unique_ptr<Parking> m_parking;
     std::unique_ptr<CustomerAccount> m_account;
+    std::unique_ptr<Vouchers> m_vouchers;
     ArticleKeys m_keys;
     QStringList m_karten;
 };

@@ -19,6 +19,7 @@ enum class Dialog {
     FreierArtikel,      ///< gFreierArtikel
     ArtikelLieferanten, ///< gBestellNummerWahl
     KasseTotal,         ///< gZahlung
+    Gutschein,          ///< gGutscheinAngabe
     PrintDlg,           ///< sets gPrintMode to 0, 1 or 2
     RechnungsVorlage,   ///< gVorlagenAuswahl
     KundenSuche,        ///< gKunde, Ergebnis 1 when one was chosen

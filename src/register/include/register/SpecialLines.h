@@ -12,9 +12,9 @@ class SpecialLines {
         : m_sale(sale)
         , m_entry(entry) {}
 
-    void cmdPfand_Click();   ///< a deposit, or one that comes back
-    void BookGutschrift();   ///< a credit note; needs R_Rabatt
-    void EditLangText();     ///< of the selected line
+    void cmdPfand_Click(); ///< a deposit, or one that comes back
+    void BookGutschrift(); ///< a credit note; needs R_Rabatt
+    void EditLangText();   ///< of the selected line
 
   private:
     Sale& m_sale;

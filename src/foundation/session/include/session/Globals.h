@@ -25,8 +25,9 @@ inline QString gBonDrucker, gFormularDrucker, gKassenabschlussDrucker;
 inline int gDruckerKopies = 0, gDruckerDefault = 0;
 inline bool gAskSchlussText = false, gPrintSpecialBon = false, gPrintSteuerNull = false,
             gPrintZusatzInfo = false, gPrintBruttoToFormular = false;
-inline double gBonWartezeit = 0; ///< seconds for which a receipt printer that pauses is waited for
-inline int gPrintMode = 0;       ///< 0 none, 1 receipt, 2 form, 3 ask
+inline bool gGutscheinBarcode = false; ///< vouchers are printed with their number as a barcode
+inline double gBonWartezeit = 0;       ///< seconds for which a receipt printer that pauses is waited for
+inline int gPrintMode = 0;             ///< 0 none, 1 receipt, 2 form, 3 ask
 
 // Till
 inline bool gAHVerkaufAktiv = false, gAbfrageLoginProOrder = false, gShowKundenKFZInfo = false,

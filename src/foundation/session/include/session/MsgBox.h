@@ -26,6 +26,10 @@ class DialogHost {
                              MsgAnswer preset) = 0;
     virtual std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                             const QString& preset) = 0;
+    /// A host that knows no scanner asks as inputBox does.
+    virtual std::optional<QString> inputCode(const QString& prompt, const QString& title) {
+        return inputBox(prompt, title, {});
+    }
     virtual std::optional<QString> chooseFile(const FileRequest& request) = 0;
 };
 
@@ -44,4 +48,7 @@ MsgAnswer MsgBox(const QString& text, MsgIcon icon = MsgIcon::Information,
 bool AskYesNo(const QString& text, const QString& title = QString::fromUtf16(SystemTitle));
 /// std::nullopt when cancelled.
 std::optional<QString> InputBox(const QString& prompt, const QString& title, const QString& preset = {});
+/// The same for a number or code that may be scanned as well as typed: the end of a scan presses OK. In every
+/// other box a scan is refused.
+std::optional<QString> InputCode(const QString& prompt, const QString& title);
 std::optional<QString> ChooseFile(const FileRequest& request);

@@ -55,6 +55,12 @@ struct LangTextAngabe {
 };
 inline LangTextAngabe gLangTextAngabe;
 
+/// A voucher that is to be sold.
+struct GutscheinAngabe : BetragAngabe {
+    bool IsNeu = false;
+};
+inline GutscheinAngabe gGutscheinAngabe;
+
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
 struct BestellNummerWahl {

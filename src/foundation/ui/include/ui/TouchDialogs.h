@@ -43,6 +43,8 @@ class InputDialog : public QDialog {
                 QWidget* parent = nullptr);
     ~InputDialog() override;
     [[nodiscard]] QString text() const;
+    /// A code may be scanned into the box, and there are keys for the digits of one.
+    void waitForCode();
 
   private:
     std::unique_ptr<Ui::InputDialog> m_ui;
@@ -57,6 +59,7 @@ class TouchDialogHost : public DialogHost {
                      MsgAnswer preset) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                     const QString& preset) override;
+    std::optional<QString> inputCode(const QString& prompt, const QString& title) override;
     std::optional<QString> chooseFile(const FileRequest& request) override;
 };
 
