@@ -1,5 +1,6 @@
 #include "Checkout.h"
 
+#include "Advice.h"
 #include "Booking.h"
 #include "Sale.h"
 
@@ -12,7 +13,6 @@
 #include <session/gZahlung.h>
 #include <store/Trouble.h>
 #include <text/Convert.h>
-#include <text/DetailedError.h>
 #include <text/Format.h>
 
 #include <exception>
@@ -20,23 +20,6 @@
 using namespace Qt::StringLiterals;
 
 namespace till {
-
-namespace {
-
-/// Adds to what an error tells what the cashier should know about the sale.
-template <typename Act, typename Advice>
-void withAdvice(Act&& act, Advice&& advice) {
-    try {
-        act();
-    } catch (const RuntimeError& error) {
-        const QString more = advice();
-        if (more.isEmpty()) throw;
-        throw DetailedError(error.Number, error.Description + u"\n\n"_s + more, DetailsOf(error),
-                            error.Source);
-    }
-}
-
-} // namespace
 
 bool Checkout::Begin() {
     if (m_sale.isBooking || !m_sale.Settle()) return false;

@@ -12,6 +12,7 @@
 #include <register/IncompleteReceipts.h>
 #include <register/Parking.h>
 #include <register/Register.h>
+#include <register/Returns.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -36,6 +37,7 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_undo(std::make_unique<Undo>(*m_sale))
     , m_movements(std::make_unique<CashMovements>(*m_sale))
     , m_parking(std::make_unique<Parking>(*m_sale))
+    , m_returns(std::make_unique<Returns>(*m_sale))
     , m_account(std::make_unique<CustomerAccount>(*m_sale)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);

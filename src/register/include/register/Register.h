@@ -17,6 +17,7 @@ class CashMovements;
 class CustomerAccount;
 class Entry;
 class Parking;
+class Returns;
 class Sale;
 class Undo;
 
@@ -107,6 +108,7 @@ class Register : public QObject {
 
     [[nodiscard]] CashMovements& movements() { return *m_movements; }
     [[nodiscard]] Parking& parking() { return *m_parking; }
+    [[nodiscard]] Returns& returns() { return *m_returns; }
     [[nodiscard]] CustomerAccount& account() { return *m_account; }
 
     // Drawer and display
@@ -148,6 +150,7 @@ class Register : public QObject {
     std::unique_ptr<Undo> m_undo;
     std::unique_ptr<CashMovements> m_movements;
     std::unique_ptr<Parking> m_parking;
+    std::unique_ptr<Returns> m_returns;
     std::unique_ptr<CustomerAccount> m_account;
     ArticleKeys m_keys;
     QStringList m_karten;
