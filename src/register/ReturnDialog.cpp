@@ -86,8 +86,8 @@ bool ReturnDialog::Search(const QString& RechnungID) {
                                        sql::number(number) + u" ORDER BY ArtikelNummer ASC;"_s);
     for (; !rs->Eof(); rs->MoveNext())
         m_positions.push_back(read(*rs));
-    m_heading = m_positions.empty() ? u"Zu Beleg %1 ist nichts gebucht."_s.arg(number)
-                                    : u"Beleg %1"_s.arg(number);
+    m_heading =
+        m_positions.empty() ? u"Zu Beleg %1 ist nichts gebucht."_s.arg(number) : u"Beleg %1"_s.arg(number);
     return true;
 }
 
@@ -234,7 +234,8 @@ QString ReturnDialog::whatIsWritten() const {
     if (!p.current.isEmpty())
         told << u"\"%1\" ist angefangen: Beleg, Bestand und Seriennummer müssen geprüft werden."_s.arg(
             p.current);
-    told << u"Die Kassenlade wurde nicht geöffnet. Buchen Sie die Rückgabe nicht noch einmal, bevor das geprüft ist."_s;
+    told
+        << u"Die Kassenlade wurde nicht geöffnet. Buchen Sie die Rückgabe nicht noch einmal, bevor das geprüft ist."_s;
     return told.join(u' ');
 }
 

@@ -60,17 +60,16 @@ class Returns : public Till {
                              MsgAnswer::Yes);
     }
     void expectQuantity(const QString& article, const QString& typed) {
-        dialogs.expectInput(u"Geben Sie die Anzahl der Rückgabe für den Artikel: %1 ein."_s.arg(article), typed,
-                            u"Warenrückgabe..."_s);
+        dialogs.expectInput(u"Geben Sie die Anzahl der Rückgabe für den Artikel: %1 ein."_s.arg(article),
+                            typed, u"Warenrückgabe..."_s);
     }
     QStringList documents() {
-        return shop.rows(u"SELECT Maschine, PersonalNummer, KundenNummer, Kunde, Betrag_Gesamt, "
-                         "Betrag_Gegeben, Betrag_Zurueck, Abschluss FROM Rechnung WHERE ZahlArt='RUECKGABE'"_s);
+        return shop.rows(
+            u"SELECT Maschine, PersonalNummer, KundenNummer, Kunde, Betrag_Gesamt, "
+            "Betrag_Gegeben, Betrag_Zurueck, Abschluss FROM Rechnung WHERE ZahlArt='RUECKGABE'"_s);
     }
     QStringList stock() { return shop.rows(u"SELECT IstBestand FROM Artikel ORDER BY Nummer"_s); }
-    QStringList serials() {
-        return shop.rows(u"SELECT RechnungID, VKDatum FROM ArtikelSerienNummern"_s);
-    }
+    QStringList serials() { return shop.rows(u"SELECT RechnungID, VKDatum FROM ArtikelSerienNummern"_s); }
     const QStringList untouched{u"10"_s, u"10"_s, u"10"_s};
     int sold = 0;
 };

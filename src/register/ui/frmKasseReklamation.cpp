@@ -5,6 +5,7 @@
 #include <register/Prices.h>
 #include <session/Globals.h>
 #include <text/Convert.h>
+#include <ui/RecordList.h>
 #include <ui/RowsModel.h>
 #include <ui/ScanGuard.h>
 #include <ui/Theme.h>
@@ -21,7 +22,8 @@ class Positions : public RowsModel {
     Positions(till::ReturnDialog& rules, QObject* parent)
         : RowsModel(
               {{u"Zurück"_s, Qt::AlignLeft, [](int) { return QString(); }},
-               {u"Artikelnummer"_s, Qt::AlignLeft, [&rules](int row) { return at(rules, row).ArtikelNummer; }},
+               {u"Artikelnummer"_s, Qt::AlignLeft,
+                [&rules](int row) { return at(rules, row).ArtikelNummer; }},
                {u"Artikel"_s, Qt::AlignLeft, [&rules](int row) { return at(rules, row).ArtikelName; }},
                {u"Seriennummer"_s, Qt::AlignLeft, [&rules](int row) { return at(rules, row).SNNummer; }},
                {u"Anzahl"_s, Qt::AlignRight,
@@ -35,6 +37,13 @@ class Positions : public RowsModel {
         if (index.isValid() && index.column() == 0 && role == Qt::CheckStateRole)
             return at(m_rules, index.row()).ticked ? Qt::Checked : Qt::Unchecked;
         return RowsModel::data(index, role);
+    }
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        static const QStringList samples{
+            u""_s,           u"2001040000128"_s, u"Vollkornbrot aus Dinkel 750 g"_s,
+            u"SN-0000000"_s, u"-100,5"_s,        u"1.000,00"_s};
+        if (role == RecordList::SampleRole) return samples.value(section);
+        return RowsModel::headerData(section, orientation, role);
     }
 
   private:

@@ -30,7 +30,8 @@ TEST_F(Kasse, TakesGoodsBackByTheSpaceBarAndByATap) {
     });
     dialogs.expectMsgBox(u"Möchten Sie die markierten Artikel jetzt zurück buchen?"_s, MsgIcon::Question,
                          MsgAnswer::Yes);
-    dialogs.expectInput(u"Geben Sie die Anzahl der Rückgabe für den Artikel: Dinkelbrot 750 g ein."_s, u"1"_s);
+    dialogs.expectInput(u"Geben Sie die Anzahl der Rückgabe für den Artikel: Dinkelbrot 750 g ein."_s,
+                        u"1"_s);
     dialogs.expectMsgBox(u"Möchten Sie eine Barauszahlung aus dem Kassenbestand vornehmen?"_s,
                          MsgIcon::Question, MsgAnswer::Yes);
     dialogs.expectMsgBox(u"Der Artikel wurde zurück gebucht...*"_s);
