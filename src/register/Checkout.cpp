@@ -82,7 +82,7 @@ int Checkout::Book() {
 void Checkout::RemoveLines() {
     WithAdvice(
         [this] { m_sale.RemoveBooked(); },
-        [this](const RuntimeError&) {
+        [this] {
             return u"Der Verkauf ist unter der Belegnummer %1 gebucht. Seine Zeilen verschwinden mit der "
                    "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
                        .arg(m_sale.Rechnung());
@@ -138,7 +138,7 @@ void Checkout::CreateRechnung(int& RechnungID) {
         }
         RechnungID = booking.mark().RechnungID;
     };
-    const auto advice = [&](const RuntimeError&) -> QString {
+    const auto advice = [&]() -> QString {
         if (!booking.hasHead()) return {};
         const QString stands = u"Unter der Belegnummer %1 sind %2 von %3 Zeilen fertig gebucht. "_s
                                    .arg(booking.mark().RechnungID)

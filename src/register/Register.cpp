@@ -14,6 +14,7 @@
 #include <register/Register.h>
 #include <register/SpecialLines.h>
 #include <register/Vouchers.h>
+#include <register/Returns.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -39,6 +40,7 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_special(std::make_unique<SpecialLines>(*m_sale, *m_entry))
     , m_movements(std::make_unique<CashMovements>(*m_sale))
     , m_parking(std::make_unique<Parking>(*m_sale))
+    , m_returns(std::make_unique<Returns>(*m_sale))
     , m_account(std::make_unique<CustomerAccount>(*m_sale))
     , m_vouchers(std::make_unique<Vouchers>(*m_sale, *m_entry)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);

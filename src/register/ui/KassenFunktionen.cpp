@@ -8,6 +8,7 @@
 #include <register/Register.h>
 #include <register/SpecialLines.h>
 #include <register/Vouchers.h>
+#include <register/Returns.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
@@ -64,6 +65,9 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(
         true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
         u"Unvollständige Belege"_s);
+    add(
+        gKFWarenrueckgabe, u"FileReklamation"_s, [&till] { till.returns().ShowReklamation(); },
+        u"Warenrückgabe / Reklamation"_s);
     commands.add({.key = u"FileUndo"_s,
                   .caption = till.UndoCaption(),
                   .act = [&till] { till.TakeBack(); },

@@ -11,11 +11,13 @@
 #include "frmKasseLangText.h"
 #include "frmKassePfand.h"
 #include "frmKasseSNAngabe.h"
+#include "frmKasseReklamation.h"
 #include "frmKasseTotal.h"
 #include "ui_frmKasse.h"
 
 #include <printing/ui/frmKassePrintDlg.h>
 #include <printing/ui/frmRechnungsVorlage.h>
+#include <register/Returns.h>
 #include <register/gMaschine.h>
 #include <register/ui/frmKasse.h>
 #include <session/CSystem.h>
@@ -299,6 +301,11 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::RechnungsVorlage, modal<frmRechnungsVorlage>},
         {Dialog::KundenSuche, modal<frmKasseKundenSuche>},
         {Dialog::KassenBuchung, modal<frmKasseEinlage>},
+        {Dialog::Reklamation,
+         [](frmKasse& kasse) {
+             frmKasseReklamation dialog(kasse.m_till.returns().NewDialog(), &kasse);
+             ShowModal(dialog);
+         }},
         {Dialog::DesktopLogin,
          [](frmKasse& kasse) {
              if (kasse.m_showDesktopLogin) kasse.m_showDesktopLogin();

@@ -17,6 +17,7 @@ class CashMovements;
 class CustomerAccount;
 class Entry;
 class Parking;
+class Returns;
 class Sale;
 class SpecialLines;
 class Undo;
@@ -112,6 +113,7 @@ class Register : public QObject {
     [[nodiscard]] SpecialLines& special() { return *m_special; }
     [[nodiscard]] CashMovements& movements() { return *m_movements; }
     [[nodiscard]] Parking& parking() { return *m_parking; }
+    [[nodiscard]] Returns& returns() { return *m_returns; }
     [[nodiscard]] CustomerAccount& account() { return *m_account; }
 
     // Drawer and display
@@ -154,6 +156,7 @@ class Register : public QObject {
     std::unique_ptr<SpecialLines> m_special;
     std::unique_ptr<CashMovements> m_movements;
     std::unique_ptr<Parking> m_parking;
+    std::unique_ptr<Returns> m_returns;
     std::unique_ptr<CustomerAccount> m_account;
     std::unique_ptr<Vouchers> m_vouchers;
     ArticleKeys m_keys;

@@ -24,6 +24,7 @@ enum class Dialog {
     RechnungsVorlage,   ///< gVorlagenAuswahl
     KundenSuche,        ///< gKunde, Ergebnis 1 when one was chosen
     KassenBuchung,      ///< gKassenBuchung
+    Reklamation,        ///< Register::returns().NewDialog()
     DesktopLogin,       ///< gKassenUser
     KartenMenu,         ///< the menu of the cards; a choice there calls Register::PayByKarte
 };
