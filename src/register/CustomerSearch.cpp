@@ -16,20 +16,8 @@ namespace {
 
 const QString active = u"SELECT * FROM Kunden WHERE Gesperrt=0"_s;
 
-/// A pair of apostrophes stands for one: with every lone one doubled, any text can be looked for as it is.
-QString doubled(const QString& text) {
-    QString result;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        result += text[i];
-        if (text[i] != u'\'') continue;
-        if (i + 1 < text.size() && text[i + 1] == u'\'') ++i;
-        result += u'\'';
-    }
-    return result;
-}
-
 /// Inside a pattern; a bracket is a sign like any other there.
-QString pattern(const QString& text) { return doubled(text).replace(u'[', u"[[]"_s); }
+QString pattern(const QString& text) { return sql::doubled(text).replace(u'[', u"[[]"_s); }
 
 /// `column` holds the text. Whoever types digits means a number as well, whichever column is chosen.
 QString where(const QString& column, const QString& text) {
@@ -60,7 +48,7 @@ QString FindNumber(const QString& number) {
     if (number.isEmpty()) return {};
     const auto rs =
         gDB->OpenRecordset(active + u" AND Left(KundenNummer,%1)=%2 ORDER BY KundenNummer ASC;"_s.arg(
-                                        sql::number(int(number.size())), sql::text(doubled(number))));
+                                        sql::number(int(number.size())), sql::text(sql::doubled(number))));
     return rs->Eof() ? QString() : u"ID"_s + rs->Text(u"KundenID");
 }
 

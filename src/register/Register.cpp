@@ -7,6 +7,7 @@
 #include "Undo.h"
 
 #include <devices/CashDrawer.h>
+#include <register/ArticleSearch.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Register.h>
 #include <register/gMaschine.h>
@@ -114,6 +115,7 @@ void Register::cmdPlus_Click() {
     if (!Trap([this] { m_entry->AddQuantity(1); })) m_entry->TellLeft();
 }
 void Register::cmdEnter_Click() { m_entry->Enter(); }
+void Register::cmdSearch_Click() { ArticleSearch(*m_sale, *m_entry).cmdSearch_Click(); }
 void Register::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {
     m_entry->BookVerbundArtikel(ArtikelNummer, Menge);
 }

@@ -5,6 +5,7 @@
 #include "KassenMenus.h"
 #include "SumPanel.h"
 #include "frmKasseArtikelLieferanten.h"
+#include "frmKasseArtikelSuche.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseTotal.h"
@@ -277,6 +278,7 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::Rabatt, modal<frmKasseRabatt>},
         {Dialog::FreierPreis, modal<frmKasseFreierPreis>},
         {Dialog::FreierArtikel, modal<frmKasseFreierArtikel>},
+        {Dialog::ArtikelSuche, modal<frmKasseArtikelSuche>},
         {Dialog::ArtikelLieferanten, modal<frmKasseArtikelLieferanten>},
         {Dialog::KasseTotal, modal<frmKasseTotal>},
         {Dialog::PrintDlg, modal<frmKassePrintDlg>},

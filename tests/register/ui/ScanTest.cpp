@@ -2,6 +2,7 @@
 #include "KasseNumberDialogs.h"
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
+#include "frmKasseArtikelSuche.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseTotal.h"
 
@@ -87,6 +88,7 @@ TEST_F(Scans, NoBurstGetsThroughAnyDialog) {
     add(new frmKasseWechselGeld);
     add(new frmKasseFreierArtikel);
     add(new frmKasseArtikelLieferanten);
+    add(new frmKasseArtikelSuche);
     add(new frmKasseKundenSuche);
     add(new frmKasseTotal);
     add(new frmKassePrintDlg); // without a till behind it, it has nobody to hand a scan to
