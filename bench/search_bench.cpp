@@ -1,5 +1,4 @@
 #include "Till.h"
-
 #include "frmKasseArtikelSuche.h"
 
 #include <session/gArtikel.h>
@@ -69,8 +68,9 @@ int main(int argc, char** argv) {
     const QApplication app(argc, argv);
     const QTemporaryDir place;
     openShop(place.path() + QDir::separator(), place.filePath(u"Merivane.mdb"_s));
-    gDB->Execute(u"UPDATE Artikel SET Name='Dinkelvollkornbrot Sorte ' & (3900000 - CLng(Nummer)), "
-                 "LangText='Aus eigener Ernte, ohne Zusätze gebacken ' & Nummer, Zusatz1='Größe ' & Right(Nummer, 2)"_s);
+    gDB->Execute(
+        u"UPDATE Artikel SET Name='Dinkelvollkornbrot Sorte ' & (3900000 - CLng(Nummer)), "
+        "LangText='Aus eigener Ernte, ohne Zusätze gebacken ' & Nummer, Zusatz1='Größe ' & Right(Nummer, 2)"_s);
     gDB->Execute(u"UPDATE Artikel SET Name='Quittengelee' WHERE Nummer='2077123'"_s);
     Theme::Apply();
 
@@ -102,9 +102,9 @@ int main(int argc, char** argv) {
         stood = true;
         painted.painted = false; // the next frame counts
     });
-    for (const auto& [name, text] : {std::pair{"search_frequent_p95_ms", u"brot"_s},
-                                     std::pair{"search_rare_p95_ms", u"quitten"_s},
-                                     std::pair{"search_missing_p95_ms", u"zzz"_s}}) {
+    for (const auto& [name, text] :
+         {std::pair{"search_frequent_p95_ms", u"brot"_s}, std::pair{"search_rare_p95_ms", u"quitten"_s},
+          std::pair{"search_missing_p95_ms", u"zzz"_s}}) {
         std::vector<double> times;
         const QStringList wanted = statement(text);
         for (int round = 0; round < rounds; ++round) {

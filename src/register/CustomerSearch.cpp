@@ -46,9 +46,12 @@ sql::Query Find(By by, const QString& text) {
 
 QString FindNumber(const QString& number) {
     if (number.isEmpty()) return {};
-    const auto rs =
-        gDB->OpenRecordset(active + u" AND Left(KundenNummer,%1)=%2 ORDER BY KundenNummer ASC;"_s.arg(
-                                        sql::number(int(number.size())), sql::text(sql::doubled(number))));
+    // A pattern with a fixed beginning is looked for in the index; every sign of a number means itself.
+    QString wanted;
+    for (const QChar c : sql::doubled(number))
+        wanted += u"*?#["_s.contains(c) ? u'[' + QString(c) + u']' : QString(c);
+    const auto rs = gDB->OpenRecordset(active + u" AND KundenNummer LIKE "_s + sql::startingWith(wanted) +
+                                       u" ORDER BY KundenNummer ASC;"_s);
     return rs->Eof() ? QString() : u"ID"_s + rs->Text(u"KundenID");
 }
 

@@ -18,7 +18,8 @@ bool NewArticle::isAsked() const {
 }
 
 bool NewArticle::Make(const QString& Nummer, Recordset& rsArtikel) {
-    if (!AskYesNo(u"Der von Ihnen gesuchte Artikel konnte nicht gefunden werden. Möchten Sie diesen jetzt anlegen?"_s))
+    if (!AskYesNo(
+            u"Der von Ihnen gesuchte Artikel konnte nicht gefunden werden. Möchten Sie diesen jetzt anlegen?"_s))
         return false;
     if (!gKassenUser.R_Artikel) {
         MsgBox(u"Sie haben nicht die nötigen Rechte um diese Aktion auszuführen"_s, MsgIcon::Critical);

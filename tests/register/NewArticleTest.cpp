@@ -29,7 +29,9 @@ TEST_F(NewArticle, IsMadeAndSoldAtOnce) {
     screen.expect(till::Dialog::ArtikelDetail, [] {
         EXPECT_TRUE(gArtikel.IsNeu && gArtikel.Aktiv && gArtikel.LagerAktiv);
         EXPECT_EQ(u"4711"_s, gArtikel.Nummer);
-        EXPECT_EQ(u"19|Stück|1"_s, u"%1|%2|%3"_s.arg(gArtikel.SteuerSatz.toDouble()).arg(gArtikel.Einheit).arg(gArtikel.Menge));
+        EXPECT_EQ(
+            u"19|Stück|1"_s,
+            u"%1|%2|%3"_s.arg(gArtikel.SteuerSatz.toDouble()).arg(gArtikel.Einheit).arg(gArtikel.Menge));
         EXPECT_FALSE(gArtikel.Rabatt || gArtikel.PreisAngabe || gArtikel.VolumenAngabe || gArtikel.SNAngabe);
         gArtikel.Name = u"Kerze"_s;
         gArtikel.VKPreis = Currency::fromDouble(2.5);
@@ -74,7 +76,8 @@ TEST_F(NewArticle, NoIsNoAndTheRightCounts) {
     nothingSold();
     gKassenUser.R_Artikel = false;
     ask(MsgAnswer::Yes);
-    dialogs.expectMsgBox(u"Sie haben nicht die nötigen Rechte um diese Aktion auszuführen"_s, MsgIcon::Critical);
+    dialogs.expectMsgBox(u"Sie haben nicht die nötigen Rechte um diese Aktion auszuführen"_s,
+                         MsgIcon::Critical);
     scan(u"4711"_s);
     nothingSold();
 }

@@ -29,12 +29,13 @@ class TypedSearchTest : public testing::Test {
     }
     ~TypedSearchTest() override { list->setModel(nullptr); }
     void open() {
-        search = new TypedSearch({u"Artikel"_s, u"Nummer"_s, {u"Nummer"_s, u"Name"_s, u"LangText"_s}, u"Name ASC"_s},
-                                 [](const QString& typed) -> std::vector<TextCondition> {
-                                     const QString t = sql::spoken(typed);
-                                     return {{0, t + u'*'}, {1, u'*' + t + u'*'}, {2, u'*' + t + u'*'}};
-                                 },
-                                 *box, *list, hits, *told);
+        search = new TypedSearch(
+            {u"Artikel"_s, u"Nummer"_s, {u"Nummer"_s, u"Name"_s, u"LangText"_s}, u"Name ASC"_s},
+            [](const QString& typed) -> std::vector<TextCondition> {
+                const QString t = sql::spoken(typed);
+                return {{0, t + u'*'}, {1, u'*' + t + u'*'}, {2, u'*' + t + u'*'}};
+            },
+            *box, *list, hits, *told);
         showForm(form);
         box->setFocus();
     }
@@ -50,8 +51,9 @@ class TypedSearchTest : public testing::Test {
     /// What the statement itself finds.
     QStringList statement(const QString& t) {
         const QString w = sql::doubled(t);
-        return shop.rows(u"SELECT Nummer FROM Artikel WHERE Nummer LIKE '%1*' OR Name LIKE '*%1*' OR LangText LIKE "
-                         "'*%1*' ORDER BY Name ASC;"_s.arg(w));
+        return shop.rows(
+            u"SELECT Nummer FROM Artikel WHERE Nummer LIKE '%1*' OR Name LIKE '*%1*' OR LangText LIKE "
+            "'*%1*' ORDER BY Name ASC;"_s.arg(w));
     }
 
     TempShop shop;
@@ -59,23 +61,26 @@ class TypedSearchTest : public testing::Test {
     QLineEdit* box = new QLineEdit;
     ListView* list = new ListView;
     QLabel* told = new QLabel;
-    RecordList hits{{u"ID_"_s, u"Nummer"_s}, {{u"Nummer"_s, u"Nummer"_s, u"1234"_s}, {u"Name"_s, u"Name"_s, u"Name"_s}}};
+    RecordList hits{{u"ID_"_s, u"Nummer"_s},
+                    {{u"Nummer"_s, u"Nummer"_s, u"1234"_s}, {u"Name"_s, u"Name"_s, u"Name"_s}}};
     TypedSearch* search = nullptr;
 };
 
 TEST_F(TypedSearchTest, FindsWhatTheStatementFinds) {
     int number = 100;
     for (const QString& name :
-         {u"Straße"_s, u"Strasse nach Aßlar"_s, u"Ärmel"_s, u"ÄRMEL lang"_s, u"Apfel 50%"_s, u"O'Neill"_s, u"[Kiste]"_s,
-          u"Mass 5"_s, u"Maß 7"_s, u"a*b"_s, u""_s, u"Müsli\nKnusper"_s, u"𝄞 Noten"_s})
-        shop.article(QString::number(number++), name, 1, {{u"LangText"_s, number % 2 ? Value() : Value(u"lang "_s + name)}});
+         {u"Straße"_s, u"Strasse nach Aßlar"_s, u"Ärmel"_s, u"ÄRMEL lang"_s, u"Apfel 50%"_s, u"O'Neill"_s,
+          u"[Kiste]"_s, u"Mass 5"_s, u"Maß 7"_s, u"a*b"_s, u""_s, u"Müsli\nKnusper"_s, u"𝄞 Noten"_s})
+        shop.article(QString::number(number++), name, 1,
+                     {{u"LangText"_s, number % 2 ? Value() : Value(u"lang "_s + name)}});
     shop.article(u"A'7"_s, u"Mit Hochkomma in der Nummer"_s, 1);
     shop.db().Execute(u"UPDATE Artikel SET Name=Null WHERE Nummer='110'"_s);
     open();
     for (const QString& text :
-         {u""_s, u"s"_s, u"ss"_s, u"ß"_s, u"sse"_s, u"ASS"_s, u"ä"_s, u"11"_s, u"0"_s, u"'"_s, u"''"_s, u"a'"_s, u"*"_s,
-          u"?"_s, u"a*b"_s, u"ma[sß]"_s, u"#"_s, u"[[]"_s, u"[!a-z]5"_s, u"str?ss"_s, u"sli\nk"_s, u"𝄞"_s, u"nichts da"_s,
-          u"%"_s, u"_"_s}) {
+         {u""_s,    u"s"_s,         u"ss"_s, u"ß"_s,   u"sse"_s,     u"ASS"_s,    u"ä"_s,
+          u"11"_s,  u"0"_s,         u"'"_s,  u"''"_s,  u"a'"_s,      u"*"_s,      u"?"_s,
+          u"a*b"_s, u"ma[sß]"_s,    u"#"_s,  u"[[]"_s, u"[!a-z]5"_s, u"str?ss"_s, u"sli\nk"_s,
+          u"𝄞"_s,   u"nichts da"_s, u"%"_s,  u"_"_s}) {
         box->setText(text);
         search->start();
         ASSERT_TRUE(done()) << text.toStdString();
@@ -88,8 +93,12 @@ TEST_F(TypedSearchTest, FindsWhatTheStatementFinds) {
 }
 
 TEST_F(TypedSearchTest, TheNewestTextWinsAndNothingOlderIsChosen) {
+    shop.db().BeginTrans();
     for (int i = 0; i < 3000; ++i)
-        shop.article(QString::number(1000 + i), u"Artikel %1"_s.arg(i, 4, 10, QChar(u'0')), 1);
+        shop.db().Execute(
+            u"INSERT INTO Artikel (Nummer, Name) VALUES ('%1', 'Artikel %2')"_s.arg(1000 + i).arg(
+                i, 4, 10, QChar(u'0')));
+    shop.db().CommitTrans();
     open();
     search->start();
     EXPECT_FALSE(search->confirm()) << "Enter before the first hit";

@@ -196,8 +196,7 @@ RecordList::Row RecordList::format(int record) const {
 }
 
 Type RecordList::keyType() const {
-    if (!m_keyType)
-        m_keyType = gDB->OpenRecordset(m_select + u" WHERE 1=0;"_s)->FieldType(m_key.field);
+    if (!m_keyType) m_keyType = gDB->OpenRecordset(m_select + u" WHERE 1=0;"_s)->FieldType(m_key.field);
     return *m_keyType;
 }
 
@@ -275,7 +274,8 @@ int RecordList::rowOf(const QString& key) {
         found != m_shownClosing.end())
         return leading + m_known + static_cast<int>(found - m_shownClosing.begin());
     if (m_keys) {
-        const qsizetype at = key.startsWith(m_key.prefix) ? m_keys->indexOf(key.mid(m_key.prefix.size())) : -1;
+        const qsizetype at =
+            key.startsWith(m_key.prefix) ? m_keys->indexOf(key.mid(m_key.prefix.size())) : -1;
         return at < 0 ? -1 : leading + static_cast<int>(at);
     }
     if (!m_rs || !key.startsWith(m_key.prefix) || key.size() == m_key.prefix.size()) return -1;
@@ -372,7 +372,8 @@ QVariant RecordList::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 void RecordList::sort(int column, Qt::SortOrder order) {
-    if (m_keys || column >= columnCount() || (column == m_sortColumn && (column < 0 || order == m_sortOrder))) return;
+    if (m_keys || column >= columnCount() || (column == m_sortColumn && (column < 0 || order == m_sortOrder)))
+        return;
     const auto before = std::pair(m_sortColumn, m_sortOrder);
     m_sortColumn = column;
     m_sortOrder = order;

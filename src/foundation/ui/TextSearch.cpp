@@ -58,8 +58,9 @@ class TextSearch::Hits {
 
   private:
     void send() {
-        m_search.tell(m_number, [search = &m_search, keys = std::exchange(m_keys, {}),
-                                 first = std::exchange(m_isFirst, false)] { emit search->found(keys, first); });
+        m_search.tell(m_number,
+                      [search = &m_search, keys = std::exchange(m_keys, {}),
+                       first = std::exchange(m_isFirst, false)] { emit search->found(keys, first); });
     }
     TextSearch& m_search;
     quint64 m_number;
@@ -135,8 +136,7 @@ void TextSearch::work() {
         } catch (const RuntimeError& error) {
             db.reset();
             m_isWhole = false;
-            if (!isOutdated(*question))
-                tell(question->number, [this, error] { emit failed(error); });
+            if (!isOutdated(*question)) tell(question->number, [this, error] { emit failed(error); });
         }
     }
 }
@@ -208,14 +208,15 @@ void TextSearch::scan(const Question& question) {
 void TextSearch::askServer(Database& db, const Question& question) {
     QStringList conditions;
     for (const TextCondition& condition : question.conditions)
-        conditions << u"%1 LIKE '%2'"_s.arg(m_table.columns[condition.column], sql::doubled(condition.pattern));
+        conditions << u"%1 LIKE '%2'"_s.arg(m_table.columns[condition.column],
+                                            sql::doubled(condition.pattern));
     QString where = u'(' + conditions.join(u" OR "_s) + u')';
     if (!m_table.condition.isEmpty()) where = m_table.condition + u" AND "_s + where;
     Hits hits(*this, question.number);
     try {
         db.ForEachRow(
-            u"SELECT "_s + m_table.key + u" FROM "_s + m_table.name + u" WHERE "_s + where +
-                u" ORDER BY "_s + m_table.order + u';',
+            u"SELECT "_s + m_table.key + u" FROM "_s + m_table.name + u" WHERE "_s + where + u" ORDER BY "_s +
+                m_table.order + u';',
             [](const auto&) {},
             [&](const std::vector<Value>& row) {
                 hits.add(row[0].toText());

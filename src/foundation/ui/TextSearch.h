@@ -62,7 +62,7 @@ class TextSearch : public QObject {
 
     std::mutex m_mutex;
     std::condition_variable m_asked;
-    Question m_question;  ///< the newest; guarded
+    Question m_question;   ///< the newest; guarded
     bool m_closed = false; ///< guarded
 
     // Of the thread

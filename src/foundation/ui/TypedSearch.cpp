@@ -49,9 +49,7 @@ TypedSearch::TypedSearch(const SearchedTable& table, Conditions conditions, QLin
 
 TypedSearch::~TypedSearch() = default;
 
-void TypedSearch::tell(const QString& text) {
-    m_told.setText(text);
-}
+void TypedSearch::tell(const QString& text) { m_told.setText(text); }
 
 void TypedSearch::change() {
     if (!m_isDistant) return start();
@@ -83,8 +81,11 @@ bool TypedSearch::confirm() {
     switch (m_state) {
     case State::Stands:
     case State::Done:
-    case State::Left:
         return true;
+    case State::Left:
+        if (m_hits.rowCount() > 0) return true;
+        start();
+        break;
     case State::Asked:
         break;
     case State::Pausing:

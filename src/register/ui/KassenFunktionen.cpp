@@ -32,10 +32,14 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(true, u"ShortCutFocus"_s, [&till] { till.ToggleShortCutFocus(); });
 
     // popFunction
-    add(gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
-    add(gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
-    add(true, u"FilePrintLast"_s, [&till] { till.PrintLast(); }, u"Letzten Bon drucken"_s);
-    add(true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
+    add(
+        gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
+    add(
+        gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
+    add(
+        true, u"FilePrintLast"_s, [&till] { till.PrintLast(); }, u"Letzten Bon drucken"_s);
+    add(
+        true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
         u"Unvollständige Belege"_s);
     commands.add({.key = u"FileUndo"_s,
                   .caption = till.UndoCaption(),
@@ -43,8 +47,11 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
                   .enabled = [&till] { return till.CanTakeBack(); }});
 
     // popECTerminal
-    add(true, u"ECStorno"_s, [&till] { till.TerminalFunction(Act::Storno); }, u"Stornieren"_s);
-    add(true, u"ECKassenSchnitt"_s, [&till] { till.TerminalFunction(Act::KassenSchnitt); },
+    add(
+        true, u"ECStorno"_s, [&till] { till.TerminalFunction(Act::Storno); }, u"Stornieren"_s);
+    add(
+        true, u"ECKassenSchnitt"_s, [&till] { till.TerminalFunction(Act::KassenSchnitt); },
         u"Kassenschnitt"_s);
-    add(true, u"ECGutschrift"_s, [&till] { till.TerminalFunction(Act::Gutschrift); }, u"Gutschrift"_s);
+    add(
+        true, u"ECGutschrift"_s, [&till] { till.TerminalFunction(Act::Gutschrift); }, u"Gutschrift"_s);
 }

@@ -52,9 +52,9 @@ frmKasseArtikelSuche::frmKasseArtikelSuche(QWidget* parent)
     m_ui->lvwArtikel->setModel(m_articles);
     m_ui->lvwArtikel->takeArrowsFrom(*m_ui->txtSuchBegriff);
     m_ui->txtSuchBegriff->setText(gArtikel.Name);
-    m_search = new TypedSearch(
-        {u"Artikel"_s, u"Nummer"_s, ArticleSearch::Columns(), u"Name ASC"_s}, conditions,
-        *m_ui->txtSuchBegriff, *m_ui->lvwArtikel, *m_articles, *m_ui->lblTreffer);
+    m_search =
+        new TypedSearch({u"Artikel"_s, u"Nummer"_s, ArticleSearch::Columns(), u"Name ASC"_s}, conditions,
+                        *m_ui->txtSuchBegriff, *m_ui->lvwArtikel, *m_articles, *m_ui->lblTreffer);
     guard()([this] { fillGroups(); });
     connect(m_ui->cmdSuche, &TouchKey::clicked, m_search, &TypedSearch::start);
     connect(m_ui->lvwArtikel, &ListView::currentKeyChanged, this, &frmKasseArtikelSuche::showArticle);

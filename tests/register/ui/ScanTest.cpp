@@ -1,8 +1,8 @@
 #include "Kasse.h"
 #include "KasseNumberDialogs.h"
 #include "frmKasseArtikelLieferanten.h"
-#include "frmKasseFreierArtikel.h"
 #include "frmKasseArtikelSuche.h"
+#include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseTotal.h"
 
