@@ -11,7 +11,10 @@
 #include <ui/Theme.h>
 #include <ui/TypedSearch.h>
 
+#include <QScreen>
 #include <QStyle>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using till::ArticleSearch;
@@ -22,13 +25,13 @@ std::vector<ListColumn> columns() {
     const auto price = [](QStringView field, const QString& format) {
         return [field, format](const Recordset& rs) { return Format(rs.Money(field), format); };
     };
-    ListColumn purchase{gHeron ? u"Gebotspr."_s : u"EKPreis"_s, u"EKPreis"_s, u"1.234,50"_s, Qt::AlignRight,
+    ListColumn purchase{gHeron ? u"Gebotspr."_s : u"EKPreis"_s, u"EKPreis"_s, u"999,50"_s, Qt::AlignRight,
                         price(u"EKPreis", gFormatEKPreis)};
     if (!gKassenUser.R_Artikel) purchase.text = [](const Recordset&) { return u"/"_s; };
     return {{u"Nummer"_s, u"Nummer"_s, u"2006000000017"_s},
-            {u"Name"_s, u"Name"_s, u"Spaghetti Hartweizen"_s},
+            {u"Name"_s, u"Name"_s, u"Spaghetti Hart"_s},
             purchase,
-            {u"VKPreis"_s, u"VKPreis"_s, u"1.234,50"_s, Qt::AlignRight, price(u"VKPreis", gFormatPreis)},
+            {u"VKPreis"_s, u"VKPreis"_s, u"999,50"_s, Qt::AlignRight, price(u"VKPreis", gFormatPreis)},
             {u"IstBestand"_s, u"IstBestand"_s, u"1.000"_s, Qt::AlignRight}};
 }
 
@@ -48,7 +51,7 @@ frmKasseArtikelSuche::frmKasseArtikelSuche(QWidget* parent)
     m_ui->setupUi(this);
     setUpForm(m_ui->txtSuchBegriff);
     const int edge = Theme::Current().keyHeight;
-    resize(edge * 22, edge * 12);
+    resize(std::min(edge * 22, screen()->availableGeometry().width() - edge / 4), edge * 12);
     m_ui->lvwArtikel->setModel(m_articles);
     m_ui->lvwArtikel->takeArrowsFrom(*m_ui->txtSuchBegriff);
     m_ui->txtSuchBegriff->setText(gArtikel.Name);
@@ -73,15 +76,19 @@ void frmKasseArtikelSuche::fillGroups() {
     folder.addPixmap(style()->standardIcon(QStyle::SP_DirOpenIcon).pixmap(32), QIcon::Normal, QIcon::On);
     auto* root = new QStandardItem(folder, u"Alle Warengruppen"_s);
     root->setData(u"ROOT"_s, RecordList::KeyRole);
+    root->setSizeHint({0, ViewHabits::rowHeight(true)});
     for (const QString& group : ArticleSearch::Groups()) {
         auto* item = new QStandardItem(folder, group);
         item->setData(group, RecordList::KeyRole);
+        item->setSizeHint(root->sizeHint());
         root->appendRow(item);
     }
     m_groups.appendRow(root);
     TreeView& tree = *m_ui->tvwGruppe;
     tree.setModel(&m_groups);
     tree.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    tree.setRootIsDecorated(false);
+    tree.setIndentation(Theme::Current().keyHeight / 4);
     tree.expandAll();
     connect(&tree, &TreeView::clicked, this, &frmKasseArtikelSuche::showGroup);
     connect(&tree, &TreeView::chosen, this, &frmKasseArtikelSuche::showGroup);
