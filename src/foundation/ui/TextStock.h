@@ -3,8 +3,9 @@
 #include <text/Value.h>
 #include <ui/TypedSearch.h>
 
-#include <QStringMatcher>
+#include <QByteArray>
 
+#include <array>
 #include <span>
 
 /// A row is looked for that meets one of some conditions. Raises 93 for a bad pattern.
@@ -15,8 +16,7 @@ class TextQuestion {
   private:
     friend class TextStock;
     std::vector<TextCondition> m_conditions;
-    QString m_part; ///< folded; what every row that is found holds, "" when nothing is known
-    QStringMatcher m_matcher;
+    QByteArray m_part; ///< folded; what every row that is found holds, "" when nothing is known
 };
 
 /// The texts of a table in memory, in the order of a statement, folded beside what they are. One pass over
@@ -32,16 +32,20 @@ class TextStock {
 
     [[nodiscard]] int rows() const { return static_cast<int>(m_keys.size()); }
     [[nodiscard]] const QString& key(int row) const { return m_keys[row]; }
-    [[nodiscard]] qsizetype bytes() const { return (m_texts.size() + m_folded.size()) * 2; }
+    [[nodiscard]] qsizetype bytes() const { return m_texts.size() * 2 + m_folded.size(); }
     /// The first row from `row` on that answers the question; rows() for none.
     [[nodiscard]] int next(int row, const TextQuestion& question) const;
 
   private:
+    /// Where `part` stands in m_folded from `from` on; -1 for nowhere.
+    [[nodiscard]] qsizetype find(const QByteArray& part, qsizetype from) const;
     [[nodiscard]] bool answers(int row, const TextQuestion& question) const;
 
     int m_columns;
     QStringList m_keys;
-    QString m_texts, m_folded;
+    QString m_texts;
+    QByteArray m_folded;                   ///< UTF-8
+    std::array<qint64, 256> m_counts{};    ///< how often each byte stands there
     std::vector<qsizetype> m_starts;       ///< of each cell in m_texts
     std::vector<bool> m_nulls;             ///< by cell
     std::vector<qsizetype> m_foldedStarts; ///< of each row in m_folded

@@ -106,6 +106,7 @@ void frmKasseArtikelSuche::showGroup(const QModelIndex& group) {
 }
 
 void frmKasseArtikelSuche::showArticle(const QString& key) {
+    if (m_search->isRunning()) return; // the next hits stand in a moment
     guard()([&] {
         const bool there = !key.isEmpty() && ArticleSearch::Select(key);
         m_ui->sspArtBild->showPicture(there ? gArtikel.Bild : QString(),

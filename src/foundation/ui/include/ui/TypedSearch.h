@@ -60,6 +60,8 @@ class TypedSearch : public QObject {
     /// Enter: true when the hits of what stands in the box are shown. Else they are asked for, unless that
     /// has been done, and nothing may be chosen.
     [[nodiscard]] bool confirm();
+    /// What the list shows is not yet that of the text in the box.
+    [[nodiscard]] bool isRunning() const { return m_state == State::Pausing || m_state == State::Asked; }
     /// All hits of what stands in the box are known.
     [[nodiscard]] bool isDone() const { return m_state == State::Done; }
 
