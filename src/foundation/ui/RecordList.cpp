@@ -50,14 +50,13 @@ void RecordList::setCheck(std::function<bool(const Recordset&)> checked,
 }
 
 void RecordList::open(const QString& select, const QString& order) {
-    const auto before = std::tuple(m_select, m_order, m_keys);
+    const auto before = std::pair(m_select, m_order);
     m_select = select;
     m_order = order;
-    m_keys.reset();
     try {
-        reload();
+        readStatement();
     } catch (...) {
-        std::tie(m_select, m_order, m_keys) = before;
+        std::tie(m_select, m_order) = before;
         throw;
     }
 }
@@ -68,6 +67,10 @@ void RecordList::reload() {
         const QStringList keys = *m_keys;
         return openKeys(m_select, keys);
     }
+    readStatement();
+}
+
+void RecordList::readStatement() {
     int known = 0;
     bool complete = false;
     auto rs = read(known, complete);
@@ -133,6 +136,7 @@ std::unique_ptr<Recordset> RecordList::read(int& known, bool& complete) const {
 void RecordList::show(std::unique_ptr<Recordset> rs, int known, bool complete) {
     beginResetModel();
     m_rs = std::move(rs);
+    m_keys.reset();
     m_rows.clear();
     m_shownLeading = m_leading;
     m_shownClosing = m_closing;

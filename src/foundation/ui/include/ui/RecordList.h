@@ -115,6 +115,7 @@ class RecordList : public QAbstractTableModel {
         bool checked = false, muted = false, gone = false;
     };
     [[nodiscard]] std::unique_ptr<Recordset> read(int& known, bool& complete) const;
+    void readStatement();
     void show(std::unique_ptr<Recordset> rs, int known, bool complete);
     void grow(int known);
     [[nodiscard]] const Extra* extra(int row) const;
