@@ -16,20 +16,8 @@ namespace {
 
 const QString active = u"SELECT * FROM Kunden WHERE Gesperrt=0"_s;
 
-/// A pair of apostrophes stands for one: with every lone one doubled, any text can be looked for as it is.
-QString doubled(const QString& text) {
-    QString result;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        result += text[i];
-        if (text[i] != u'\'') continue;
-        if (i + 1 < text.size() && text[i + 1] == u'\'') ++i;
-        result += u'\'';
-    }
-    return result;
-}
-
 /// Inside a pattern; a bracket is a sign like any other there.
-QString pattern(const QString& text) { return doubled(text).replace(u'[', u"[[]"_s); }
+QString pattern(const QString& text) { return sql::doubled(text).replace(u'[', u"[[]"_s); }
 
 /// `column` holds the text. Whoever types digits means a number as well, whichever column is chosen.
 QString where(const QString& column, const QString& text) {
@@ -58,9 +46,12 @@ sql::Query Find(By by, const QString& text) {
 
 QString FindNumber(const QString& number) {
     if (number.isEmpty()) return {};
-    const auto rs =
-        gDB->OpenRecordset(active + u" AND Left(KundenNummer,%1)=%2 ORDER BY KundenNummer ASC;"_s.arg(
-                                        sql::number(int(number.size())), sql::text(doubled(number))));
+    // A pattern with a fixed beginning is looked for in the index; every sign of a number means itself.
+    QString wanted;
+    for (const QChar c : sql::doubled(number))
+        wanted += u"*?#["_s.contains(c) ? u'[' + QString(c) + u']' : QString(c);
+    const auto rs = gDB->OpenRecordset(active + u" AND KundenNummer LIKE "_s + sql::startingWith(wanted) +
+                                       u" ORDER BY KundenNummer ASC;"_s);
     return rs->Eof() ? QString() : u"ID"_s + rs->Text(u"KundenID");
 }
 

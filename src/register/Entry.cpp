@@ -2,6 +2,7 @@
 
 #include "Limits.h"
 #include "LineWithoutArticle.h"
+#include "NewArticle.h"
 #include "Sale.h"
 
 #include <register/Prices.h>
@@ -361,6 +362,7 @@ Entry::Next Entry::found(const QString& trimmed) {
 Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
     const QString trimmed = vb::Trim(text);
     if (trimmed.size() == 13) {
+        static_cast<void>(CLng(Value(trimmed.left(3)))); // letters there are no code but an error, 13
         const std::optional<Currency> price = pressPrice(trimmed);
         if (price && trimmed.startsWith(u"414")) {
             pressCode(trimmed, *price, gVollerSteuerSatz);
@@ -381,8 +383,12 @@ Entry::Next Entry::notFound(const QString& text, bool& orderSearchDone) {
             return Next::End;
         }
     }
-    m_sale.panel.TellUnknown(trimmed);
-    m_sale.screen.UnknownArticleSound();
+    if (NewArticle maker(m_sale); maker.isAsked()) {
+        if (maker.Make(trimmed, rsArtikel())) return Next::Again;
+    } else {
+        m_sale.panel.TellUnknown(trimmed);
+        m_sale.screen.UnknownArticleSound();
+    }
     Clear();
     return Next::End;
 }

@@ -9,6 +9,7 @@
 #include <devices/CashDrawer.h>
 #include <register/CashMovements.h>
 #include <register/CustomerAccount.h>
+#include <register/ArticleSearch.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Parking.h>
 #include <register/Register.h>
@@ -127,6 +128,7 @@ void Register::cmdPlus_Click() {
     if (!Trap([this] { m_entry->AddQuantity(1); })) m_entry->TellLeft();
 }
 void Register::cmdEnter_Click() { m_entry->Enter(); }
+void Register::cmdSearch_Click() { ArticleSearch(*m_sale, *m_entry).cmdSearch_Click(); }
 void Register::BookVerbundArtikel(const QString& ArtikelNummer, double Menge) {
     m_entry->BookVerbundArtikel(ArtikelNummer, Menge);
 }

@@ -206,11 +206,18 @@ TEST_F(Entry, UnknownCodesOnlySound) {
     scan(u"201234567890"_s);  // 12 digits: no press code, no template
     scan(u"2991234567890"_s); // 13 digits without a template
     // 13 characters that are no number, also where a press code or a template has its price
-    for (const QString& code :
-         {u"ABC1234567890"_s, u"41412345 4503"_s, u"419ABCDEFGHIJ"_s, u"2140000,1,34X"_s, u"Euro-Palette."_s})
+    for (const QString& code : {u"41412345 4503"_s, u"419ABCDEFGHIJ"_s, u"2140000,1,34X"_s})
         scan(code);
-    EXPECT_EQ(10, screen.sounds);
+    EXPECT_EQ(8, screen.sounds);
     refused();
+    // Where the number of a code begins, letters are an error; the entry can be corrected.
+    for (const QString& code : {u"ABC1234567890"_s, u"Euro-Palette."_s}) {
+        dialogs.expectError(13);
+        scan(code);
+        EXPECT_EQ(code, reg->Input());
+        reg->cmdClear_Click();
+    }
+    EXPECT_EQ(8, screen.sounds);
 }
 
 TEST_F(Entry, ACodeNeverCarriesSql) {

@@ -18,6 +18,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <harness/Session.h>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -42,6 +43,7 @@ class ScriptedScreen : public till::RegisterScreen {
         m_expected.pop_front();
         answer();
     }
+    [[nodiscard]] bool CanShow(till::Dialog which) const override { return shown.contains(which); }
     void UnknownArticleSound() override { ++sounds; }
     void Hint(const QString& text) override { hints << text; }
     void MovePointerAway() override {}
@@ -51,6 +53,7 @@ class ScriptedScreen : public till::RegisterScreen {
     void FocusInput() override { ++focused; }
     void FocusGruppe() override {}
 
+    std::set<till::Dialog> shown; ///< what not every screen has
     int sounds = 0, focused = 0;
     QStringList hints;
     bool isQuiet = false; ///< every dialog is left without an answer

@@ -114,8 +114,20 @@ std::unique_ptr<Database> Database::open(const QString& name, bool exclusive, bo
         engine->commit();
     }
     checkPassword(*engine, passwordOf(connect));
-    return std::unique_ptr<Database>(new Database(Impl::over(std::move(engine))));
+    auto impl = Impl::over(std::move(engine));
+    impl->name = name;
+    return std::unique_ptr<Database>(new Database(std::move(impl)));
 }
+
+std::function<std::unique_ptr<Database>()> Database::Reader() const {
+    return [name = m_impl->name] {
+        auto impl = Impl::over(store::openEngine(name, store::Access::ReadOnly));
+        impl->name = name;
+        return std::unique_ptr<Database>(new Database(std::move(impl)));
+    };
+}
+
+std::optional<qint64> Database::ForeignChanges() { return m_impl->connection->engine().foreignChanges(); }
 
 std::unique_ptr<Database> Database::CreateDatabase(const QString& Name, const QString& Connect,
                                                    const QString& MoveSource,

@@ -12,4 +12,5 @@ class Database::Impl {
         return impl;
     }
     std::shared_ptr<store::Connection> connection;
+    QString name; ///< of the store, as it was opened; "" for one that is being made
 };

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -125,6 +126,8 @@ class Engine {
     [[nodiscard]] virtual bool distant() const { return false; }
     /// Questions that travelled to a server and back so far.
     [[nodiscard]] virtual qint64 roundTrips() const { return 0; }
+    /// Changes when another connection has written, whatever it wrote; nullopt where nobody can tell.
+    [[nodiscard]] virtual std::optional<qint64> foreignChanges() { return std::nullopt; }
     [[nodiscard]] virtual std::shared_ptr<const jet::Emitter> emitter() const = 0;
     [[nodiscard]] virtual QString version() const = 0;
     [[nodiscard]] virtual bool readOnly() const = 0;

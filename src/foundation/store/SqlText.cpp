@@ -33,6 +33,9 @@ QString text(QStringView typed) { return quoted({}, typed, {}); }
 QString containing(QStringView typed) { return quoted(u"*"_s, typed, u"*"_s); }
 QString startingWith(QStringView typed) { return quoted({}, typed, u"*"_s); }
 
+QString doubled(QStringView typed) { return spoken(typed).replace(u'\'', u"''"_s); }
+QString spoken(QStringView typed) { return typed.toString().replace(u"''"_s, u"'"_s); }
+
 QString number(int value) { return QString::number(value); }
 QString number(double value) {
     if (!std::isfinite(value)) RaiseOverflow();

@@ -142,3 +142,37 @@ bool LikeText(QStringView text, QStringView pattern) {
         p = starPattern;
     }
 }
+
+QString FoldedText(QStringView text) {
+    QString folded;
+    folded.reserve(text.size());
+    const char16_t* at = text.utf16();
+    const char16_t* const end = at + text.size();
+    while (at != end) {
+        const char32_t c = ::folded(take(at, end));
+        if (c == U'ß')
+            folded += u"ss";
+        else if (QChar::requiresSurrogates(c))
+            folded += QChar::fromUcs4(c);
+        else
+            folded += QChar(static_cast<char16_t>(c));
+    }
+    return folded;
+}
+
+QString FoldedPart(QStringView pattern) {
+    QStringView longest;
+    const char16_t* at = pattern.utf16();
+    const char16_t* const end = at + pattern.size();
+    for (const char16_t* run = at;;) {
+        const bool wildcard = at != end && (*at == u'*' || *at == u'?' || *at == u'#' || *at == u'[');
+        if (at != end && !wildcard) {
+            ++at;
+            continue;
+        }
+        if (at - run > longest.size()) longest = {run, at};
+        if (at == end) return FoldedText(longest);
+        if (*at++ == u'[') takeSet(at, end);
+        run = at;
+    }
+}

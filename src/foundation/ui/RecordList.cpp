@@ -5,8 +5,11 @@
 #include <ui/RecordList.h>
 #include <ui/Theme.h>
 
+#include <QHash>
+
 #include <algorithm>
 #include <chrono>
+#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -51,7 +54,7 @@ void RecordList::open(const QString& select, const QString& order) {
     m_select = select;
     m_order = order;
     try {
-        reload();
+        readStatement();
     } catch (...) {
         std::tie(m_select, m_order) = before;
         throw;
@@ -60,16 +63,53 @@ void RecordList::open(const QString& select, const QString& order) {
 
 void RecordList::reload() {
     if (m_select.isEmpty()) return;
+    if (m_keys) {
+        const QStringList keys = *m_keys;
+        return openKeys(m_select, keys);
+    }
+    readStatement();
+}
+
+void RecordList::readStatement() {
     int known = 0;
     bool complete = false;
     auto rs = read(known, complete);
     show(std::move(rs), known, complete);
 }
 
+void RecordList::openKeys(const QString& select, const QStringList& keys) {
+    m_select = select;
+    m_order.clear();
+    beginResetModel();
+    m_rs.reset();
+    m_rows.clear();
+    m_shownLeading = m_leading;
+    m_shownClosing = m_closing;
+    m_keys = keys;
+    m_known = static_cast<int>(keys.size());
+    m_complete = true;
+    m_failed = m_outdated = false;
+    endResetModel();
+}
+
+void RecordList::appendKeys(const QStringList& keys) {
+    if (!m_keys || keys.isEmpty()) return;
+    *m_keys += keys;
+    grow(static_cast<int>(m_keys->size()));
+}
+
+void RecordList::setOutdated() {
+    if (m_outdated) return;
+    m_outdated = true;
+    if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
 void RecordList::clear() {
     m_select.clear();
     beginResetModel();
     m_rs.reset();
+    m_keys.reset();
+    m_outdated = false;
     m_rows.clear();
     m_shownLeading.clear();
     m_shownClosing.clear();
@@ -96,12 +136,13 @@ std::unique_ptr<Recordset> RecordList::read(int& known, bool& complete) const {
 void RecordList::show(std::unique_ptr<Recordset> rs, int known, bool complete) {
     beginResetModel();
     m_rs = std::move(rs);
+    m_keys.reset();
     m_rows.clear();
     m_shownLeading = m_leading;
     m_shownClosing = m_closing;
     m_known = known;
     m_complete = complete;
-    m_failed = false;
+    m_failed = m_outdated = false;
     endResetModel();
     if (!m_complete) m_idle.start();
 }
@@ -130,24 +171,52 @@ const RecordList::Extra* RecordList::extra(int row) const {
     return nullptr;
 }
 
-RecordList::Row RecordList::format(int record) const {
+RecordList::Row RecordList::gone() {
     Row row;
+    row.gone = row.muted = true;
+    row.texts << u"(gelöscht)"_s;
+    return row;
+}
+
+RecordList::Row RecordList::format(const Recordset& rs) const {
+    Row row;
+    row.key = m_key.prefix + rs.Text(m_key.field);
+    for (const ListColumn& column : m_columns)
+        row.texts << (column.text ? column.text(rs) : rs.Text(column.field));
+    if (m_icon) row.icon = m_icon(rs);
+    row.checked = m_checked && m_checked(rs);
+    row.muted = m_muted && m_muted(rs);
+    return row;
+}
+
+RecordList::Row RecordList::format(int record) const {
     try {
         m_rs->AbsolutePosition(record);
-        const Recordset& rs = *m_rs;
-        row.key = m_key.prefix + rs.Text(m_key.field);
-        for (const ListColumn& column : m_columns)
-            row.texts << (column.text ? column.text(rs) : rs.Text(column.field));
-        if (m_icon) row.icon = m_icon(rs);
-        row.checked = m_checked && m_checked(rs);
-        row.muted = m_muted && m_muted(rs);
+        return format(*m_rs);
     } catch (const RuntimeError& error) {
         if (error.Number != 3167) throw;
-        row = {};
-        row.gone = row.muted = true;
-        row.texts << u"(gelöscht)"_s;
+        return gone();
     }
-    return row;
+}
+
+Type RecordList::keyType() const {
+    if (!m_keyType) m_keyType = gDB->OpenRecordset(m_select + u" WHERE 1=0;"_s)->FieldType(m_key.field);
+    return *m_keyType;
+}
+
+void RecordList::readKeyed(int record) const {
+    const int end = std::min(record + rowsAhead, m_known);
+    const Type type = keyType();
+    QHash<QString, Row> found;
+    QStringList wanted;
+    for (int i = record; i < end; ++i)
+        wanted << literal(type, m_keys->at(i));
+    for (const auto rows = gDB->OpenRecordset(m_select + u" WHERE "_s + m_key.field + u" IN ("_s +
+                                              wanted.join(u", "_s) + u");"_s);
+         !rows->Eof(); rows->MoveNext())
+        found.insert(rows->Text(m_key.field), format(*rows));
+    for (int i = record; i < end; ++i)
+        m_rows.insert(i, new Row(found.value(m_keys->at(i), gone())));
 }
 
 // Whoever paints a row paints the next ones, too, and a distant store gives them in one answer.
@@ -155,6 +224,7 @@ const RecordList::Row& RecordList::row(int record) const {
     static const Row nothing;
     if (const Row* kept = m_rows.object(record)) return *kept;
     paint([&] {
+        if (m_keys) return readKeyed(record);
         const int end = std::min(record + rowsAhead, m_known);
         for (int i = record; i < end && !m_rows.contains(i); ++i)
             m_rows.insert(i, new Row(format(i)));
@@ -181,21 +251,21 @@ bool RecordList::paint(const std::function<void()>& body) const {
 }
 
 QString RecordList::key(int row) const {
+    if (m_outdated) return {};
     if (const Extra* more = extra(row)) return more->key;
     const int record = row - static_cast<int>(m_shownLeading.size());
-    return record >= 0 && record < m_known ? this->row(record).key : QString();
+    if (record < 0 || record >= m_known) return {};
+    return m_keys ? m_key.prefix + m_keys->at(record) : this->row(record).key;
 }
 
 // The key comes from the store and may hold anything.
+QString RecordList::literal(Type type, const QString& key) {
+    if (type == Type::Text || type == Type::Memo) return u'\'' + QString(key).replace(u'\'', u"''"_s) + u'\'';
+    return QString(key).replace(u',', u'.');
+}
+
 QString RecordList::criteria(const QString& key) const {
-    const QString text = key.mid(m_key.prefix.size());
-    switch (m_rs->FieldType(m_key.field)) {
-    case Type::Text:
-    case Type::Memo:
-        return m_key.field + u"='"_s + QString(text).replace(u'\'', u"''"_s) + u'\'';
-    default:
-        return m_key.field + u'=' + QString(text).replace(u',', u'.');
-    }
+    return m_key.field + u'=' + literal(m_rs->FieldType(m_key.field), key.mid(m_key.prefix.size()));
 }
 
 int RecordList::rowOf(const QString& key) {
@@ -207,6 +277,11 @@ int RecordList::rowOf(const QString& key) {
     if (const auto found = std::find_if(m_shownClosing.begin(), m_shownClosing.end(), same);
         found != m_shownClosing.end())
         return leading + m_known + static_cast<int>(found - m_shownClosing.begin());
+    if (m_keys) {
+        const qsizetype at =
+            key.startsWith(m_key.prefix) ? m_keys->indexOf(key.mid(m_key.prefix.size())) : -1;
+        return at < 0 ? -1 : leading + static_cast<int>(at);
+    }
     if (!m_rs || !key.startsWith(m_key.prefix) || key.size() == m_key.prefix.size()) return -1;
     m_rs->FindFirst(criteria(key));
     if (m_rs->NoMatch()) return -1;
@@ -226,6 +301,12 @@ bool RecordList::refresh(const QString& key) {
 
 const Recordset& RecordList::record(int row) const {
     const int record = row - static_cast<int>(m_shownLeading.size());
+    if (m_keys && record >= 0 && record < m_known) {
+        m_single = gDB->OpenRecordset(m_select + u" WHERE "_s + m_key.field + u'=' +
+                                      literal(keyType(), m_keys->at(record)) + u';');
+        if (m_single->Eof()) throw RuntimeError(3167, u"Der Datensatz ist gelöscht."_s, u"RecordList"_s);
+        return *m_single;
+    }
     if (!m_rs || record < 0 || record >= m_known)
         throw RuntimeError(3021, u"Kein aktueller Datensatz."_s, u"RecordList"_s);
     m_rs->AbsolutePosition(record);
@@ -257,7 +338,7 @@ QVariant RecordList::data(const QModelIndex& where, int role) const {
     case KeyRole:
         return shown.key;
     case Qt::ForegroundRole:
-        return shown.muted ? QVariant(Theme::Current().muted) : QVariant();
+        return shown.muted || m_outdated ? QVariant(Theme::Current().muted) : QVariant();
     case Qt::DecorationRole:
         return where.column() == 0 && !shown.icon.isNull() ? QVariant(shown.icon) : QVariant();
     case Qt::CheckStateRole:
@@ -295,7 +376,8 @@ QVariant RecordList::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 void RecordList::sort(int column, Qt::SortOrder order) {
-    if (column >= columnCount() || (column == m_sortColumn && (column < 0 || order == m_sortOrder))) return;
+    if (m_keys || column >= columnCount() || (column == m_sortColumn && (column < 0 || order == m_sortOrder)))
+        return;
     const auto before = std::pair(m_sortColumn, m_sortOrder);
     m_sortColumn = column;
     m_sortOrder = order;

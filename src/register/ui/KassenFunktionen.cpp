@@ -28,6 +28,7 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
 
     // Keys of the screen
     add(true, u"cmdClear"_s, [&till] { till.cmdClear_Click(); });
+    add(true, u"cmdSearch"_s, [&till] { till.cmdSearch_Click(); });
     add(gKFFreierArtikelPreis, u"cmdArtikelPreis"_s, [&till] { till.cmdArtikelPreis_Click(); });
     add(gKFRabatt, u"cmdRabatt"_s, [&till] { till.cmdRabatt_Click(); });
     add(gKFKunden, u"cmdKunde"_s, [&till] { till.cmdKunde_Click(); });

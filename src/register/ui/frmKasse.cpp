@@ -6,6 +6,7 @@
 #include "KassenMenus.h"
 #include "SumPanel.h"
 #include "frmKasseArtikelLieferanten.h"
+#include "frmKasseArtikelSuche.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseLangText.h"
@@ -294,6 +295,7 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::LangText, modal<frmKasseLangText>},
         {Dialog::FreierPreis, modal<frmKasseFreierPreis>},
         {Dialog::FreierArtikel, modal<frmKasseFreierArtikel>},
+        {Dialog::ArtikelSuche, modal<frmKasseArtikelSuche>},
         {Dialog::ArtikelLieferanten, modal<frmKasseArtikelLieferanten>},
         {Dialog::KasseTotal, modal<frmKasseTotal>},
         {Dialog::Gutschein, modal<frmKasseGutschein>},

@@ -2,8 +2,12 @@
 #include "KasseBetragDialog.h"
 #include "KasseNumberDialogs.h"
 #include "frmKasseArtikelLieferanten.h"
+#include "frmKasseArtikelSuche.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
+#include "frmKasseLangText.h"
+#include "frmKassePfand.h"
+#include "frmKasseSNAngabe.h"
 #include "frmKasseTotal.h"
 
 #include <access/ui/frmDesktopLogin.h>
@@ -89,6 +93,13 @@ TEST_F(Scans, NoBurstGetsThroughAnyDialog) {
     add(new frmKasseFreierArtikel);
     add(new frmKasseArtikelLieferanten);
     add(new frmKasseGutschein);
+    add(new frmKasseEinlage);
+    add(new frmKasseGutschrift);
+    add(new frmKasseVolumenAngabe);
+    add(new frmKasseSNAngabe);
+    add(new frmKassePfand);
+    add(new frmKasseLangText);
+    add(new frmKasseArtikelSuche);
     add(new frmKasseKundenSuche);
     add(new frmKasseTotal);
     add(new frmKassePrintDlg); // without a till behind it, it has nobody to hand a scan to

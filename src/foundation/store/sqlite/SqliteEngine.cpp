@@ -207,6 +207,8 @@ qint64 SqliteEngine::structureVersion() {
     return running.step() ? running->integer(0) : 0;
 }
 
+std::optional<qint64> SqliteEngine::foreignChanges() { return number("PRAGMA data_version"); }
+
 qint64 SqliteEngine::number(const QByteArray& sql) {
     const auto statement = prepare(sql);
     return statement->step() ? statement->integer(0) : 0;

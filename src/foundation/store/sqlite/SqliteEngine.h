@@ -31,6 +31,7 @@ class SqliteEngine final : public Engine {
     qint64 affected() const override;
     qint64 lastKey() const override;
     qint64 structureVersion() override;
+    std::optional<qint64> foreignChanges() override;
     bool inTransaction() const override;
     void begin() override;
     void commit() override;

@@ -72,6 +72,7 @@ class Register : public QObject {
     void cmdClear_Click();
     void cmdPlus_Click();
     void cmdEnter_Click();
+    void cmdSearch_Click(); ///< F3: enters the article that is chosen in the search
     /// Adds the articles that are sold together with an article.
     void BookVerbundArtikel(const QString& ArtikelNummer, double Menge);
     [[nodiscard]] bool IsVerbundBuchung() const; ///< linked articles are being entered

@@ -17,6 +17,8 @@ enum class Dialog {
     LangText,           ///< gLangTextAngabe
     FreierPreis,        ///< gPreisAngabe
     FreierArtikel,      ///< gFreierArtikel
+    ArtikelSuche,       ///< gArtikel, Ergebnis 1 when one was chosen
+    ArtikelDetail,      ///< gArtikel, Ergebnis 1 when it is to be written; only where CanShow agrees
     ArtikelLieferanten, ///< gBestellNummerWahl
     KasseTotal,         ///< gZahlung
     Gutschein,          ///< gGutscheinAngabe
@@ -36,6 +38,8 @@ class RegisterScreen {
     virtual ~RegisterScreen() = default;
 
     virtual void Show(Dialog which) = 0;
+    /// For dialogs that not every screen has. One that it lacks is not offered to the cashier.
+    [[nodiscard]] virtual bool CanShow(Dialog /*which*/) const { return false; }
     virtual void UnknownArticleSound() = 0;
     /// Tells something in passing: no window, no focus. A screen that nobody looks at leaves it out.
     virtual void Hint(const QString& /*text*/) {}

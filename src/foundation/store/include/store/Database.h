@@ -153,6 +153,13 @@ class Database {
     /// Questions that travelled to a server and back so far; 0 for a file.
     [[nodiscard]] qint64 RoundTrips() const;
 
+    /// Opens a further connection to the same store, which only reads: for another thread, in which it may be
+    /// called. Not for ":memory:". Raises what OpenDatabase does.
+    [[nodiscard]] std::function<std::unique_ptr<Database>()> Reader() const;
+    /// A number that changes when another connection has written anything; nullopt on a server, which does
+    /// not tell.
+    [[nodiscard]] std::optional<qint64> ForeignChanges();
+
     /// Ends the connection; what is still open on it raises 3420 from then on.
     void Close();
 

@@ -23,6 +23,10 @@ namespace sql {
 /// wildcards * ? # [ keep their meaning. Raise as text() does.
 [[nodiscard]] QString containing(QStringView typed);
 [[nodiscard]] QString startingWith(QStringView typed);
+/// A text in which each lone apostrophe is doubled, so that any text can be looked for as it is; a pair
+/// stands for one already. `spoken` is the text that it means in a statement.
+[[nodiscard]] QString doubled(QStringView typed);
+[[nodiscard]] QString spoken(QStringView typed);
 /// With a decimal point, as Visual Basic prints numbers.
 [[nodiscard]] QString number(int value);
 [[nodiscard]] QString number(double value); ///< up to 15 digits; raises 6 for what is no number

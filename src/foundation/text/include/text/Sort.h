@@ -31,3 +31,8 @@
 /// for themselves, ranges follow the order of CompareText, "[]" is nothing. Raises 93 for a set that is not
 /// closed or a range that runs backwards.
 [[nodiscard]] bool LikeText(QStringView text, QStringView pattern);
+
+/// A text without case and with "ss" for "ß". Every text that LikeText finds by a pattern holds, folded, the
+/// pattern's FoldedPart: its longest run without wildcards, "" for a pattern that has none.
+[[nodiscard]] QString FoldedText(QStringView text);
+[[nodiscard]] QString FoldedPart(QStringView pattern);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <store/SqlText.h>
+#include <text/Value.h>
 
 #include <QAbstractTableModel>
 #include <QCache>
@@ -70,6 +71,14 @@ class RecordList : public QAbstractTableModel {
     /// the store raises and then still shows what it showed.
     void open(const QString& select, const QString& order = {});
     void open(const sql::Query& query) { open(query.select, query.order); }
+    /// Shows the rows with these keys in this order, whatever finds them: `select` is a statement without a
+    /// condition. They are read live, a screen at a time; sorting by a click does nothing. appendKeys shows
+    /// more of them.
+    void openKeys(const QString& select, const QStringList& keys);
+    void appendKeys(const QStringList& keys);
+    /// What stands in the list answers another question than the one that is asked by now: shown faintly, and
+    /// without keys, so that nothing of it can be chosen. The next opening ends it.
+    void setOutdated();
     void reload(); ///< reads the statement again; raises likewise
     void clear();  ///< shows nothing, not even the extra rows
     /// Another row came, or this one looks different: shown behind the last one, or anew. False when it is
@@ -106,11 +115,19 @@ class RecordList : public QAbstractTableModel {
         bool checked = false, muted = false, gone = false;
     };
     [[nodiscard]] std::unique_ptr<Recordset> read(int& known, bool& complete) const;
+    void readStatement();
     void show(std::unique_ptr<Recordset> rs, int known, bool complete);
     void grow(int known);
     [[nodiscard]] const Extra* extra(int row) const;
     [[nodiscard]] const Row& row(int record) const;
     [[nodiscard]] Row format(int record) const;
+    [[nodiscard]] Row format(const Recordset& rs) const;
+    [[nodiscard]] static Row gone();
+    /// Reads the rows of the keys from `record` on as far as one paints ahead.
+    void readKeyed(int record) const;
+    [[nodiscard]] Type keyType() const;
+    /// The key as it stands in a statement, behind the type of its field.
+    [[nodiscard]] static QString literal(Type type, const QString& key);
     [[nodiscard]] QString criteria(const QString& key) const;
     /// Runs what a view asks for; a failure is reported from the event loop, since a message box inside of a
     /// paint event would paint again. True when it went through.
@@ -127,6 +144,10 @@ class RecordList : public QAbstractTableModel {
     int m_sortColumn = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     std::unique_ptr<Recordset> m_rs;
+    std::optional<QStringList> m_keys; ///< of openKeys, without the prefix
+    mutable std::optional<Type> m_keyType;
+    mutable std::unique_ptr<Recordset> m_single; ///< of record() there
+    bool m_outdated = false;
     int m_known = 0; ///< records whose keys are read
     bool m_complete = true;
     mutable bool m_failed = false;
