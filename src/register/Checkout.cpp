@@ -1,5 +1,6 @@
 #include "Checkout.h"
 
+#include "Advice.h"
 #include "Booking.h"
 #include "Sale.h"
 
@@ -12,7 +13,6 @@
 #include <session/gZahlung.h>
 #include <store/Trouble.h>
 #include <text/Convert.h>
-#include <text/DetailedError.h>
 #include <text/Format.h>
 
 #include <exception>
@@ -20,23 +20,6 @@
 using namespace Qt::StringLiterals;
 
 namespace till {
-
-namespace {
-
-/// Adds to what an error tells what the cashier should know about the sale.
-template <typename Act, typename Advice>
-void withAdvice(Act&& act, Advice&& advice) {
-    try {
-        act();
-    } catch (const RuntimeError& error) {
-        const QString more = advice();
-        if (more.isEmpty()) throw;
-        throw DetailedError(error.Number, error.Description + u"\n\n"_s + more, DetailsOf(error),
-                            error.Source);
-    }
-}
-
-} // namespace
 
 bool Checkout::Begin() {
     if (m_sale.isBooking || !m_sale.Settle()) return false;
@@ -97,13 +80,28 @@ int Checkout::Book() {
 }
 
 void Checkout::Finish(const QString& lastTotal) {
-    withAdvice(
+    WithAdvice(
         [this] { m_sale.RemoveBooked(); },
         [this] {
             return u"Der Verkauf ist unter der Belegnummer %1 gebucht. Seine Zeilen verschwinden mit der "
                    "nächsten Eingabe, sobald die Datenbank wieder da ist; sie werden nicht noch einmal gebucht."_s
                        .arg(m_sale.Rechnung());
         });
+    nextCustomer(lastTotal);
+}
+
+void Checkout::FinishPaper(const QString& told) {
+    WithAdvice(
+        [this] { m_sale.RemoveLines(m_sale.basket.lastID()); },
+        [&] {
+            return told +
+                   u" Die Zeilen verschwinden mit der nächsten Eingabe, sobald die Datenbank wieder da "
+                   "ist; bitte schreiben Sie sie nicht noch einmal."_s;
+        });
+    nextCustomer({});
+}
+
+void Checkout::nextCustomer(const QString& lastTotal) {
     m_sale.basket.rsBestellung().Requery();
     m_sale.ResetKunde();
     m_sale.screen.MovePointerAway();
@@ -148,7 +146,7 @@ void Checkout::CreateRechnung(int& RechnungID) {
                    .arg(m_sale.keepsMarks() ? finish : QString());
     };
     Handle(
-        "frmKasse", [&] { withAdvice(write, advice); }, [&] { booking.CancelEdits(); });
+        "frmKasse", [&] { WithAdvice(write, advice); }, [&] { booking.CancelEdits(); });
 }
 
 } // namespace till

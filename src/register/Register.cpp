@@ -7,6 +7,7 @@
 #include "Undo.h"
 
 #include <devices/CashDrawer.h>
+#include <register/Documents.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Register.h>
 #include <register/gMaschine.h>
@@ -30,7 +31,8 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     : QObject(parent)
     , m_sale(std::make_unique<Sale>(screen))
     , m_entry(std::make_unique<Entry>(*m_sale))
-    , m_undo(std::make_unique<Undo>(*m_sale)) {
+    , m_undo(std::make_unique<Undo>(*m_sale))
+    , m_documents(std::make_unique<Documents>(*m_sale)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
     connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);

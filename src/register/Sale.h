@@ -68,6 +68,9 @@ class Sale : public QObject {
     void Forget() { m_booking.reset(); }
     /// The lines of the booked sale go, and its mark with them.
     void RemoveBooked();
+    /// The same for lines that went onto an offer or a delivery note: up to this one. What fails here is done
+    /// by the next Settle.
+    void RemoveLines(int lastID);
 
     /// By gPrintMode.
     void PrintReceipt(int Rechnung, BelegArt art);
@@ -86,6 +89,7 @@ class Sale : public QObject {
         bool whole = false;
     };
     std::optional<RecentBooking> m_booking;
+    int m_leaving = 0; ///< the last line that goes and may still be there
     bool m_keepsMarks = false, m_lookBack = false, m_settling = false;
     QString m_title;
 };

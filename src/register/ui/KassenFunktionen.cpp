@@ -2,6 +2,7 @@
 
 #include "FunctionKeys.h"
 
+#include <register/Documents.h>
 #include <register/Register.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
@@ -30,11 +31,32 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(true, u"cmdTotal"_s, [&till] { till.cmdTotal_Click(); });
     add(true, u"ShortCutFocus"_s, [&till] { till.ToggleShortCutFocus(); });
 
+    // popAuftrag
+    add(
+        true, u"Auftrag_Rechnung"_s, [&till] { till.documents().BookRechnungOffen(); }, u"Auf Rechnung"_s);
+    add(
+        true, u"Auftrag_Lieferschein"_s, [&till] { till.documents().BookLieferschein(); }, u"Lieferschein"_s);
+    add(
+        true, u"Auftrag_Angebot"_s, [&till] { till.documents().BookAngebot(); }, u"Angebot"_s);
+    add(
+        true, u"Auftrag_RechnungFromLieferschein"_s,
+        [&till] { till.documents().ShowRechnungFromLieferschein(); }, u"Neue Rechnung aus Lieferschein"_s);
+
     // popFunction
-    add(gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
-    add(gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
-    add(true, u"FilePrintLast"_s, [&till] { till.PrintLast(); }, u"Letzten Bon drucken"_s);
-    add(true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
+    add(
+        gKFAngebotsHistorie, u"FileAngebote"_s, [&till] { till.documents().ShowAngebote(); },
+        u"Angebotshistorie"_s);
+    add(
+        gKFLieferscheinHistorie, u"FileLieferscheine"_s, [&till] { till.documents().ShowLieferungen(); },
+        u"Lieferschein Historie"_s);
+    add(
+        gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
+    add(
+        gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
+    add(
+        true, u"FilePrintLast"_s, [&till] { till.PrintLast(); }, u"Letzten Bon drucken"_s);
+    add(
+        true, u"FileUnvollstaendig"_s, [&till] { till.ShowIncompleteReceipts(); },
         u"Unvollständige Belege"_s);
     commands.add({.key = u"FileUndo"_s,
                   .caption = till.UndoCaption(),
@@ -42,8 +64,11 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
                   .enabled = [&till] { return till.CanTakeBack(); }});
 
     // popECTerminal
-    add(true, u"ECStorno"_s, [&till] { till.TerminalFunction(Act::Storno); }, u"Stornieren"_s);
-    add(true, u"ECKassenSchnitt"_s, [&till] { till.TerminalFunction(Act::KassenSchnitt); },
+    add(
+        true, u"ECStorno"_s, [&till] { till.TerminalFunction(Act::Storno); }, u"Stornieren"_s);
+    add(
+        true, u"ECKassenSchnitt"_s, [&till] { till.TerminalFunction(Act::KassenSchnitt); },
         u"Kassenschnitt"_s);
-    add(true, u"ECGutschrift"_s, [&till] { till.TerminalFunction(Act::Gutschrift); }, u"Gutschrift"_s);
+    add(
+        true, u"ECGutschrift"_s, [&till] { till.TerminalFunction(Act::Gutschrift); }, u"Gutschrift"_s);
 }

@@ -7,11 +7,14 @@
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
+#include "frmKassePapiere.h"
 #include "frmKasseTotal.h"
+#include "frmRechnungFromLieferschein.h"
 #include "ui_frmKasse.h"
 
 #include <printing/ui/frmKassePrintDlg.h>
 #include <printing/ui/frmRechnungsVorlage.h>
+#include <register/Documents.h>
 #include <register/gMaschine.h>
 #include <register/ui/frmKasse.h>
 #include <session/CSystem.h>
@@ -285,6 +288,21 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::DesktopLogin,
          [](frmKasse& kasse) {
              if (kasse.m_showDesktopLogin) kasse.m_showDesktopLogin();
+         }},
+        {Dialog::Angebote,
+         [](frmKasse& kasse) {
+             frmKasseAngebote dialog(kasse.m_till.documents().history(till::Papier::Angebot), &kasse);
+             ShowModal(dialog);
+         }},
+        {Dialog::Lieferungen,
+         [](frmKasse& kasse) {
+             frmKasseLieferung dialog(kasse.m_till.documents().history(till::Papier::Lieferung), &kasse);
+             ShowModal(dialog);
+         }},
+        {Dialog::RechnungFromLieferschein,
+         [](frmKasse& kasse) {
+             frmRechnungFromLieferschein dialog(kasse.m_till.documents().collectiveInvoice(), &kasse);
+             ShowModal(dialog);
          }},
         {Dialog::KartenMenu, [](frmKasse& kasse) { kasse.m_menus->showKarte(kasse.m_ui->cmdKarte); }},
     };

@@ -13,6 +13,7 @@
 
 namespace till {
 
+class Documents;
 class Entry;
 class Sale;
 class Undo;
@@ -102,6 +103,8 @@ class Register : public QObject {
 
     void PrintLast(); ///< the receipt of the last sale once more
 
+    [[nodiscard]] Documents& documents() { return *m_documents; } ///< offers, delivery notes, invoices
+
     // Drawer and display
     void OpenKassenLade();
     void OpenLade_Click(); ///< the same from key and menu, if gKFKassenlade
@@ -139,6 +142,7 @@ class Register : public QObject {
     std::unique_ptr<Sale> m_sale;
     std::unique_ptr<Entry> m_entry;
     std::unique_ptr<Undo> m_undo;
+    std::unique_ptr<Documents> m_documents;
     ArticleKeys m_keys;
     QStringList m_karten;
 };

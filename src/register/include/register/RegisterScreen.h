@@ -8,17 +8,20 @@ namespace till {
 /// leaves its answer there; one that was closed without a decision leaves `Ergebnis` 0. All are modal but the
 /// menu.
 enum class Dialog {
-    PreisAngabe,        ///< gArtikel.VKPreis and gArtikel.Ergebnis
-    Rabatt,             ///< gRabattAngabe
-    FreierPreis,        ///< gPreisAngabe
-    FreierArtikel,      ///< gFreierArtikel
-    ArtikelLieferanten, ///< gBestellNummerWahl
-    KasseTotal,         ///< gZahlung
-    PrintDlg,           ///< sets gPrintMode to 0, 1 or 2
-    RechnungsVorlage,   ///< gVorlagenAuswahl
-    KundenSuche,        ///< gKunde, Ergebnis 1 when one was chosen
-    DesktopLogin,       ///< gKassenUser
-    KartenMenu,         ///< the menu of the cards; a choice there calls Register::PayByKarte
+    PreisAngabe,              ///< gArtikel.VKPreis and gArtikel.Ergebnis
+    Rabatt,                   ///< gRabattAngabe
+    FreierPreis,              ///< gPreisAngabe
+    FreierArtikel,            ///< gFreierArtikel
+    ArtikelLieferanten,       ///< gBestellNummerWahl
+    KasseTotal,               ///< gZahlung
+    PrintDlg,                 ///< sets gPrintMode to 0, 1 or 2
+    RechnungsVorlage,         ///< gVorlagenAuswahl
+    KundenSuche,              ///< gKunde, Ergebnis 1 when one was chosen
+    DesktopLogin,             ///< gKassenUser
+    Angebote,                 ///< history of the offers, PaperHistory
+    Lieferungen,              ///< the same of the delivery notes
+    RechnungFromLieferschein, ///< CollectiveInvoice
+    KartenMenu,               ///< the menu of the cards; a choice there calls Register::PayByKarte
 };
 
 /// What the register asks of its screen. The form implements it, tests script it. Message boxes go through
