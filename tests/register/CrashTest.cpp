@@ -1,6 +1,8 @@
 #include "InterruptedSale.h"
 #include "ServerTill.h"
 
+#include <register/Documents.h>
+#include <session/gKunde.h>
 #include <store/Schema.h>
 #include <text/Sort.h>
 
@@ -289,6 +291,54 @@ TEST_F(ServerBookingCrash, AfterAKillBeforeAnyStatementTheReceiptIsWholeAndNothi
         if (HasFailure()) return;
     }
     EXPECT_GT(statement, 25);
+}
+
+/// After a kill in the middle of a delivery note: a sale that stands on one is told, and no other. The cashier
+/// gives the answer that keeps his lines.
+void expectNoteTold(TempShop& shop, const DefaultAnswers& asked, int& inDoubt) {
+    const int written = shop.count(u"LieferungDetail"_s), open = shop.count(u"Bestellung"_s);
+    ASSERT_LE(shop.count(u"Lieferung"_s), 1);
+    ASSERT_TRUE(open == InterruptedSale::lines || (open == 0 && written == InterruptedSale::lines));
+    const bool doubt = written > 0 && open > 0;
+    ASSERT_EQ(asked.told.size(), doubt ? 1 : 0) << qPrintable(asked.told.join(u'|'));
+    if (doubt)
+        ASSERT_TRUE(asked.told[0].contains(written < InterruptedSale::lines ? u"erst %1 von 5"_s.arg(written)
+                                                                           : u"seine 5 Zeilen"_s))
+            << qPrintable(asked.told[0]);
+    inDoubt += doubt;
+}
+
+TEST_F(FileBookingCrash, ADeliveryNoteThatWasKilledAtAnyWriteIsToldAsADoubt) {
+    screen.isQuiet = true;
+    CrashImages images(shop.storePath());
+    reg.reset();
+    shop.reopen();
+    open();
+    InterruptedSale::scan(shop, *reg);
+    gKunde.KundenID = 12;
+    {
+        struct SaysNo : DefaultAnswers {
+            MsgAnswer msgBox(const QString&, MsgButtons, MsgIcon, const QString&, MsgAnswer) override {
+                return MsgAnswer::No;
+            }
+        } const answers;
+        images.taking = true;
+        reg->documents().BookLieferschein();
+        images.taking = false;
+    }
+    EXPECT_EQ(shop.count(u"LieferungDetail"_s), InterruptedSale::lines);
+    EXPECT_EQ(shop.count(u"Bestellung"_s), 0);
+    int inDoubt = 0;
+    for (const QString& folder : images.folders()) {
+        SCOPED_TRACE(qPrintable(folder));
+        reg.reset();
+        gDB = Database::OpenDatabase(folder + u"/Merivane.mdb"_s);
+        DefaultAnswers asked;
+        open();
+        ASSERT_NO_FATAL_FAILURE(expectNoteTold(shop, asked, inDoubt));
+    }
+    EXPECT_GT(inDoubt, 20);
+    reg.reset();
 }
 
 TEST_F(BookingCrash, AReceiptThatStandsAtThePrintChoiceIsToldAndCanBePrinted) {
