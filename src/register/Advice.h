@@ -16,7 +16,8 @@ void WithAdvice(Act&& act, Advice&& advice) {
     } catch (const RuntimeError& error) {
         const QString more = advice();
         if (more.isEmpty()) throw;
-        throw DetailedError(error.Number, error.Description + QStringLiteral("\n\n") + more, DetailsOf(error), error.Source);
+        throw DetailedError(error.Number, error.Description + QStringLiteral("\n\n") + more, DetailsOf(error),
+                            error.Source);
     }
 }
 

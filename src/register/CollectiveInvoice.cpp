@@ -136,9 +136,9 @@ class Writer {
 
 std::vector<CollectiveInvoice::Customer> CollectiveInvoice::Customers() const {
     std::vector<Customer> customers;
-    const auto rs = gDB->OpenRecordset(
-        u"SELECT KundenID, KundenNummer, Name_1, Ort FROM Kunden WHERE KundenID IN "
-        "(SELECT KundenNummer FROM Lieferung WHERE InRechnung=0) ORDER BY Name_1 ASC;"_s);
+    const auto rs =
+        gDB->OpenRecordset(u"SELECT KundenID, KundenNummer, Name_1, Ort FROM Kunden WHERE KundenID IN "
+                           "(SELECT KundenNummer FROM Lieferung WHERE InRechnung=0) ORDER BY Name_1 ASC;"_s);
     for (; !rs->Eof(); rs->MoveNext()) {
         QString name = rs->Text(u"Name_1");
         if (const QString town = rs->Text(u"Ort"); !town.isEmpty()) name += u", "_s + town;
@@ -149,10 +149,9 @@ std::vector<CollectiveInvoice::Customer> CollectiveInvoice::Customers() const {
 }
 
 sql::Query CollectiveInvoice::Notes(int KundenID) const {
-    return {
-        u"SELECT LieferungID, Datum, Zeit, Betrag_Gesamt, Kunde FROM Lieferung WHERE KundenNummer=%1 AND "
-        "InRechnung=0"_s.arg(sql::number(KundenID)),
-        u"LieferungID ASC"_s};
+    return {u"SELECT LieferungID, Datum, Zeit, Betrag_Gesamt, Kunde FROM Lieferung WHERE KundenNummer=%1 AND "
+            "InRechnung=0"_s.arg(sql::number(KundenID)),
+            u"LieferungID ASC"_s};
 }
 
 Currency CollectiveInvoice::Sum(const std::vector<int>& notes) const {

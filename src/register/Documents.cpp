@@ -61,11 +61,11 @@ class PaperWriter {
         if (m_kind.movesStock)
             text += u" Im Bestand sind %1 Zeilen abgebucht; ob die nächste es auch ist, weiß niemand."_s.arg(
                 m_moved);
-        return text + u" Alle Zeilen stehen noch im Verkauf. Wird noch einmal geschrieben, entsteht %1 neu%2."_s
-                          .arg(m_kind.kind == Papier::Angebot ? u"ein Angebot"_s : u"ein Lieferschein"_s,
-                               m_kind.movesStock
-                                   ? u", und der Bestand der schon abgebuchten Zeilen sinkt noch einmal"_s
-                                   : QString());
+        return text +
+               u" Alle Zeilen stehen noch im Verkauf. Wird noch einmal geschrieben, entsteht %1 neu%2."_s.arg(
+                   m_kind.kind == Papier::Angebot ? u"ein Angebot"_s : u"ein Lieferschein"_s,
+                   m_kind.movesStock ? u", und der Bestand der schon abgebuchten Zeilen sinkt noch einmal"_s
+                                     : QString());
     }
 
   private:

@@ -36,14 +36,14 @@ double moment(const Recordset& rs) {
 }
 
 bool tell(Sale& sale, const PaperKind& kind) {
-    const auto head =
-        gDB->OpenRecordset(u"SELECT * FROM %1 WHERE Maschine=%2 AND %3=(SELECT MAX(%3) FROM %1 WHERE Maschine=%2);"_s
-                               .arg(kind.head, sql::text(gMaschine), kind.key));
+    const auto head = gDB->OpenRecordset(
+        u"SELECT * FROM %1 WHERE Maschine=%2 AND %3=(SELECT MAX(%3) FROM %1 WHERE Maschine=%2);"_s.arg(
+            kind.head, sql::text(gMaschine), kind.key));
     if (head->Eof()) return false;
     const int id = head->Long(kind.key);
     std::vector<LineKey> written;
-    const auto lines = gDB->OpenRecordset(
-        u"SELECT * FROM %1 WHERE %2=%3;"_s.arg(kind.detail, kind.key, sql::number(id)));
+    const auto lines =
+        gDB->OpenRecordset(u"SELECT * FROM %1 WHERE %2=%3;"_s.arg(kind.detail, kind.key, sql::number(id)));
     for (; !lines->Eof(); lines->MoveNext())
         written.push_back(keyOf(*lines, u"VKPreis_Brutto"));
     if (written.empty()) return false;
@@ -77,19 +77,24 @@ bool tell(Sale& sale, const PaperKind& kind) {
             text += u" Der Bestand der ersten %1 Zeilen ist schon abgebucht; ob auch der von Zeile %2, weiß "
                     "niemand."_s.arg(lineCount - 1)
                         .arg(lineCount);
-        MsgBox(text + u"\n\nBitte prüfen Sie das in der Historie, bevor Sie die Zeilen noch einmal schreiben oder "
-                      "abrechnen."_s,
-               MsgIcon::Exclamation, MsgButtons::OK, title);
+        MsgBox(
+            text +
+                u"\n\nBitte prüfen Sie das in der Historie, bevor Sie die Zeilen noch einmal schreiben oder "
+                "abrechnen."_s,
+            MsgIcon::Exclamation, MsgButtons::OK, title);
         return true;
     }
-    text += u", und seine %1 Zeilen stehen noch im Verkauf. Wahrscheinlich wurde die Kasse unterbrochen, bevor "
-            "sie verschwanden."_s.arg(lineCount);
+    text +=
+        u", und seine %1 Zeilen stehen noch im Verkauf. Wahrscheinlich wurde die Kasse unterbrochen, bevor "
+        "sie verschwanden."_s.arg(lineCount);
     if (kind.movesStock)
         text += u" Ihr Bestand ist schon abgebucht, nur bei der letzten Zeile ist das nicht sicher."_s;
     text += u"\n\nSollen die Zeilen jetzt den Verkauf verlassen? Mit \"Nein\" bleiben sie offen%1."_s.arg(
-        kind.movesStock ? u"; werden sie noch einmal geschrieben oder bezahlt, sinkt der Bestand ein zweites Mal"_s
-                        : QString());
-    if (MsgBox(text, MsgIcon::Question, MsgButtons::YesNo, title, MsgAnswer::No) != MsgAnswer::Yes) return true;
+        kind.movesStock
+            ? u"; werden sie noch einmal geschrieben oder bezahlt, sinkt der Bestand ein zweites Mal"_s
+            : QString());
+    if (MsgBox(text, MsgIcon::Question, MsgButtons::YesNo, title, MsgAnswer::No) != MsgAnswer::Yes)
+        return true;
     sale.RemoveLines(lastID);
     sale.basket.LoadBestellungen();
     return true;

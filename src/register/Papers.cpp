@@ -77,9 +77,7 @@ sql::Query PaperHistory::List(std::optional<QDate> day) const {
     return {select + u" WHERE Datum="_s + sql::date(*day), u"Zeit DESC"_s};
 }
 
-sql::Query PaperHistory::Lines(int id) const {
-    return {u"SELECT * FROM "_s + m_kind.detail + where(id), {}};
-}
+sql::Query PaperHistory::Lines(int id) const { return {u"SELECT * FROM "_s + m_kind.detail + where(id), {}}; }
 
 bool PaperHistory::mayJoinOpenLines() const {
     const int open = m_sale.basket.rowCount();
@@ -134,8 +132,7 @@ bool PaperHistory::AddToOrder(int id) {
     }
     try {
         InOneGo([&] {
-            const auto lines =
-                gDB->OpenRecordset(u"SELECT * FROM "_s + m_kind.detail + where(id) + u';');
+            const auto lines = gDB->OpenRecordset(u"SELECT * FROM "_s + m_kind.detail + where(id) + u';');
             for (; !lines->Eof(); lines->MoveNext())
                 copyLine(*lines);
         });
@@ -170,11 +167,11 @@ bool PaperHistory::Delete(int id) {
         }
         writes << u"UPDATE Artikel SET IstBestand = (IstBestand + "_s +
                       sql::number(lines->Number(u"Menge") * lines->Number(u"Buchungs_Menge")) +
-                      u") WHERE LagerAktiv=-1 AND Nummer="_s + sql::text(lines->Text(u"ArtikelNummer")) + u';';
+                      u") WHERE LagerAktiv=-1 AND Nummer="_s + sql::text(lines->Text(u"ArtikelNummer")) +
+                      u';';
     }
-    if (!m_kind.movesStock ||
-        !AskYesNo(u"Möchten Sie die Positionen in den Lagerbestand zurück buchen?"_s,
-                  u"Lagerbestand aktualisieren..."_s))
+    if (!m_kind.movesStock || !AskYesNo(u"Möchten Sie die Positionen in den Lagerbestand zurück buchen?"_s,
+                                        u"Lagerbestand aktualisieren..."_s))
         writes.clear();
     // In one go: a note that is still there has not given its goods back.
     for (const QString& table : {m_kind.detail, m_kind.head})
@@ -189,8 +186,8 @@ void PaperHistory::Print(int id) {
 }
 
 void PaperHistory::SaveCsv(int id) {
-    const auto file = ChooseFile(
-        {u"Lieferschein speichern"_s, u"CSV Datei    (*.csv)|*.csv"_s, u"unbenannt.csv"_s, true});
+    const auto file =
+        ChooseFile({u"Lieferschein speichern"_s, u"CSV Datei    (*.csv)|*.csv"_s, u"unbenannt.csv"_s, true});
     if (!file) return;
     QByteArray content = ToWindows1252(csvMarker) + "\r\n";
     const auto lines = gDB->OpenRecordset(u"SELECT * FROM "_s + m_kind.detail + where(id) + u';');
@@ -204,8 +201,8 @@ void PaperHistory::SaveCsv(int id) {
     }
     QSaveFile target(*file);
     if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size() || !target.commit())
-        throw RuntimeError(
-            70, u"\"%1\" kann nicht geschrieben werden."_s.arg(QDir::toNativeSeparators(*file)));
+        throw RuntimeError(70,
+                           u"\"%1\" kann nicht geschrieben werden."_s.arg(QDir::toNativeSeparators(*file)));
     MsgBox(u"Ihre Lieferschein wurde ordnungsgemäß erstellt."_s);
 }
 

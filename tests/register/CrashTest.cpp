@@ -293,8 +293,8 @@ TEST_F(ServerBookingCrash, AfterAKillBeforeAnyStatementTheReceiptIsWholeAndNothi
     EXPECT_GT(statement, 25);
 }
 
-/// After a kill in the middle of a delivery note: a sale that stands on one is told, and no other. The cashier
-/// gives the answer that keeps his lines.
+/// After a kill in the middle of a delivery note: a sale that stands on one is told, and no other. The
+/// cashier gives the answer that keeps his lines.
 void expectNoteTold(TempShop& shop, const DefaultAnswers& asked, int& inDoubt) {
     const int written = shop.count(u"LieferungDetail"_s), open = shop.count(u"Bestellung"_s);
     ASSERT_LE(shop.count(u"Lieferung"_s), 1);

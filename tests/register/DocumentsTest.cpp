@@ -31,9 +31,9 @@ class Documents : public Till {
         shop.article(u"2"_s, u"Saft"_s, 1.99, juice);
         shop.insert(u"ArtikelLieferanten"_s,
                     {{u"ArtikelNummer"_s, u"1"_s}, {u"LieferantID"_s, 1}, {u"BestellNummer"_s, u"T-7"_s}});
-        customer = shop.insert(u"Kunden"_s, {{u"KundenNummer"_s, u"1001"_s},
-                                             {u"Name_1"_s, u"Müller & Sohn"_s},
-                                             {u"Rabatt"_s, 0}});
+        customer = shop.insert(
+            u"Kunden"_s,
+            {{u"KundenNummer"_s, u"1001"_s}, {u"Name_1"_s, u"Müller & Sohn"_s}, {u"Rabatt"_s, 0}});
     }
     void chooseCustomer() {
         gKunde.KundenID = customer;
@@ -117,8 +117,9 @@ TEST_F(Documents, AnOfferKeepsEveryLineMovesNoStockAndBecomesASale) {
               QStringList{u"1|KASSE-1|%1|Müller & Sohn|16,67"_s.arg(customer)});
     // Without 7 % tax: 10,70 / 1,07 = 10.
     EXPECT_EQ(
-        shop.rows(u"SELECT AngebotID, ArtikelNummer, Buchungs_Menge, Menge, VKPreis_Brutto, BestellNummer FROM "
-                  "AngebotsDetail ORDER BY ArtikelNummer"_s),
+        shop.rows(
+            u"SELECT AngebotID, ArtikelNummer, Buchungs_Menge, Menge, VKPreis_Brutto, BestellNummer FROM "
+            "AngebotsDetail ORDER BY ArtikelNummer"_s),
         (QStringList{u"1|1|1|1|10,7|T-7"_s, u"1|2|3|0,5|1,99|nicht verfügbar"_s}));
     EXPECT_DOUBLE_EQ(
         shop.value(u"SELECT VKPreis_Netto FROM AngebotsDetail WHERE ArtikelNummer='1'"_s).toDouble(), 10);
@@ -220,15 +221,17 @@ TEST_F(Documents, SeveralNotesBecomeOneInvoiceWithoutMovingStockAgain) {
     EXPECT_EQ(invoice.Customers()[0].key, u"ID_%1"_s.arg(customer));
     EXPECT_EQ(invoice.FirstTaken({1, 3}), 0);
     const int id = invoice.Create(customer, {1, 3});
-    EXPECT_EQ(shop.rows(u"SELECT RechnungID, Maschine, KundenNummer, Kunde, ZahlArt, Betrag_Gesamt, "
-                        "Betrag_Gegeben, Betrag_Zurueck, KartenTyp, Abschluss, Zusatz FROM Rechnung"_s),
-              QStringList{u"%1|KASSE-1|%2|Müller & Sohn|RECHNUNG_OFFEN|33,34|33,34|0||Falsch|In dieser "
-                          "Rechnung sind folgende Lieferungen enthalten:  Lf - Nr.1 vom: 23.11.2026,  Lf - Nr.3 "
-                          "vom: 23.11.2026"_s.arg(id)
-                              .arg(customer)});
-    EXPECT_EQ(shop.rows(u"SELECT ArtikelNummer, SUM(Buchungs_Menge), SUM(VKPreis_Brutto * Buchungs_Menge), "
-                        "BestellNummer FROM RechnungsDetail GROUP BY ArtikelNummer, BestellNummer ORDER BY 1"_s),
-              (QStringList{u"1|2|21,4|T-7"_s, u"2|6|11,94|nicht verfügbar"_s}));
+    EXPECT_EQ(
+        shop.rows(u"SELECT RechnungID, Maschine, KundenNummer, Kunde, ZahlArt, Betrag_Gesamt, "
+                  "Betrag_Gegeben, Betrag_Zurueck, KartenTyp, Abschluss, Zusatz FROM Rechnung"_s),
+        QStringList{u"%1|KASSE-1|%2|Müller & Sohn|RECHNUNG_OFFEN|33,34|33,34|0||Falsch|In dieser "
+                    "Rechnung sind folgende Lieferungen enthalten:  Lf - Nr.1 vom: 23.11.2026,  Lf - Nr.3 "
+                    "vom: 23.11.2026"_s.arg(id)
+                        .arg(customer)});
+    EXPECT_EQ(
+        shop.rows(u"SELECT ArtikelNummer, SUM(Buchungs_Menge), SUM(VKPreis_Brutto * Buchungs_Menge), "
+                  "BestellNummer FROM RechnungsDetail GROUP BY ArtikelNummer, BestellNummer ORDER BY 1"_s),
+        (QStringList{u"1|2|21,4|T-7"_s, u"2|6|11,94|nicht verfügbar"_s}));
     EXPECT_EQ(shop.rows(u"SELECT LieferungID, InRechnung FROM Lieferung ORDER BY 1"_s),
               (QStringList{u"1|Wahr"_s, u"2|Falsch"_s, u"3|Wahr"_s}));
     EXPECT_EQ(stock(), (QStringList{u"97"_s, u"95,5"_s}));
@@ -265,8 +268,9 @@ TEST_F(Documents, ANoteOfAKilledTillIsToldBeforeItsLinesMoveTheStockAgain) {
     EXPECT_THROW(reg->documents().BookLieferschein(), Killed);
     screen.onYield = {};
     clock.set(QDateTime({2026, 11, 23}, {15, 0}));
-    const QString told = u"Der Lieferschein 1 für Müller & Sohn über 16,67 € ist geschrieben, und seine 2 Zeilen "
-                         "stehen noch im Verkauf. ...*"_s;
+    const QString told =
+        u"Der Lieferschein 1 für Müller & Sohn über 16,67 € ist geschrieben, und seine 2 Zeilen "
+        "stehen noch im Verkauf. ...*"_s;
     dialogs.expectMsgBox(told, MsgIcon::Question, MsgAnswer::No, u"Unterbrochener Vorgang..."_s);
     restart();
     EXPECT_EQ(reg->basket().rowCount(), 2);

@@ -36,19 +36,18 @@ std::vector<ListColumn> paperColumns(const till::PaperKind& kind) {
 }
 
 std::vector<ListColumn> lineColumns() {
-    return {{u"Artikel-Nr / EAN"_s, u"ArtikelNummer"_s, u"2001040000128"_s},
-            {u"Artikelname"_s, u"ArtikelName"_s, u"Dinkelvollkornbrot 750 g"_s},
-            {u"Anz"_s, u"Buchungs_Menge"_s, u"0000"_s, Qt::AlignRight},
-            {u"Menge"_s, u"Menge"_s, u"000 Stück"_s, Qt::AlignLeft,
-             [](const Recordset& rs) {
-                 return NumberText(rs.Number(u"Menge")) + u' ' + rs.Text(u"Einheit");
-             }},
-            {u"E-Preis"_s, u"VKPreis_Brutto"_s, u"00.000,00"_s, Qt::AlignRight,
-             [](const Recordset& rs) { return till::MoneyText(rs.Money(u"VKPreis_Brutto")); }},
-            {u"G-Preis"_s, u"VKPreis_Brutto"_s, u"000.000,00"_s, Qt::AlignRight, [](const Recordset& rs) {
-                 return till::MoneyText(rs.Money(u"VKPreis_Brutto") *
-                                        Currency::fromDouble(rs.Number(u"Buchungs_Menge")));
-             }}};
+    return {
+        {u"Artikel-Nr / EAN"_s, u"ArtikelNummer"_s, u"2001040000128"_s},
+        {u"Artikelname"_s, u"ArtikelName"_s, u"Dinkelvollkornbrot 750 g"_s},
+        {u"Anz"_s, u"Buchungs_Menge"_s, u"0000"_s, Qt::AlignRight},
+        {u"Menge"_s, u"Menge"_s, u"000 Stück"_s, Qt::AlignLeft,
+         [](const Recordset& rs) { return NumberText(rs.Number(u"Menge")) + u' ' + rs.Text(u"Einheit"); }},
+        {u"E-Preis"_s, u"VKPreis_Brutto"_s, u"00.000,00"_s, Qt::AlignRight,
+         [](const Recordset& rs) { return till::MoneyText(rs.Money(u"VKPreis_Brutto")); }},
+        {u"G-Preis"_s, u"VKPreis_Brutto"_s, u"000.000,00"_s, Qt::AlignRight, [](const Recordset& rs) {
+             return till::MoneyText(rs.Money(u"VKPreis_Brutto") *
+                                    Currency::fromDouble(rs.Number(u"Buchungs_Menge")));
+         }}};
 }
 
 } // namespace

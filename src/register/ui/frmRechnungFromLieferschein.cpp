@@ -17,16 +17,15 @@ frmRechnungFromLieferschein::frmRechnungFromLieferschein(const till::CollectiveI
     : WizardForm(parent)
     , m_invoice(invoice)
     , m_ui(std::make_unique<Ui::frmRechnungFromLieferschein>())
-    , m_notes(new RecordList({u"ID"_s, u"LieferungID"_s},
-                             {{u"Nummer"_s, u"LieferungID"_s, u"0000000000"_s},
-                              {u"Datum"_s, u"Datum"_s, u"00.00.0000"_s},
-                              {u"Zeit"_s, u"Zeit"_s, u"00:00:00"_s},
-                              {u"Betrag"_s, u"Betrag_Gesamt"_s, u"000.000,00 €"_s, Qt::AlignRight,
-                               [](const Recordset& rs) {
-                                   return till::MoneyText(rs.Money(u"Betrag_Gesamt"));
-                               }},
-                              {u"Kunde"_s, u"Kunde"_s, u"Gasthof Zur Linde und Söhne"_s}},
-                             this)) {
+    , m_notes(
+          new RecordList({u"ID"_s, u"LieferungID"_s},
+                         {{u"Nummer"_s, u"LieferungID"_s, u"0000000000"_s},
+                          {u"Datum"_s, u"Datum"_s, u"00.00.0000"_s},
+                          {u"Zeit"_s, u"Zeit"_s, u"00:00:00"_s},
+                          {u"Betrag"_s, u"Betrag_Gesamt"_s, u"000.000,00 €"_s, Qt::AlignRight,
+                           [](const Recordset& rs) { return till::MoneyText(rs.Money(u"Betrag_Gesamt")); }},
+                          {u"Kunde"_s, u"Kunde"_s, u"Gasthof Zur Linde und Söhne"_s}},
+                         this)) {
     m_ui->setupUi(this);
     setUpWizard();
     m_notes->setCheck([this](const Recordset& rs) { return m_ticked.contains(rs.Long(u"LieferungID")); },
@@ -57,7 +56,8 @@ void frmRechnungFromLieferschein::tick(bool all) {
     guard()([&] {
         m_notes->readAll();
         const int current = m_ui->lvwLieferschein->currentRow();
-        for (int row = all ? 0 : current; row >= 0 && row < (all ? m_notes->rowCount() : current + 1); ++row) {
+        for (int row = all ? 0 : current; row >= 0 && row < (all ? m_notes->rowCount() : current + 1);
+             ++row) {
             const QModelIndex cell = m_notes->index(row, 0);
             const bool on = all || cell.data(Qt::CheckStateRole).toInt() != Qt::Checked;
             m_notes->setData(cell, on ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
@@ -67,9 +67,9 @@ void frmRechnungFromLieferschein::tick(bool all) {
 
 void frmRechnungFromLieferschein::showSum() {
     const int count = int(m_ticked.size());
-    m_ui->lblSumme->setText(u"%1 · %2 %3"_s.arg(
-        count == 1 ? u"1 Lieferschein"_s : u"%1 Lieferscheine"_s.arg(count),
-        till::MoneyText(m_invoice.Sum(ticked())), gWaehrungsSymbol));
+    m_ui->lblSumme->setText(
+        u"%1 · %2 %3"_s.arg(count == 1 ? u"1 Lieferschein"_s : u"%1 Lieferscheine"_s.arg(count),
+                            till::MoneyText(m_invoice.Sum(ticked())), gWaehrungsSymbol));
 }
 
 bool frmRechnungFromLieferschein::mayLeave(int pane) {
@@ -77,8 +77,8 @@ bool frmRechnungFromLieferschein::mayLeave(int pane) {
         return !FirstFailure(
             {{m_ui->cboKunden->currentIndex() < 0, m_ui->cboKunden,
               u"Sie müssen ein Kunden auswählen bevor Sie den Vorgang fortsetzen können."_s}});
-    return !FirstFailure({{m_ticked.empty(), m_ui->lvwLieferschein,
-                           u"Sie müssen mindestens ein Lieferschein auswählen."_s}});
+    return !FirstFailure(
+        {{m_ticked.empty(), m_ui->lvwLieferschein, u"Sie müssen mindestens ein Lieferschein auswählen."_s}});
 }
 
 void frmRechnungFromLieferschein::entered(int pane) {
@@ -98,10 +98,11 @@ void frmRechnungFromLieferschein::entered(int pane) {
 
 void frmRechnungFromLieferschein::finish() {
     if (const int taken = m_invoice.FirstTaken(ticked()); taken != 0) {
-        MsgBox(u"Der Lieferschein %1 steht inzwischen in einer Rechnung oder wurde gelöscht, vielleicht an einer "
-               "anderen Kasse. Es wurde keine Rechnung geschrieben. Bitte wählen Sie die Lieferscheine noch "
-               "einmal aus."_s.arg(taken),
-               MsgIcon::Exclamation);
+        MsgBox(
+            u"Der Lieferschein %1 steht inzwischen in einer Rechnung oder wurde gelöscht, vielleicht an einer "
+            "anderen Kasse. Es wurde keine Rechnung geschrieben. Bitte wählen Sie die Lieferscheine noch "
+            "einmal aus."_s.arg(taken),
+            MsgIcon::Exclamation);
         m_ticked.clear();
         m_shown = 0;
         wizard().setPaneNumber(1); // all keys are off by now: coming from before and going back sets them

@@ -29,8 +29,8 @@ class CollectiveInvoice {
     /// The first of the notes that meanwhile is gone, or stands in an invoice of another till; 0 for none.
     [[nodiscard]] int FirstTaken(const std::vector<int>& notes) const;
 
-    /// Writes the invoice and marks its notes, write by write; no stock moves. Its number. An error tells what
-    /// was written before.
+    /// Writes the invoice and marks its notes, write by write; no stock moves. Its number. An error tells
+    /// what was written before.
     [[nodiscard]] int Create(int KundenID, const std::vector<int>& notes);
     void Print(int RechnungID); ///< the customer of the open sale stays
 

@@ -19,12 +19,12 @@ enum class Papier { Angebot, Lieferung };
 /// In what offers and delivery notes differ.
 struct PaperKind {
     Papier kind;
-    QString head, detail, key;      ///< tables, and the column that ties them
-    QString one, article;           ///< "Angebot", "Das Angebot"
-    QString noCustomer, failed;     ///< messages
+    QString head, detail, key;  ///< tables, and the column that ties them
+    QString one, article;       ///< "Angebot", "Das Angebot"
+    QString noCustomer, failed; ///< messages
     QString printTitle, printQuestion;
     QString deleteQuestion;
-    QString vorlage;                ///< the template, and its kind for Print_Formular
+    QString vorlage; ///< the template, and its kind for Print_Formular
     int form;
     bool movesStock;
 };
