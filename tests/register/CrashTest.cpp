@@ -341,6 +341,35 @@ TEST_F(FileBookingCrash, ADeliveryNoteThatWasKilledAtAnyWriteIsToldAsADoubt) {
     reg.reset();
 }
 
+TEST_F(ServerBookingCrash, ADeliveryNoteThatWasKilledBeforeAnyStatementIsToldAsADoubt) {
+    screen.isQuiet = true;
+    InterruptedSale::stockShop(shop);
+    int statement = 0, inDoubt = 0;
+    for (bool whole = false; !whole; ++statement) {
+        SCOPED_TRACE(statement);
+        InterruptedSale::scan(shop, *reg);
+        gKunde.KundenID = 12;
+        {
+            const DefaultAnswers answers;
+            proxy->cut(PostgresProxy::Cut::BeforeSending, "", statement, PostgresProxy::After::Deny);
+            reg->documents().BookLieferschein();
+            whole = !proxy->hasCut();
+        }
+        proxy->cut(PostgresProxy::Cut::BeforeSending, "nothing like this");
+        reg.reset();
+        gDB.reset();
+        proxy->deny(false);
+        shop.reopen();
+        DefaultAnswers asked;
+        open();
+        ASSERT_NO_FATAL_FAILURE(expectNoteTold(shop, asked, inDoubt));
+        for (const QString& table : {u"Bestellung"_s, u"Lieferung"_s, u"LieferungDetail"_s})
+            shop.db().Execute(u"DELETE FROM "_s + table);
+        reg->LoadBestellungen();
+    }
+    EXPECT_GT(inDoubt, 5);
+}
+
 TEST_F(BookingCrash, AReceiptThatStandsAtThePrintChoiceIsToldAndCanBePrinted) {
     gPrintMode = 3;
     InterruptedSale::scan(shop, *reg);

@@ -4,9 +4,7 @@
 
 #include <register/Prices.h>
 #include <session/Clock.h>
-#include <session/Globals.h>
 #include <session/Keys.h>
-#include <session/MsgBox.h>
 #include <store/Recordset.h>
 #include <text/Convert.h>
 #include <ui/Pointer.h>
@@ -92,8 +90,12 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
             if (m_history.Delete(id)) showPapers();
         });
     });
-    connect(m_ui->cmdPrint, &TouchKey::clicked, this,
-            [this] { withSelected([this](int id) { m_history.Print(id); }); });
+    connect(m_ui->cmdPrint, &TouchKey::clicked, this, [this] {
+        withSelected([this](int id) {
+            const WaitCursor wait;
+            m_history.Print(id);
+        });
+    });
     connect(m_ui->cmdCSV, &TouchKey::clicked, this,
             [this] { withSelected([this](int id) { m_history.SaveCsv(id); }); });
     showPapers();

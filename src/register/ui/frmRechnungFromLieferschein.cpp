@@ -5,10 +5,9 @@
 #include <register/Prices.h>
 #include <session/Globals.h>
 #include <session/Keys.h>
+#include <session/MsgBox.h>
 #include <store/Recordset.h>
-#include <text/Convert.h>
 #include <ui/Binding.h>
-#include <ui/Pointer.h>
 
 using namespace Qt::StringLiterals;
 
