@@ -4,8 +4,8 @@ using namespace Qt::StringLiterals;
 
 namespace till {
 
-ArtikelRecord LineWithoutArticle(QStringView Nummer, const QString& WarenGruppe, const QString& Name,
-                                 Currency price, double SteuerSatz) {
+ArtikelRecord LineWithoutArticle(QStringView Nummer, const QString& WarenGruppe, const QString& Name, Currency price,
+                                 double SteuerSatz) {
     ArtikelRecord record;
     record.Nummer = Nummer.toString();
     record.WarenGruppe = WarenGruppe;
