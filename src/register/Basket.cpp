@@ -153,6 +153,7 @@ void Basket::LoadBestellungen() {
     RefreshGesamt();
     if (isEmpty()) {
         IsLieferscheinBon = false;
+        LieferungNummer = 0;
         SetLCDDefault();
         setPicture({});
         return;

@@ -3,6 +3,7 @@
 #include "LineKey.h"
 #include "Sale.h"
 
+#include <register/OrderNumbers.h>
 #include <register/Prices.h>
 #include <register/gMaschine.h>
 #include <session/Clock.h>
@@ -161,10 +162,7 @@ void Booking::writeDetail() {
     detail.Set(u"VKPreis_Netto", NetPrice(price, rs.Number(u"SteuerSatz")));
     detail.Set(u"VKPreisOrg", rs.Money(u"VKPreis"));
     copy({u"SteuerSatz", u"SNNummer", u"WarenGruppe", u"LangText", u"Zusatz1", u"Zusatz2", u"PreisInfo"});
-    const auto supplier =
-        gDB->OpenRecordset(u"SELECT BestellNummer FROM ArtikelLieferanten WHERE ArtikelNummer="_s +
-                           sql::text(rs.Text(u"ArtikelNummer")) + u';');
-    detail.Set(u"BestellNummer", supplier->Eof() ? u"nicht verfügbar"_s : supplier->Text(u"BestellNummer"));
+    detail.Set(u"BestellNummer", OrderNumberOf(rs.Text(u"ArtikelNummer")));
     detail.Update();
 }
 

@@ -106,6 +106,21 @@ void Checkout::EndMovement() {
 
 void Checkout::Finish(const QString& lastTotal) {
     RemoveLines();
+    nextCustomer(lastTotal);
+}
+
+void Checkout::FinishPaper(const QString& told) {
+    WithAdvice(
+        [this] { m_sale.RemoveLines(m_sale.basket.lastID()); },
+        [&] {
+            return told +
+                   u" Die Zeilen verschwinden mit der nächsten Eingabe, sobald die Datenbank wieder da "
+                   "ist; bitte schreiben Sie sie nicht noch einmal."_s;
+        });
+    nextCustomer({});
+}
+
+void Checkout::nextCustomer(const QString& lastTotal) {
     m_sale.basket.rsBestellung().Requery();
     m_sale.ResetKunde();
     m_sale.screen.MovePointerAway();

@@ -46,8 +46,13 @@ class Checkout {
     void EndMovement();
     /// Empties the sale for the next customer. The total that shall stay on the screen, if any.
     void Finish(const QString& lastTotal = {});
+    /// The same for a sale that went onto an offer or a delivery note; `told` is what was written, for the
+    /// case that its lines cannot be taken away.
+    void FinishPaper(const QString& told);
 
   private:
+    void nextCustomer(const QString& lastTotal);
+
     Sale& m_sale;
     std::optional<QScopedValueRollback<bool>> m_booking;
 };

@@ -10,13 +10,17 @@ using namespace Qt::StringLiterals;
 
 namespace till {
 
+LineKey KeyOf(const Recordset& rs, QStringView price) {
+    return {rs.Text(u"ArtikelNummer"), rs.Text(u"ArtikelName"), rs.Number(u"Buchungs_Menge"),
+            rs.Number(u"Menge"),       rs.Money(price),         rs.Number(u"SteuerSatz"),
+            rs.Text(u"SNNummer")};
+}
+
 std::vector<LineKey> LinesOf(const QString& query, QStringView price) {
     std::vector<LineKey> lines;
     const auto rs = gDB->OpenRecordset(query);
     for (; !rs->Eof(); rs->MoveNext())
-        lines.emplace_back(rs->Text(u"ArtikelNummer"), rs->Text(u"ArtikelName"),
-                           rs->Number(u"Buchungs_Menge"), rs->Number(u"Menge"), rs->Money(price),
-                           rs->Number(u"SteuerSatz"), rs->Text(u"SNNummer"));
+        lines.push_back(KeyOf(*rs, price));
     return lines;
 }
 

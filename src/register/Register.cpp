@@ -7,15 +7,16 @@
 #include "Undo.h"
 
 #include <devices/CashDrawer.h>
+#include <register/ArticleSearch.h>
 #include <register/CashMovements.h>
 #include <register/CustomerAccount.h>
-#include <register/ArticleSearch.h>
+#include <register/Documents.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Parking.h>
 #include <register/Register.h>
+#include <register/Returns.h>
 #include <register/SpecialLines.h>
 #include <register/Vouchers.h>
-#include <register/Returns.h>
 #include <register/gMaschine.h>
 #include <session/CSystem.h>
 #include <session/Globals.h>
@@ -43,7 +44,8 @@ Register::Register(RegisterScreen& screen, QObject* parent)
     , m_parking(std::make_unique<Parking>(*m_sale))
     , m_returns(std::make_unique<Returns>(*m_sale))
     , m_account(std::make_unique<CustomerAccount>(*m_sale))
-    , m_vouchers(std::make_unique<Vouchers>(*m_sale, *m_entry)) {
+    , m_vouchers(std::make_unique<Vouchers>(*m_sale, *m_entry))
+    , m_documents(std::make_unique<Documents>(*m_sale)) {
     connect(m_undo.get(), &Undo::Changed, this, &Register::UndoChanged);
     connect(m_entry.get(), &Entry::InputChanged, this, &Register::InputChanged);
     connect(m_entry.get(), &Entry::InputLeft, this, &Register::InputLeft);

@@ -1,5 +1,6 @@
 #include "Sale.h"
 
+#include "PaperInDoubt.h"
 #include "Recovery.h"
 #include "VoucherDoubts.h"
 #include "WaitingLines.h"
@@ -86,8 +87,9 @@ bool Sale::Settle() {
                 u"Diese Datenbank stammt aus einer älteren Version: Nach einem Stromausfall kann die Kasse nicht "
                 "sagen, was gebucht ist. Bitte starten Sie das Programm einmal mit /dbupdate."_s,
                 MsgIcon::Exclamation);
+        if (!shown) shown = TellPaperInDoubt(*this);
         m_lookBack = false;
-        shown |= SettleInterruptedCopy(*this);
+        if (!shown) shown = SettleInterruptedCopy(*this);
     }
     clearPaid();
     return basket.Confirm() && !shown;
@@ -96,8 +98,9 @@ bool Sale::Settle() {
 int Sale::Rechnung() const { return m_booking && m_booking->whole ? m_booking->mark.RechnungID : 0; }
 
 void Sale::clearPaid() {
-    if (Rechnung() == 0) return;
-    RemoveBooked();
+    if (Rechnung() == 0 && m_leaving == 0) return;
+    if (Rechnung() != 0) RemoveBooked();
+    if (m_leaving != 0) RemoveLines(m_leaving);
     ResetKunde();
     basket.LoadBestellungen();
 }
@@ -112,6 +115,13 @@ void Sale::RemoveBooked() {
         gDB->Execute(lines);
     m_booking.reset();
     if (voucherReceipt != 0) TellVoucherDoubts(voucherReceipt);
+}
+
+void Sale::RemoveLines(int lastID) {
+    m_leaving = lastID;
+    gDB->Execute(Basket::DeleteStatement(lastID));
+    m_leaving = 0;
+    emit Closed();
 }
 
 BelegDialoge Sale::printDialogs() {

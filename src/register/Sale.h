@@ -73,6 +73,9 @@ class Sale : public QObject {
     /// The lines of the booked sale go, and its mark with them. A voucher whose rest is not what the receipt
     /// says is told.
     void RemoveBooked();
+    /// The same for lines that went onto an offer or a delivery note: up to this one. What fails here is done
+    /// by the next Settle.
+    void RemoveLines(int lastID);
 
     /// By gPrintMode.
     void PrintReceipt(int Rechnung, BelegArt art);
@@ -91,6 +94,7 @@ class Sale : public QObject {
         bool whole = false;
     };
     std::optional<RecentBooking> m_booking;
+    int m_leaving = 0; ///< the last line that goes and may still be there
     bool m_keepsMarks = false, m_lookBack = false, m_settling = false;
     QString m_title;
 };

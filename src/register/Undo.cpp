@@ -1,5 +1,6 @@
 #include "Undo.h"
 
+#include "InOneGo.h"
 #include "Sale.h"
 
 #include <register/gMaschine.h>
@@ -20,22 +21,6 @@ using namespace Qt::StringLiterals;
 namespace till {
 
 namespace {
-
-/// All of it is written or nothing.
-template <typename Body>
-void inOneGo(Body&& body) {
-    gDB->BeginTrans();
-    try {
-        body();
-        gDB->CommitTrans();
-    } catch (...) {
-        try {
-            gDB->Rollback();
-        } catch (const RuntimeError&) { // the line to the store is gone, and with it what was written
-        }
-        throw;
-    }
-}
 
 QString shortName(const QString& name) { return name.size() > 32 ? name.left(31).trimmed() + u'…' : name; }
 
@@ -167,7 +152,7 @@ void Undo::TakeBack() {
     }
     const Step step = m_steps.back();
     if (step.lines.empty())
-        inOneGo([&] { reprice(step); });
+        InOneGo([&] { reprice(step); });
     else
         restore(step);
     m_steps.pop_back();
@@ -179,7 +164,7 @@ void Undo::TakeBack() {
 void Undo::restore(const Step& step) {
     Recordset& rs = m_sale.basket.rsBestellung();
     std::vector<std::pair<int, int>> numbers;
-    inOneGo([&] {
+    InOneGo([&] {
         for (const Line& line : step.lines) {
             rs.AddNew();
             numbers.emplace_back(line.ID, rs.Long(u"ID"));

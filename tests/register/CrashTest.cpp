@@ -3,7 +3,9 @@
 #include "ServerTill.h"
 
 #include <register/CashMovements.h>
+#include <register/Documents.h>
 #include <register/Parking.h>
+#include <session/gKunde.h>
 #include <store/Schema.h>
 #include <text/Sort.h>
 
@@ -345,6 +347,83 @@ TEST_F(ServerBookingCrash, AMovementOfCashIsBookedOnceOrTold) {
     }
     EXPECT_GT(statement, 8);
     EXPECT_GT(shop.count(u"Rechnung"_s), 3);
+}
+
+/// After a kill in the middle of a delivery note: a sale that stands on one is told, and no other. The
+/// cashier gives the answer that keeps his lines.
+void expectNoteTold(TempShop& shop, const DefaultAnswers& asked, int& inDoubt) {
+    const int written = shop.count(u"LieferungDetail"_s), open = shop.count(u"Bestellung"_s);
+    ASSERT_LE(shop.count(u"Lieferung"_s), 1);
+    ASSERT_TRUE(open == InterruptedSale::lines || (open == 0 && written == InterruptedSale::lines));
+    const bool doubt = written > 0 && open > 0;
+    ASSERT_EQ(asked.told.size(), doubt ? 1 : 0) << qPrintable(asked.told.join(u'|'));
+    inDoubt += doubt;
+    if (!doubt) return;
+    const QString progress =
+        written < InterruptedSale::lines ? u"erst %1 von 5"_s.arg(written) : u"seine 5 Zeilen"_s;
+    ASSERT_TRUE(asked.told[0].contains(progress)) << qPrintable(asked.told[0]);
+}
+
+TEST_F(FileBookingCrash, ADeliveryNoteThatWasKilledAtAnyWriteIsToldAsADoubt) {
+    screen.isQuiet = true;
+    CrashImages images(shop.storePath());
+    reg.reset();
+    shop.reopen();
+    open();
+    InterruptedSale::scan(shop, *reg);
+    gKunde.KundenID = 12;
+    {
+        struct SaysNo : DefaultAnswers {
+            MsgAnswer msgBox(const QString&, MsgButtons, MsgIcon, const QString&, MsgAnswer) override {
+                return MsgAnswer::No;
+            }
+        } const answers;
+        images.taking = true;
+        reg->documents().BookLieferschein();
+        images.taking = false;
+    }
+    EXPECT_EQ(shop.count(u"LieferungDetail"_s), InterruptedSale::lines);
+    EXPECT_EQ(shop.count(u"Bestellung"_s), 0);
+    int inDoubt = 0;
+    for (const QString& folder : images.folders()) {
+        SCOPED_TRACE(qPrintable(folder));
+        reg.reset();
+        gDB = Database::OpenDatabase(folder + u"/Merivane.mdb"_s);
+        DefaultAnswers asked;
+        open();
+        ASSERT_NO_FATAL_FAILURE(expectNoteTold(shop, asked, inDoubt));
+    }
+    EXPECT_GT(inDoubt, 20);
+    reg.reset();
+}
+
+TEST_F(ServerBookingCrash, ADeliveryNoteThatWasKilledBeforeAnyStatementIsToldAsADoubt) {
+    screen.isQuiet = true;
+    InterruptedSale::stockShop(shop);
+    int statement = 0, inDoubt = 0;
+    for (bool whole = false; !whole; ++statement) {
+        SCOPED_TRACE(statement);
+        InterruptedSale::scan(shop, *reg);
+        gKunde.KundenID = 12;
+        {
+            const DefaultAnswers answers;
+            proxy->cut(PostgresProxy::Cut::BeforeSending, "", statement, PostgresProxy::After::Deny);
+            reg->documents().BookLieferschein();
+            whole = !proxy->hasCut();
+        }
+        proxy->cut(PostgresProxy::Cut::BeforeSending, "nothing like this");
+        reg.reset();
+        gDB.reset();
+        proxy->deny(false);
+        shop.reopen();
+        DefaultAnswers asked;
+        open();
+        ASSERT_NO_FATAL_FAILURE(expectNoteTold(shop, asked, inDoubt));
+        for (const QString& table : {u"Bestellung"_s, u"Lieferung"_s, u"LieferungDetail"_s})
+            shop.db().Execute(u"DELETE FROM "_s + table);
+        reg->LoadBestellungen();
+    }
+    EXPECT_GT(inDoubt, 5);
 }
 
 TEST_F(BookingCrash, AReceiptThatStandsAtThePrintChoiceIsToldAndCanBePrinted) {

@@ -393,7 +393,9 @@ void WizardForm::setUpWizard() {
     });
     connect(m_wizard, &WizardCtl::FinishClick, this, [this] {
         if (!guard()([this] { finish(); })) m_wizard->Error();
-        if (m_wizard->cancelKey()->isEnabled()) m_wizard->cancelKey()->setFocus();
+        // Unless the job went back to a page.
+        if (m_wizard->forwardKey() == nullptr && m_wizard->cancelKey()->isEnabled())
+            m_wizard->cancelKey()->setFocus();
     });
     connect(m_wizard, &WizardCtl::CancelClick, this, &WizardForm::reject);
 }

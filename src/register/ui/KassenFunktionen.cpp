@@ -4,11 +4,12 @@
 
 #include <register/CashMovements.h>
 #include <register/CustomerAccount.h>
+#include <register/Documents.h>
 #include <register/Parking.h>
 #include <register/Register.h>
+#include <register/Returns.h>
 #include <register/SpecialLines.h>
 #include <register/Vouchers.h>
-#include <register/Returns.h>
 #include <session/Globals.h>
 #include <ui/Commands.h>
 
@@ -38,6 +39,17 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(true, u"cmdTotal"_s, [&till] { till.cmdTotal_Click(); });
     add(true, u"ShortCutFocus"_s, [&till] { till.ToggleShortCutFocus(); });
 
+    // popAuftrag
+    add(
+        true, u"Auftrag_Rechnung"_s, [&till] { till.documents().BookRechnungOffen(); }, u"Auf Rechnung"_s);
+    add(
+        true, u"Auftrag_Lieferschein"_s, [&till] { till.documents().BookLieferschein(); }, u"Lieferschein"_s);
+    add(
+        true, u"Auftrag_Angebot"_s, [&till] { till.documents().BookAngebot(); }, u"Angebot"_s);
+    add(
+        true, u"Auftrag_RechnungFromLieferschein"_s,
+        [&till] { till.documents().ShowRechnungFromLieferschein(); }, u"Neue Rechnung aus Lieferschein"_s);
+
     // popFunction
     add(
         gKFBenutzerWechsel, u"FileChangeUser"_s, [&till] { till.ChangeUser(); }, u"Benutzerwechsel"_s);
@@ -59,6 +71,12 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
     add(
         gKFGutscheinAuszahlung, u"FileGutscheinAuszahlung"_s, [&till] { till.vouchers().PayoutGutschein(); },
         u"Gutscheinbetrag Bar auszahlen"_s);
+    add(
+        gKFAngebotsHistorie, u"FileAngebote"_s, [&till] { till.documents().ShowAngebote(); },
+        u"Angebotshistorie"_s);
+    add(
+        gKFLieferscheinHistorie, u"FileLieferscheine"_s, [&till] { till.documents().ShowLieferungen(); },
+        u"Lieferschein Historie"_s);
     add(
         gKFKassenlade, u"FileOpenLade"_s, [&till] { till.OpenLade_Click(); }, u"Kassenlade öffnen"_s);
     add(

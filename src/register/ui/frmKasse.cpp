@@ -10,14 +10,17 @@
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseLangText.h"
+#include "frmKassePapiere.h"
 #include "frmKassePfand.h"
-#include "frmKasseSNAngabe.h"
 #include "frmKasseReklamation.h"
+#include "frmKasseSNAngabe.h"
 #include "frmKasseTotal.h"
+#include "frmRechnungFromLieferschein.h"
 #include "ui_frmKasse.h"
 
 #include <printing/ui/frmKassePrintDlg.h>
 #include <printing/ui/frmRechnungsVorlage.h>
+#include <register/Documents.h>
 #include <register/Returns.h>
 #include <register/gMaschine.h>
 #include <register/ui/frmKasse.h>
@@ -311,6 +314,21 @@ void frmKasse::Show(till::Dialog which) {
         {Dialog::DesktopLogin,
          [](frmKasse& kasse) {
              if (kasse.m_showDesktopLogin) kasse.m_showDesktopLogin();
+         }},
+        {Dialog::Angebote,
+         [](frmKasse& kasse) {
+             frmKasseAngebote dialog(kasse.m_till.documents().history(till::Papier::Angebot), &kasse);
+             ShowModal(dialog);
+         }},
+        {Dialog::Lieferungen,
+         [](frmKasse& kasse) {
+             frmKasseLieferung dialog(kasse.m_till.documents().history(till::Papier::Lieferung), &kasse);
+             ShowModal(dialog);
+         }},
+        {Dialog::RechnungFromLieferschein,
+         [](frmKasse& kasse) {
+             frmRechnungFromLieferschein dialog(kasse.m_till.documents().collectiveInvoice(), &kasse);
+             ShowModal(dialog);
          }},
         {Dialog::KartenMenu, [](frmKasse& kasse) { kasse.m_menus->showKarte(kasse.m_ui->cmdKarte); }},
     };

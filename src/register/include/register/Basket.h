@@ -116,6 +116,7 @@ class Basket : public QAbstractTableModel {
 
     /// True for a sale that was loaded from a delivery note, whose stock has left with it.
     bool IsLieferscheinBon = false;
+    int LieferungNummer = 0; ///< of that note; 0 for none
 
   signals:
     void GesamtChanged(const QString& text);

@@ -15,6 +15,7 @@ namespace till {
 
 class CashMovements;
 class CustomerAccount;
+class Documents;
 class Entry;
 class Parking;
 class Returns;
@@ -116,6 +117,7 @@ class Register : public QObject {
     [[nodiscard]] Parking& parking() { return *m_parking; }
     [[nodiscard]] Returns& returns() { return *m_returns; }
     [[nodiscard]] CustomerAccount& account() { return *m_account; }
+    [[nodiscard]] Documents& documents() { return *m_documents; } ///< offers, delivery notes, invoices
 
     // Drawer and display
     void OpenKassenLade();
@@ -160,6 +162,7 @@ class Register : public QObject {
     std::unique_ptr<Returns> m_returns;
     std::unique_ptr<CustomerAccount> m_account;
     std::unique_ptr<Vouchers> m_vouchers;
+    std::unique_ptr<Documents> m_documents;
     ArticleKeys m_keys;
     QStringList m_karten;
 };

@@ -8,27 +8,30 @@ namespace till {
 /// leaves its answer there; one that was closed without a decision leaves `Ergebnis` 0. All are modal but the
 /// menu.
 enum class Dialog {
-    PreisAngabe,        ///< gArtikel.VKPreis and gArtikel.Ergebnis
-    Rabatt,             ///< gRabattAngabe
-    VolumenAngabe,      ///< gArtikel.Menge with its price, and gArtikel.Ergebnis
-    SNAngabe,           ///< gArtikel.SNNummer and gArtikel.Ergebnis
-    Pfand,              ///< gPfandAngabe
-    Gutschrift,         ///< gArtikel.VKPreis and gArtikel.Ergebnis
-    LangText,           ///< gLangTextAngabe
-    FreierPreis,        ///< gPreisAngabe
-    FreierArtikel,      ///< gFreierArtikel
-    ArtikelSuche,       ///< gArtikel, Ergebnis 1 when one was chosen
-    ArtikelDetail,      ///< gArtikel, Ergebnis 1 when it is to be written; only where CanShow agrees
-    ArtikelLieferanten, ///< gBestellNummerWahl
-    KasseTotal,         ///< gZahlung
-    Gutschein,          ///< gGutscheinAngabe
-    PrintDlg,           ///< sets gPrintMode to 0, 1 or 2
-    RechnungsVorlage,   ///< gVorlagenAuswahl
-    KundenSuche,        ///< gKunde, Ergebnis 1 when one was chosen
-    KassenBuchung,      ///< gKassenBuchung
-    Reklamation,        ///< Register::returns().NewDialog()
-    DesktopLogin,       ///< gKassenUser
-    KartenMenu,         ///< the menu of the cards; a choice there calls Register::PayByKarte
+    PreisAngabe,              ///< gArtikel.VKPreis and gArtikel.Ergebnis
+    Rabatt,                   ///< gRabattAngabe
+    VolumenAngabe,            ///< gArtikel.Menge with its price, and gArtikel.Ergebnis
+    SNAngabe,                 ///< gArtikel.SNNummer and gArtikel.Ergebnis
+    Pfand,                    ///< gPfandAngabe
+    Gutschrift,               ///< gArtikel.VKPreis and gArtikel.Ergebnis
+    LangText,                 ///< gLangTextAngabe
+    FreierPreis,              ///< gPreisAngabe
+    FreierArtikel,            ///< gFreierArtikel
+    ArtikelSuche,             ///< gArtikel, Ergebnis 1 when one was chosen
+    ArtikelDetail,            ///< gArtikel, Ergebnis 1 when it is to be written; only where CanShow agrees
+    ArtikelLieferanten,       ///< gBestellNummerWahl
+    KasseTotal,               ///< gZahlung
+    Gutschein,                ///< gGutscheinAngabe
+    PrintDlg,                 ///< sets gPrintMode to 0, 1 or 2
+    RechnungsVorlage,         ///< gVorlagenAuswahl
+    KundenSuche,              ///< gKunde, Ergebnis 1 when one was chosen
+    KassenBuchung,            ///< gKassenBuchung
+    Reklamation,              ///< Register::returns().NewDialog()
+    DesktopLogin,             ///< gKassenUser
+    Angebote,                 ///< history of the offers, PaperHistory
+    Lieferungen,              ///< the same of the delivery notes
+    RechnungFromLieferschein, ///< CollectiveInvoice
+    KartenMenu,               ///< the menu of the cards; a choice there calls Register::PayByKarte
 };
 
 /// What the register asks of its screen. The form implements it, tests script it. Message boxes go through
