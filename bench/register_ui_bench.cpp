@@ -1,3 +1,4 @@
+#include "Screen.h"
 #include "Till.h"
 
 #include <register/ui/frmKasse.h>
@@ -19,25 +20,6 @@
 namespace {
 
 constexpr int lines = 200, rounds = 60, payments = 9, linesOfPayment = 20;
-
-/// Tells when a widget has been painted; the frame is complete when the events of that turn are through.
-class Painted : public QObject {
-  public:
-    explicit Painted(QWidget& widget) { widget.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        m_painted |= event->type() == QEvent::Paint;
-        return false;
-    }
-    void forget() { m_painted = false; }
-    /// Runs events until the frame has come.
-    void wait() {
-        while (!m_painted)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-    }
-
-  private:
-    bool m_painted = false;
-};
 
 void press(QWidget& target, int key, const QString& text) {
     QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);

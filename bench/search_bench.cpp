@@ -1,3 +1,4 @@
+#include "Screen.h"
 #include "Till.h"
 #include "frmKasseArtikelSuche.h"
 
@@ -22,22 +23,6 @@
 namespace {
 
 constexpr int rounds = 40;
-
-double percentile95(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() * 95 / 100];
-}
-
-/// Tells when a widget has been painted.
-class Painted : public QObject {
-  public:
-    explicit Painted(QWidget& widget) { widget.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        painted |= event->type() == QEvent::Paint;
-        return false;
-    }
-    bool painted = false;
-};
 
 void type(QLineEdit& box, const QString& text) {
     for (const QChar c : text) {
@@ -100,7 +85,7 @@ int main(int argc, char** argv) {
     bool stood = false;
     QObject::connect(box.findChild<TypedSearch*>(), &TypedSearch::stood, &app, [&] {
         stood = true;
-        painted.painted = false; // the next frame counts
+        painted.forget(); // the next frame counts
     });
     for (const auto& [name, text] :
          {std::pair{"search_frequent_p95_ms", u"brot"_s}, std::pair{"search_rare_p95_ms", u"quitten"_s},
@@ -114,7 +99,7 @@ int main(int argc, char** argv) {
             stood = false;
             times.push_back(milliseconds([&] {
                 type(box, text.last(1));
-                runUntil([&] { return stood && painted.painted && (!wanted.isEmpty() || done()); });
+                runUntil([&] { return stood && painted.seen() && (!wanted.isEmpty() || done()); });
             }));
             runUntil(done);
             QStringList shown;

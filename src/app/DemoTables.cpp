@@ -16,11 +16,18 @@ const QString root = u":/demo/"_s;
 } // namespace
 
 QStringList tableNames() {
-    return {u"Artikel"_s,        u"ArtikelLieferanten"_s,
-            u"VerbundArtikel"_s, u"AktionsPreise"_s,
-            u"Lieferanten"_s,    u"ShortCutGroup"_s,
-            u"ShortCut"_s,       u"Kunden"_s,
-            u"Personal"_s,       u"Colors"_s};
+    return {u"Artikel"_s,
+            u"ArtikelLieferanten"_s,
+            u"VerbundArtikel"_s,
+            u"AktionsPreise"_s,
+            u"Lieferanten"_s,
+            u"ShortCutGroup"_s,
+            u"ShortCut"_s,
+            u"Kunden"_s,
+            u"Personal"_s,
+            u"Colors"_s,
+            u"ArtikelSerienNummern"_s,
+            u"Gutscheine"_s};
 }
 
 Table parseTable(const QString& name, const QByteArray& text) {

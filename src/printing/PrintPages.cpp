@@ -6,17 +6,20 @@
 #include <page/VSPrinter.h>
 #include <printing/Beleg.h>
 #include <printing/Layout.h>
+#include <printing/Seiten.h>
 #include <session/Clock.h>
 #include <session/Globals.h>
 #include <session/Handle.h>
 #include <session/MsgBox.h>
 #include <session/gAngaben.h>
+#include <session/gKunde.h>
 #include <store/Recordset.h>
 #include <templates/PropertiesList.h>
 #include <templates/TemplateCheck.h>
 #include <templates/Units.h>
 
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
 
@@ -30,28 +33,53 @@ std::unique_ptr<Recordset> findKopf(FormularArt art, int nummer) {
     return nullptr;
 }
 
-/// The template of a document for `printer`; one that cannot be used is told.
-bool loadVorlage(PropertiesList& vorlage, const QString& fileName, TemplateKind kind, const QString& printer,
-                 const QString& complaint) {
-    if (!vorlage.Load(gDBPath + fileName)) {
-        MsgBox(complaint);
-        return false;
-    }
+/// Why the template of a document cannot be used for `printer`; "" when it is loaded and can. `missing` tells
+/// that there is none.
+QString loadVorlage(PropertiesList& vorlage, const QString& fileName, TemplateKind kind,
+                    const QString& printer, const QString& missing) {
+    if (!vorlage.Load(gDBPath + fileName)) return missing;
     const QSizeF own = paperSize(vorlage).isEmpty() ? PrinterPaper(printer) : QSizeF();
     const QString fault = templateFault(vorlage, kind, own);
-    if (fault.isEmpty()) return true;
-    MsgBox(u"Mit der Druckvorlage \"%1\" kann nicht gedruckt werden. "_s.arg(fileName) + fault);
-    return false;
+    if (fault.isEmpty()) return {};
+    return u"Mit der Druckvorlage \"%1\" kann nicht gedruckt werden. "_s.arg(fileName) + fault;
+}
+
+/// The same, told.
+bool hasVorlage(PropertiesList& vorlage, const QString& fileName, TemplateKind kind, const QString& printer,
+                const QString& missing) {
+    const QString fault = loadVorlage(vorlage, fileName, kind, printer, missing);
+    if (!fault.isEmpty()) MsgBox(fault);
+    return fault.isEmpty();
+}
+
+const QString noBon =
+    u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht finden konnte."_s;
+const QString noFormular =
+    u"Das Formular kann nicht gedruckt werden, da das System die dafür nötige Druckvorlage nicht finden, oder öffnen konnte."_s;
+
+void loadFormularKunde(const Recordset& kopf) {
+    LoadBelegKunde(kopf.Long(u"KundenNummer"));
+    if (gKunde.KundenID == 0) gKunde.KundenNummer.clear();
+}
+
+QString documentName(const QString& fileName, int id) {
+    return QFileInfo(fileName).completeBaseName() + u' ' + QString::number(id);
+}
+
+/// Lays out a document whose head is there.
+template <typename Render>
+BelegSeiten show(FormularArt art, int id, const Render& render) {
+    const QScopedValueRollback customer(gKunde);
+    const auto kopf = OpenKopf(TabellenOf(art), id);
+    if (kopf->Eof()) return {{}, u"Der Beleg %1 ist nicht mehr da."_s.arg(id)};
+    return render(*kopf);
 }
 
 void printBon(int RechnungID) {
     const auto kopf = findKopf(FormularArt::Rechnung, RechnungID);
     if (!kopf) return;
     PropertiesList vorlage;
-    if (!loadVorlage(
-            vorlage, u"Kassenbon.pld"_s, TemplateKind::Bon, gBonDrucker,
-            u"Der Bon kann nicht gedruckt werden, da das System die Druckvorlage für den Kassenbon nicht finden konnte."_s))
-        return;
+    if (!hasVorlage(vorlage, u"Kassenbon.pld"_s, TemplateKind::Bon, gBonDrucker, noBon)) return;
     LoadBelegKunde(kopf->Long(u"KundenNummer"));
     const BonDaten bon = ReadBon(*kopf);
     PrintCopies([&](int, int) {
@@ -76,15 +104,10 @@ void printFormular(int ID, const QString& FileName, FormularArt art, const Beleg
     const auto kopf = findKopf(art, ID);
     if (!kopf) return;
     PropertiesList vorlage;
-    if (!loadVorlage(
-            vorlage, FileName, TemplateKind::Form, gFormularDrucker,
-            u"Das Formular kann nicht gedruckt werden, da das System die dafür nötige Druckvorlage nicht "
-            "finden, oder öffnen konnte."_s))
-        return;
-    LoadBelegKunde(kopf->Long(u"KundenNummer"));
-    if (gKunde.KundenID == 0) gKunde.KundenNummer.clear();
+    if (!hasVorlage(vorlage, FileName, TemplateKind::Form, gFormularDrucker, noFormular)) return;
+    loadFormularKunde(*kopf);
     const FormularDaten formular = ReadFormular(art, *kopf);
-    const QString docName = QFileInfo(FileName).completeBaseName() + u' ' + QString::number(ID);
+    const QString docName = documentName(FileName, ID);
     const bool ask = art == FormularArt::Rechnung && gAskSchlussText;
     const auto printCopy = [&](int copy, int copies) {
         VSPrinter printer;
@@ -102,7 +125,7 @@ void printFormular(int ID, const QString& FileName, FormularArt art, const Beleg
 
 void printGutschein(int GutscheinID, const QString& Name, Currency Betrag) {
     PropertiesList vorlage;
-    if (!loadVorlage(
+    if (!hasVorlage(
             vorlage, u"Gutschein.pld"_s, TemplateKind::Voucher, gBonDrucker,
             u"Der Gutschein kann nicht gedruckt werden, da das System die Druckvorlage nicht finden oder öffnen konnte."_s))
         return;
@@ -128,4 +151,33 @@ void Print_Formular(int ID, const QString& FileName, int kind, const BelegDialog
 
 void Print_Gutschein(int GutscheinID, const QString& Name, Currency Betrag) {
     Handle("frmKasse", [&] { printGutschein(GutscheinID, Name, Betrag); });
+}
+
+BelegSeiten BonSeiten(int RechnungID) {
+    return show(FormularArt::Rechnung, RechnungID, [](const Recordset& kopf) -> BelegSeiten {
+        PropertiesList vorlage;
+        const QString fault = loadVorlage(vorlage, u"Kassenbon.pld"_s, TemplateKind::Bon, gBonDrucker, noBon);
+        if (!fault.isEmpty()) return {{}, fault};
+        LoadBelegKunde(kopf.Long(u"KundenNummer"));
+        VSPrinter printer;
+        printer.Device(gBonDrucker);
+        RenderBon(printer, vorlage, ReadBon(kopf));
+        return {printer.Document(), {}};
+    });
+}
+
+BelegSeiten FormularSeiten(int ID, const QString& FileName, int kind) {
+    if (kind < 0 || kind > 2) RaiseInvalidCall();
+    const auto art = static_cast<FormularArt>(kind);
+    return show(art, ID, [&](const Recordset& kopf) -> BelegSeiten {
+        PropertiesList vorlage;
+        const QString fault =
+            loadVorlage(vorlage, FileName, TemplateKind::Form, gFormularDrucker, noFormular);
+        if (!fault.isEmpty()) return {{}, fault};
+        loadFormularKunde(kopf);
+        VSPrinter printer;
+        printer.Device(gFormularDrucker);
+        RenderFormular(printer, vorlage, ReadFormular(art, kopf), documentName(FileName, ID));
+        return {printer.Document(), {}};
+    });
 }

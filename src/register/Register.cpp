@@ -13,6 +13,7 @@
 #include <register/Documents.h>
 #include <register/IncompleteReceipts.h>
 #include <register/Parking.h>
+#include <register/ReceiptHistory.h>
 #include <register/Register.h>
 #include <register/Returns.h>
 #include <register/SpecialLines.h>
@@ -27,6 +28,7 @@
 #include <session/gUser.h>
 #include <session/gZVT.h>
 #include <store/Database.h>
+#include <store/Recordset.h>
 
 #include <tuple>
 
@@ -179,6 +181,29 @@ void Register::cmdKarte_Click() {
 }
 void Register::PayByKarte(const QString& KartenName) {
     Trap([&] { Payment(*m_sale).ByKarte(KartenName); });
+}
+
+ReceiptHistory Register::receipts() { return ReceiptHistory(*m_sale); }
+
+void Register::ShowBonHistorie() {
+    Trap([this] {
+        if (!gKFRechnungsHistorie) return;
+        m_sale->screen.Show(Dialog::BonHistorie);
+        m_sale->screen.MovePointerAway();
+    });
+}
+
+void Register::ShowArtikelInfo() {
+    Trap([this] {
+        if (!gKFArtikelInfo || m_sale->basket.isEmpty()) return;
+        if (!ArticleSearch::Select(ArticleSearch::KeyPrefix +
+                                   m_sale->basket.rsBestellung().Text(u"ArtikelNummer"))) {
+            MsgBox(u"Zu dieser Zeile gibt es keinen Artikel in der Datenbank."_s);
+            return;
+        }
+        m_sale->screen.Show(Dialog::ArtikelInfo);
+        m_sale->screen.MovePointerAway();
+    });
 }
 
 void Register::PrintLast() {

@@ -104,7 +104,8 @@ TEST(DemoData, PricesTaxesAndTextsArePlausible) {
 TEST(DemoData, EveryFlagAndEveryRuleOccurs) {
     const QList<Row> articles = rowsOf(u"Artikel"_s);
     EXPECT_GE(column(u"Artikel"_s, u"WarenGruppe"_s).size(), 12);
-    for (const QString& flag : {u"Aktiv"_s, u"LagerAktiv"_s, u"Rabatt"_s, u"PreisAngabe"_s}) {
+    for (const QString& flag :
+         {u"Aktiv"_s, u"LagerAktiv"_s, u"Rabatt"_s, u"PreisAngabe"_s, u"VolumenAngabe"_s, u"SNAngabe"_s}) {
         EXPECT_GE(count(articles, flag, u"ja"_s), 3) << qPrintable(flag);
         EXPECT_GE(count(articles, flag, u"nein"_s), 3) << qPrintable(flag);
     }
@@ -134,11 +135,10 @@ TEST(DemoData, EveryFlagAndEveryRuleOccurs) {
 
 TEST(DemoData, ReferencesPointAtArticles) {
     const QSet<QString> numbers = column(u"Artikel"_s, u"Nummer"_s);
-    const QList<std::pair<QString, QString>> references{{u"ArtikelLieferanten"_s, u"ArtikelNummer"_s},
-                                                        {u"VerbundArtikel"_s, u"SourceArtikelNummer"_s},
-                                                        {u"VerbundArtikel"_s, u"DestArtikelNummer"_s},
-                                                        {u"AktionsPreise"_s, u"ArtikelNummer"_s},
-                                                        {u"ShortCut"_s, u"ArtikelNummer"_s}};
+    const QList<std::pair<QString, QString>> references{
+        {u"ArtikelLieferanten"_s, u"ArtikelNummer"_s}, {u"VerbundArtikel"_s, u"SourceArtikelNummer"_s},
+        {u"VerbundArtikel"_s, u"DestArtikelNummer"_s}, {u"AktionsPreise"_s, u"ArtikelNummer"_s},
+        {u"ShortCut"_s, u"ArtikelNummer"_s},           {u"ArtikelSerienNummern"_s, u"ArtikelNummer"_s}};
     for (const auto& [table, name] : references) {
         EXPECT_TRUE(numbers.contains(column(table, name))) << qPrintable(table + u'.' + name);
     }

@@ -72,6 +72,11 @@ void AddKassenFunktionen(Commands& commands, till::Register& till) {
         gKFGutscheinAuszahlung, u"FileGutscheinAuszahlung"_s, [&till] { till.vouchers().PayoutGutschein(); },
         u"Gutscheinbetrag Bar auszahlen"_s);
     add(
+        gKFRechnungsHistorie, u"FileBonHistorie"_s, [&till] { till.ShowBonHistorie(); },
+        u"Bon / Rechnungshistorie"_s);
+    add(
+        gKFArtikelInfo, u"FileArtikelInfo"_s, [&till] { till.ShowArtikelInfo(); }, u"Artikelinfo anzeigen"_s);
+    add(
         gKFAngebotsHistorie, u"FileAngebote"_s, [&till] { till.documents().ShowAngebote(); },
         u"Angebotshistorie"_s);
     add(

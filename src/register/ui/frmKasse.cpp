@@ -5,8 +5,10 @@
 #include "KassenFunktionen.h"
 #include "KassenMenus.h"
 #include "SumPanel.h"
+#include "frmKasseArtikelInfo.h"
 #include "frmKasseArtikelLieferanten.h"
 #include "frmKasseArtikelSuche.h"
+#include "frmKasseBonHistorie.h"
 #include "frmKasseFreierArtikel.h"
 #include "frmKasseKundenSuche.h"
 #include "frmKasseLangText.h"
@@ -315,6 +317,12 @@ void frmKasse::Show(till::Dialog which) {
          [](frmKasse& kasse) {
              if (kasse.m_showDesktopLogin) kasse.m_showDesktopLogin();
          }},
+        {Dialog::BonHistorie,
+         [](frmKasse& kasse) {
+             frmKasseBonHistorie dialog(kasse.m_till.receipts(), &kasse);
+             ShowModal(dialog);
+         }},
+        {Dialog::ArtikelInfo, modal<frmKasseArtikelInfo>},
         {Dialog::Angebote,
          [](frmKasse& kasse) {
              frmKasseAngebote dialog(kasse.m_till.documents().history(till::Papier::Angebot), &kasse);

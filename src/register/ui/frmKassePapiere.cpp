@@ -68,7 +68,7 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
     setUpForm(m_ui->lvwAngebot);
     setKeys(m_ui->cmdAddToOrder, m_ui->cmdCancel);
     const int edge = Theme::Current().keyHeight;
-    resize(edge * 18, edge * 12);
+    resize(edge * 22, edge * 12);
     m_ui->dtDatum->setDate(Now().date());
     m_ui->lvwAngebot->setModel(m_papers);
     m_ui->lvwDetail->setModel(m_lines);
@@ -120,8 +120,14 @@ void frmKassePapiere::showLines(const QString& key) {
     guard()([&] {
         for (TouchKey* act : {m_ui->cmdAddToOrder, m_ui->cmdDelete, m_ui->cmdPrint, m_ui->cmdCSV})
             act->setEnabled(!key.isEmpty());
-        if (key.isEmpty()) return m_lines->clear();
-        m_lines->open(m_history.Lines(GetKeyID(key, 2)));
+        if (key.isEmpty()) {
+            m_ui->vorschau->clear();
+            return m_lines->clear();
+        }
+        const int id = GetKeyID(key, 2);
+        m_lines->open(m_history.Lines(id));
+        m_ui->vorschau->showPages(
+            [id, &kind = m_history.kind()] { return FormularSeiten(id, kind.vorlage, kind.form); });
     });
 }
 

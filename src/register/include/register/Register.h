@@ -18,6 +18,7 @@ class CustomerAccount;
 class Documents;
 class Entry;
 class Parking;
+class ReceiptHistory;
 class Returns;
 class Sale;
 class SpecialLines;
@@ -118,6 +119,10 @@ class Register : public QObject {
     [[nodiscard]] Returns& returns() { return *m_returns; }
     [[nodiscard]] CustomerAccount& account() { return *m_account; }
     [[nodiscard]] Documents& documents() { return *m_documents; } ///< offers, delivery notes, invoices
+
+    void ShowBonHistorie(); ///< the booked receipts, if gKFRechnungsHistorie
+    void ShowArtikelInfo(); ///< what is on file for the selected line, if gKFArtikelInfo
+    [[nodiscard]] ReceiptHistory receipts();
 
     // Drawer and display
     void OpenKassenLade();

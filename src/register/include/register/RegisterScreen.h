@@ -28,6 +28,8 @@ enum class Dialog {
     KassenBuchung,            ///< gKassenBuchung
     Reklamation,              ///< Register::returns().NewDialog()
     DesktopLogin,             ///< gKassenUser
+    BonHistorie,              ///< Register::receipts()
+    ArtikelInfo,              ///< shows gArtikel
     Angebote,                 ///< history of the offers, PaperHistory
     Lieferungen,              ///< the same of the delivery notes
     RechnungFromLieferschein, ///< CollectiveInvoice
