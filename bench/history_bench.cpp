@@ -13,8 +13,8 @@
 
 #include <harness/NoScreen.h>
 
-// What one waits for who looks for a receipt among 500,000 of 5 lines: the first screen of the history, of a day and of
-// all days, and the page of one receipt.
+// What one waits for who looks for a receipt among 500,000 of 5 lines: the first screen of the history, of a
+// day and of all days, and the page of one receipt.
 
 namespace {
 
@@ -32,11 +32,12 @@ void bookReceipts() {
                      .arg(receipts / days)
                      .arg(digits));
     for (int line = 0; line < linesOfReceipt; ++line)
-        gDB->Execute(u"INSERT INTO RechnungsDetail (RechnungID, ArtikelNummer, ArtikelName, Buchungs_Menge, Menge, "
-                     "Einheit, VKPreis_Brutto, VKPreis_Netto, SteuerSatz) SELECT 1 + %1, '%2', 'Artikel %3', 1, 1, "
-                     "'Stück', 1.99, 1.86, 7 FROM %4 WHERE z5.N < 5"_s.arg(all, number(line))
-                         .arg(line)
-                         .arg(digits));
+        gDB->Execute(
+            u"INSERT INTO RechnungsDetail (RechnungID, ArtikelNummer, ArtikelName, Buchungs_Menge, Menge, "
+            "Einheit, VKPreis_Brutto, VKPreis_Netto, SteuerSatz) SELECT 1 + %1, '%2', 'Artikel %3', 1, 1, "
+            "'Stück', 1.99, 1.86, 7 FROM %4 WHERE z5.N < 5"_s.arg(all, number(line))
+                .arg(line)
+                .arg(digits));
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Builds Merivane, creates the demo shop once and starts the till on it. Without a display it plays the scripted
-# morning of assets/demo/day/morning.txt instead and tells where receipts, pictures and the log lie.
+# day of assets/demo/day instead and tells where receipts, pictures and the log lie.
 #
 #   MERIVANE_HOME   folder of the demo shop, by default ~/.local/share/merivane-demo
-#   MERIVANE_OUT    folder of the scripted morning, by default a new one in /tmp
+#   MERIVANE_OUT    folder of the scripted day, by default a new one in /tmp
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tools/install.sh build
@@ -13,8 +13,8 @@ cmake --build --preset release --target merivane merivane-play merivane-sql meri
 bin=$PWD/build/release
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
-  out=${MERIVANE_OUT:-$(mktemp -d "${TMPDIR:-/tmp}/merivane-morning-XXXXXX")}
-  exec "$bin/merivane-play" assets/demo/day/morning.txt --out "$out"
+  out=${MERIVANE_OUT:-$(mktemp -d "${TMPDIR:-/tmp}/merivane-day-XXXXXX")}
+  exec "$bin/merivane-play" assets/demo/day/{morning,noon,afternoon}.txt --out "$out"
 fi
 
 [ -n "${DISPLAY:-}" ] || tools/install.sh wayland

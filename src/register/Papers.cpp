@@ -2,12 +2,13 @@
 #include "Sale.h"
 
 #include <printing/Beleg.h>
+#include <register/CustomerSearch.h>
 #include <register/Papers.h>
 #include <register/gMaschine.h>
-#include <session/KundenFields.h>
 #include <session/MsgBox.h>
 #include <session/RowGone.h>
 #include <session/SonderArtikel.h>
+#include <session/gKunde.h>
 #include <session/gUser.h>
 #include <store/Recordset.h>
 #include <store/Trouble.h>
@@ -91,13 +92,6 @@ bool PaperHistory::mayJoinOpenLines() const {
                   u"Offener Verkauf..."_s, MsgAnswer::No) == MsgAnswer::Yes;
 }
 
-void PaperHistory::loadCustomer(int KundenID) {
-    m_sale.ResetKunde();
-    const auto rs =
-        gDB->OpenRecordset(u"SELECT * FROM Kunden WHERE KundenID="_s + sql::number(KundenID) + u';');
-    if (!rs->Eof()) load(*rs, KundenFields(), gKunde);
-}
-
 void PaperHistory::copyLine(const Recordset& from) {
     Recordset& rs = m_sale.basket.rsBestellung();
     rs.AddNew();
@@ -122,7 +116,7 @@ bool PaperHistory::AddToOrder(int id) {
         return false;
     }
     if (m_sale.isBooking || !m_sale.Settle() || !mayJoinOpenLines()) return false;
-    loadCustomer(head->Long(u"KundenNummer"));
+    CustomerSearch::Load(head->Long(u"KundenNummer"));
     Basket& basket = m_sale.basket;
     const bool noteBefore = basket.IsLieferscheinBon;
     const int numberBefore = basket.LieferungNummer;

@@ -45,7 +45,8 @@ void ReceiptHistory::Print(int RechnungID) {
     const QString kind = rs->Eof() ? QString() : rs->Text(u"ZahlArt");
     const QScopedValueRollback customer(gKunde);
     const QScopedValueRollback oneCopy(gDruckerKopies, 1);
-    if (kind.startsWith(u"RECHNUNG")) return Print_Formular(RechnungID, u"Rechnung.pld"_s, 0, m_sale.printDialogs());
+    if (kind.startsWith(u"RECHNUNG"))
+        return Print_Formular(RechnungID, u"Rechnung.pld"_s, 0, m_sale.printDialogs());
     const QScopedValueRollback mode(gPrintMode, askForReceipt);
     m_sale.PrintReceipt(RechnungID, kind == u"KARTE" ? BelegArt::Karte : BelegArt::Kasse);
 }
@@ -55,9 +56,10 @@ bool ReceiptHistory::Delete(int RechnungID) {
         MsgBox(u"Sie haben nicht die nötigen Rechte um diese Aktion auszuführen."_s);
         return false;
     }
-    if (MsgBox(u"ACHTUNG: Diese Aktion könnte Ihr Betriebsergebnis verfälschen. Auch müssen Sie sich über die "
-               "rechtlichen Folgen im klaren sein.\n\nMöchten Sie diesen Beleg wirklich löschen?"_s,
-               MsgIcon::Question, MsgButtons::YesNo, u"Beleg löschen..."_s, MsgAnswer::No) != MsgAnswer::Yes)
+    if (MsgBox(
+            u"ACHTUNG: Diese Aktion könnte Ihr Betriebsergebnis verfälschen. Auch müssen Sie sich über die "
+            "rechtlichen Folgen im klaren sein.\n\nMöchten Sie diesen Beleg wirklich löschen?"_s,
+            MsgIcon::Question, MsgButtons::YesNo, u"Beleg löschen..."_s, MsgAnswer::No) != MsgAnswer::Yes)
         return false;
     bool lines = false;
     WithAdvice(
@@ -67,9 +69,10 @@ bool ReceiptHistory::Delete(int RechnungID) {
             gDB->Execute(u"DELETE FROM Rechnung"_s + withID(RechnungID) + u';');
         },
         [&] {
-            return lines ? u"Die Zeilen von Beleg %1 sind gelöscht, sein Kopf steht noch da. Bitte löschen Sie ihn "
-                           "noch einmal."_s.arg(RechnungID)
-                         : QString();
+            return lines
+                       ? u"Die Zeilen von Beleg %1 sind gelöscht, sein Kopf steht noch da. Bitte löschen Sie ihn "
+                         "noch einmal."_s.arg(RechnungID)
+                       : QString();
         });
     return true;
 }
@@ -80,9 +83,10 @@ bool ReceiptHistory::IsIncomplete(int RechnungID) {
 }
 
 bool ReceiptHistory::Settle(int RechnungID) {
-    if (!AskYesNo(u"Die Buchung von Beleg %1 wurde unterbrochen. Haben Sie geprüft, welche Zeilen und Bestände fehlen, "
-                  "und soll der Vermerk jetzt verschwinden?"_s.arg(RechnungID),
-                  u"Unvollständiger Beleg..."_s))
+    if (!AskYesNo(
+            u"Die Buchung von Beleg %1 wurde unterbrochen. Haben Sie geprüft, welche Zeilen und Bestände fehlen, "
+            "und soll der Vermerk jetzt verschwinden?"_s.arg(RechnungID),
+            u"Unvollständiger Beleg..."_s))
         return false;
     SettleIncompleteReceipt(RechnungID);
     return true;

@@ -8,25 +8,37 @@ namespace till {
 
 bool LastSale::byCard() const { return ZahlArt == u"KARTE"_s; }
 
-bool LastSale::isPayout() const { return ZahlArt == u"ENTNAHME"_s; }
-
 QString LastSale::title() const { return u"letzter Verkauf "_s + Zeit.toString(u"hh:mm"_s); }
 
 QString LastSale::number() const { return u"Beleg %1"_s.arg(Rechnung); }
 
+namespace {
+
+/// What the panel calls a booking that is no cash sale; "" for one.
+QString nameOf(const QString& ZahlArt) {
+    static const std::pair<QString, QString> names[] = {{u"KARTE"_s, u"Karte"_s},
+                                                        {u"EINLAGE"_s, u"Einlage"_s},
+                                                        {u"ENTNAHME"_s, u"Auszahlung"_s},
+                                                        {u"RECHNUNG_OFFEN"_s, u"Auf Rechnung"_s}};
+    for (const auto& [kind, name] : names)
+        if (kind == ZahlArt) return name;
+    return {};
+}
+
+} // namespace
+
 QString LastSale::caption() const {
-    if (byCard()) return u"Karte"_s;
-    if (isPayout()) return u"Auszahlung"_s;
+    const QString name = nameOf(ZahlArt);
+    if (!name.isEmpty()) return name;
     return Gesamt < Currency{} ? u"Auszahlung"_s : u"Rückgeld"_s;
 }
 
 QString LastSale::amount() const {
-    return MoneyText(byCard() || isPayout() ? Gesamt : Zurueck) + u' ' + gWaehrungsSymbol;
+    return MoneyText(nameOf(ZahlArt).isEmpty() ? Zurueck : Gesamt) + u' ' + gWaehrungsSymbol;
 }
 
 QString LastSale::detail() const {
-    if (byCard()) return KartenTyp;
-    if (isPayout()) return {};
+    if (!nameOf(ZahlArt).isEmpty()) return KartenTyp;
     return u"bar %1 von %2"_s.arg(MoneyText(Gegeben), MoneyText(Gesamt));
 }
 

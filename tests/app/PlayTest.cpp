@@ -105,11 +105,13 @@ TEST(ReceiptPrinter, RendersWhatStandsOnThePaper) {
     EXPECT_EQ(play::receiptText(bytes), u"                  Käse\nSumme 1 €\n\n\nEnde\n"_s);
 }
 
-TEST(Player, PlaysTheMorningThroughTheRealForms) {
+TEST(Player, PlaysTheDayThroughTheRealForms) {
     QTemporaryDir out;
-    const Played run = runPlayer({QStringLiteral(DEMO_ASSETS) + u"/day/morning.txt"_s}, out.path());
+    const Played run = runPlayer(
+        {DEMO_ASSETS "/day/morning.txt", DEMO_ASSETS "/day/noon.txt", DEMO_ASSETS "/day/afternoon.txt"},
+        out.path());
     ASSERT_EQ(run.code, 0) << qPrintable(run.err);
-    EXPECT_TRUE(run.out.contains(u"KARTE: 1 Belege, 4,47"_s)) << qPrintable(run.out);
+    EXPECT_TRUE(run.out.contains(u"KARTE: 2 Belege, 193,47"_s)) << qPrintable(run.out);
     EXPECT_TRUE(run.out.contains(u"zusammen: 12 Belege"_s));
     QFile receipt(out.filePath(u"beleg-01.bin"_s));
     ASSERT_TRUE(receipt.open(QIODevice::ReadOnly));

@@ -55,6 +55,8 @@ TEST_F(BasketTest, TakeBackArticleEntersWithNegativePrices) {
 
 TEST_F(BasketTest, PriceNoteOfVolumeArticles) {
     shop.article(u"4"_s, u"Nüsse"_s, 12.99, {{u"VolumenAngabe"_s, true}, {u"Einheit"_s, u"kg"_s}});
+    const auto asItIs = [] { gArtikel.Ergebnis = 1; };
+    screen.expect(till::Dialog::VolumenAngabe, asItIs);
     scan(u"4"_s);
     scan(u"2"_s);
     EXPECT_EQ((QStringList{u"1 kg=12,99"_s, u""_s}),
@@ -62,6 +64,7 @@ TEST_F(BasketTest, PriceNoteOfVolumeArticles) {
     shop.article(
         u"5"_s, u"Safran"_s, 9e13,
         {{u"VolumenAngabe"_s, true}, {u"Menge"_s, 0.12345678901234}, {u"Einheit"_s, QString(20, u'g')}});
+    screen.expect(till::Dialog::VolumenAngabe, asItIs);
     scan(u"5"_s);
     EXPECT_EQ(u"0,12345678901234 gggggggggggggggggggg=900000000000"_s,
               shop.value(u"SELECT PreisInfo FROM Bestellung ORDER BY ID DESC"_s).toText());

@@ -2,8 +2,8 @@
 
 #include <printing/Seiten.h>
 #include <register/ReceiptHistory.h>
-#include <templates/Shipped.h>
 #include <support/TestPrinters.h>
+#include <templates/Shipped.h>
 
 // What was booked, looked at again.
 
@@ -46,8 +46,9 @@ TEST_F(ReceiptHistory, ListsADayOrAllAndFindsANumber) {
 }
 
 TEST_F(ReceiptHistory, DeletesTheRowsAndNothingElse) {
-    const QString question = u"ACHTUNG: Diese Aktion könnte Ihr Betriebsergebnis verfälschen. Auch müssen Sie sich über "
-                             "die rechtlichen Folgen im klaren sein.\n\nMöchten Sie diesen Beleg wirklich löschen?"_s;
+    const QString question =
+        u"ACHTUNG: Diese Aktion könnte Ihr Betriebsergebnis verfälschen. Auch müssen Sie sich über "
+        "die rechtlichen Folgen im klaren sein.\n\nMöchten Sie diesen Beleg wirklich löschen?"_s;
     till::ReceiptHistory history = reg->receipts();
     dialogs.expectMsgBox(question, MsgIcon::Question, MsgAnswer::No, u"Beleg löschen..."_s);
     EXPECT_FALSE(history.Delete(2));
@@ -69,7 +70,8 @@ TEST_F(ReceiptHistory, AFailureBetweenBothDeletionsIsTold) {
         reg->receipts().Delete(2);
         ADD_FAILURE();
     } catch (const RuntimeError& error) {
-        EXPECT_TRUE(error.Description.contains(u"Die Zeilen von Beleg 2 sind gelöscht"_s)) << qPrintable(error.Description);
+        EXPECT_TRUE(error.Description.contains(u"Die Zeilen von Beleg 2 sind gelöscht"_s))
+            << qPrintable(error.Description);
     }
 }
 

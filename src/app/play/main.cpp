@@ -105,8 +105,7 @@ int main(int argc, char** argv) {
         Application app(argc, argv);
         QCommandLineParser parser;
         parser.addHelpOption();
-        parser.addPositionalArgument(u"Skript"_s, u"Die Schritte, siehe assets/demo/day/morning.txt"_s,
-                                     u"Skript..."_s);
+        parser.addPositionalArgument(u"Skript"_s, u"Die Schritte, siehe assets/demo/day"_s, u"Skript..."_s);
         parser.addOption({u"out"_s, u"Leerer Ordner für Laden, Belege, Bilder und Protokoll"_s, u"Ordner"_s});
         parser.process(app);
         if (parser.positionalArguments().isEmpty() || !parser.isSet(u"out"_s)) parser.showHelp(2);

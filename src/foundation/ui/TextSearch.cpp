@@ -149,15 +149,15 @@ void TextSearch::answer(Database& db, const Question& question) {
     Question wanted = question;
     for (int reading = 0; reading < mostReadings; ++reading) {
         m_version = *version;
-        const bool late = load(db, wanted);
+        const quint64 asked = wanted.number;
+        load(db, wanted);
         {
             const std::lock_guard lock(m_mutex);
             if (m_closed) return;
             wanted = m_question;
             m_answered = wanted.number;
         }
-        if (!late) return;
-        if (wanted.conditions.empty()) return;
+        if (wanted.number == asked || wanted.conditions.empty()) return;
         // The question came while the table was read: rows written in between would be missed.
         version = changes();
         if (m_isWhole && *version == m_version) return scan(wanted);
@@ -165,7 +165,7 @@ void TextSearch::answer(Database& db, const Question& question) {
     scan(wanted);
 }
 
-bool TextSearch::load(Database& db, const Question& question) {
+void TextSearch::load(Database& db, const Question& question) {
     const TextQuestion looked(question.conditions);
     Hits hits(*this, question.number);
     bool keeps = true, late = false;
@@ -192,7 +192,6 @@ bool TextSearch::load(Database& db, const Question& question) {
         });
     m_isWhole = keeps;
     if (!late) hits.finish();
-    return late;
 }
 
 void TextSearch::scan(const Question& question) {

@@ -48,8 +48,8 @@ class TextSearch : public QObject {
     void work();
     void answer(Database& db, const Question& question);
     void askServer(Database& db, const Question& question);
-    /// Reads the table and tells hits on the way; true when another question came meanwhile.
-    bool load(Database& db, const Question& question);
+    /// Reads the table and tells hits on the way, until another question comes.
+    void load(Database& db, const Question& question);
     void scan(const Question& question);
     [[nodiscard]] std::optional<Question> nextQuestion();
     /// A newer question waits, or nobody wants any answer.

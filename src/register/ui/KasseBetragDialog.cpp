@@ -23,6 +23,9 @@ KasseBetragDialog::KasseBetragDialog(till::BetragDialog rules, QWidget* parent)
     m_ui->txtBetrag->setFilter(
         [](QChar typed) { return till::BetragDialog::AcceptKey(Field::Betrag, typed); });
     auto* rate = new NumberEdit(this);
+    rate->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    rate->setFrame(false);
+    rate->setStyleSheet(u"QLineEdit { padding: 0px; border: none; font: inherit; }"_s);
     rate->setFilter([](QChar typed) { return till::BetragDialog::AcceptKey(Field::SteuerSatz, typed); });
     m_ui->cboSteuerSatz->setLineEdit(rate);
     guard()([this] {

@@ -1,6 +1,7 @@
 #include "KasseNumberDialogs.h"
 
 #include <session/gArtikel.h>
+#include <ui/Wizard.h>
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -56,6 +57,8 @@ frmKasseGutschrift::frmKasseGutschrift(QWidget* parent)
 
 frmKasseVolumenAngabe::frmKasseVolumenAngabe(QWidget* parent)
     : KasseNumberDialog(Rules(Rules::Volumen), u"frmKasseVolumenAngabe"_s, parent) {
+    pane()->setHeaderDescription(gArtikel.Nummer);
+    setHelp(Rules(Rules::Volumen).Description());
     auto* unit = new QLabel(gArtikel.Einheit, this);
     unit->setObjectName(u"lblEinheit"_s);
     unit->setTextFormat(Qt::PlainText);

@@ -29,7 +29,8 @@ frmKasseArtikelInfo::frmKasseArtikelInfo(QWidget* parent)
                                   gArtikel.Bild.isEmpty() ? u"Kein Artikelbild verfügbar"_s : QString());
     addPrices();
     add(u"Bestand"_s, till::ArticleSearch::StockText());
-    if (gArtikel.LagerAktiv) add(u"Sollbestand"_s, NumberText(gArtikel.SollBestand) + u' ' + gArtikel.Einheit);
+    if (gArtikel.LagerAktiv)
+        add(u"Sollbestand"_s, NumberText(gArtikel.SollBestand) + u' ' + gArtikel.Einheit);
     add(u"Warengruppe"_s, gArtikel.WarenGruppe);
     add(u"Steuersatz"_s, NumberText(gArtikel.SteuerSatz.toDouble()) + u" %"_s);
     if (!gArtikel.Aktiv) add(u"Verkauf"_s, u"nicht aktiv"_s, u"warning strong"_s);

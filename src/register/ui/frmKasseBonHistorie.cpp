@@ -39,7 +39,8 @@ frmKasseBonHistorie::frmKasseBonHistorie(const till::ReceiptHistory& history, QW
     m_ui->setupUi(this);
     setWindowTitle(u"Bon / Rechnungshistorie"_s);
     m_ui->wizPane->setHeaderTitle(windowTitle() + u"..."_s);
-    m_ui->wizPane->setHeaderDescription(u"Wählen Sie einen Tag oder geben Sie die Nummer eines Belegs ein."_s);
+    m_ui->wizPane->setHeaderDescription(
+        u"Wählen Sie einen Tag oder geben Sie die Nummer eines Belegs ein."_s);
     m_ui->lvwRechnung->setAccessibleName(u"Belege"_s);
     setUpForm(m_ui->lvwRechnung);
     setKeys(m_ui->cmdPrint, m_ui->cmdCancel);
@@ -68,8 +69,8 @@ frmKasseBonHistorie::~frmKasseBonHistorie() { m_ui->lvwRechnung->setModel(nullpt
 
 void frmKasseBonHistorie::connectDays() {
     m_ui->dtDatum->setDate(Today());
-    m_ui->cmdPrevDay->setHint(u"Bild ↑"_s);
-    m_ui->cmdNextDay->setHint(u"Bild ↓"_s);
+    m_ui->cmdPrevDay->setHint(u"F7"_s);
+    m_ui->cmdNextDay->setHint(u"F8"_s);
     connect(m_ui->dtDatum, &QDateEdit::dateChanged, this, [this] {
         const QSignalBlocker once(m_ui->cmdShowAll);
         m_ui->cmdShowAll->setChecked(false);
@@ -88,7 +89,8 @@ void frmKasseBonHistorie::showReceipts() {
         std::optional<QDate> day;
         if (!m_ui->cmdShowAll->isChecked()) day = m_ui->dtDatum->date();
         m_receipts->open(till::ReceiptHistory::List(day));
-        if (m_ui->lvwRechnung->currentRow() < 0 && m_receipts->rowCount() > 0) m_ui->lvwRechnung->selectRow(0);
+        if (m_ui->lvwRechnung->currentRow() < 0 && m_receipts->rowCount() > 0)
+            m_ui->lvwRechnung->selectRow(0);
         showReceipt(m_ui->lvwRechnung->currentKey());
     });
 }
@@ -102,7 +104,8 @@ void frmKasseBonHistorie::showReceipt(const QString& key) {
         const int id = GetKeyID(key, 2);
         const bool incomplete = till::ReceiptHistory::IsIncomplete(id);
         m_ui->cmdErledigt->setVisible(incomplete);
-        m_ui->lblStatus->setText(incomplete ? u"Unvollständig: Die Buchung wurde unterbrochen."_s : QString());
+        m_ui->lblStatus->setText(incomplete ? u"Unvollständig: Die Buchung wurde unterbrochen."_s
+                                            : QString());
         m_ui->vorschau->showPages([id] { return BonSeiten(id); });
     });
 }
@@ -136,7 +139,6 @@ void frmKasseBonHistorie::withSelected(const std::function<void(int id)>& act) {
 }
 
 void frmKasseBonHistorie::ok() {
-    if (m_ui->txtNummer->hasFocus()) return search(); // Enter in the box of the number
     withSelected([this](int id) {
         const WaitCursor wait;
         m_history.Print(id);
@@ -144,8 +146,15 @@ void frmKasseBonHistorie::ok() {
 }
 
 void frmKasseBonHistorie::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Delete && m_ui->lvwRechnung->hasFocus())
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && m_ui->txtNummer->hasFocus())
+        search();
+    else if (event->key() == Qt::Key_Delete && m_ui->lvwRechnung->hasFocus())
         m_ui->cmdDelete->click();
+    else if (event->key() == Qt::Key_F7)
+        m_ui->cmdPrevDay->click();
+    else if (event->key() == Qt::Key_F8)
+        m_ui->cmdNextDay->click();
     else if (event->key() == Qt::Key_P && event->modifiers() == Qt::ControlModifier)
         m_ui->cmdPrint->click();
     else

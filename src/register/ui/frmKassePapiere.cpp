@@ -58,6 +58,7 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
     , m_lines(new RecordList({{}, u"ArtikelNummer"_s}, lineColumns(), this)) {
     m_ui->setupUi(this);
     const bool notes = history.kind().kind == till::Papier::Lieferung;
+    setObjectName(notes ? u"frmKasseLieferung"_s : u"frmKasseAngebote"_s);
     setWindowTitle(notes ? u"Lieferschein Historie"_s : u"Angebotshistorie"_s);
     m_ui->wizPane->setHeaderTitle(windowTitle() + u"..."_s);
     m_ui->wizPane->setHeaderDescription(
@@ -70,6 +71,8 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
     const int edge = Theme::Current().keyHeight;
     resize(edge * 22, edge * 12);
     m_ui->dtDatum->setDate(Now().date());
+    m_ui->cmdPrevDay->setHint(u"F7"_s);
+    m_ui->cmdNextDay->setHint(u"F8"_s);
     m_ui->lvwAngebot->setModel(m_papers);
     m_ui->lvwDetail->setModel(m_lines);
 
@@ -148,6 +151,10 @@ void frmKassePapiere::ok() {
 void frmKassePapiere::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Delete)
         m_ui->cmdDelete->click();
+    else if (event->key() == Qt::Key_F7)
+        m_ui->cmdPrevDay->click();
+    else if (event->key() == Qt::Key_F8)
+        m_ui->cmdNextDay->click();
     else if (event->key() == Qt::Key_P && event->modifiers() == Qt::ControlModifier)
         m_ui->cmdPrint->click();
     else

@@ -33,6 +33,7 @@ frmKassePfand::frmKassePfand(QWidget* parent)
     comesBack->setFocusPolicy(Qt::NoFocus);
     body()->addWidget(comesBack);
     pad()->key(DigitPad::Enter)->setHint(u"F4"_s);
+    pad()->key(DigitPad::Clear)->setHint({});
     connect(comesBack, &TouchKey::clicked, this, [this] { confirm(true); });
     connect(new QShortcut(Qt::Key_F2, this), &QShortcut::activated, this, [this] { confirm(true); });
     connect(new QShortcut(Qt::Key_F4, this), &QShortcut::activated, this, [this] { confirm(false); });

@@ -74,7 +74,6 @@ TEST_F(Kasse, KeysOfTheKeyboardStartTheFunctions) {
 
     for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F2, Qt::Key_F4, Qt::Key_F11, Qt::Key_F12})
         press(key, Qt::ControlModifier); // other functions, which this till has not
-    press(Qt::Key_F8);
     press(Qt::Key_Less, Qt::ControlModifier);
     EXPECT_TRUE(form->isVisible());
 

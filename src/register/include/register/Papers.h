@@ -56,7 +56,6 @@ class PaperHistory {
   private:
     [[nodiscard]] QString where(int id) const;
     [[nodiscard]] bool mayJoinOpenLines() const;
-    void loadCustomer(int KundenID);
     void copyLine(const Recordset& from);
 
     Sale& m_sale;

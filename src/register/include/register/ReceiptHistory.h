@@ -21,11 +21,11 @@ class ReceiptHistory {
     [[nodiscard]] static sql::Query List(std::optional<QDate> day);
     /// The day of a receipt that is there; nothing for another number.
     [[nodiscard]] static std::optional<QDate> DayOf(int RechnungID);
-    /// Once more, by the way that the cashier chooses; an invoice prints as one. One copy, and the customer of the open
-    /// sale stays.
+    /// Once more, by the way that the cashier chooses; an invoice prints as one. One copy, and the customer
+    /// of the open sale stays.
     void Print(int RechnungID);
-    /// Needs R_RechnungEdit, asks, and removes the receipt and its lines; stock and closings stay as they are. False
-    /// when nothing was deleted.
+    /// Needs R_RechnungEdit, asks, and removes the receipt and its lines; stock and closings stay as they
+    /// are. False when nothing was deleted.
     bool Delete(int RechnungID);
     /// True for one whose booking was interrupted and that the owner has not looked at yet.
     [[nodiscard]] static bool IsIncomplete(int RechnungID);

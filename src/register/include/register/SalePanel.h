@@ -18,7 +18,6 @@ struct LastSale {
     Currency Gesamt, Gegeben, Zurueck;
 
     [[nodiscard]] bool byCard() const;
-    [[nodiscard]] bool isPayout() const;   ///< cash that was taken out of the till
     [[nodiscard]] QString title() const;   ///< "letzter Verkauf 14:05"
     [[nodiscard]] QString number() const;  ///< "Beleg 17"
     [[nodiscard]] QString caption() const; ///< "Rückgeld"; "Auszahlung" where nothing was to pay; "Karte"

@@ -61,6 +61,13 @@ struct GutscheinAngabe : BetragAngabe {
 };
 inline GutscheinAngabe gGutscheinAngabe;
 
+/// The money that was counted in the till.
+struct KasseBestandErgebnis {
+    int Ergebnis = 0;
+    Currency Betrag;
+};
+inline KasseBestandErgebnis gKasseBestandErgebnis;
+
 /// Several articles share a supplier's order number: `BestellNummer` in, the chosen `ArtikelNummer` out, ""
 /// when cancelled.
 struct BestellNummerWahl {

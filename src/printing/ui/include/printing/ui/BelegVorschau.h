@@ -10,8 +10,8 @@
 class PagePreview;
 class QLabel;
 
-/// The page of a booked document beside a list of them, or why there is none to see. Whoever runs down the list with
-/// the arrow keys sees the document at which he stops; those on the way are not laid out.
+/// The page of a booked document beside a list of them, or why there is none to see. Whoever runs down the
+/// list with the arrow keys sees the document at which he stops; those on the way are not laid out.
 ///
 ///     connect(list, &ListView::currentKeyChanged, this, [this](const QString& key) {
 ///         m_ui->vorschau->showPages([id = GetKeyID(key, 2)] { return BonSeiten(id); });
