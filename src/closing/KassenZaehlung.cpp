@@ -1,6 +1,7 @@
-#include <closing/KassenZaehlung.h>
 #include <session/gAngaben.h>
 #include <text/RuntimeError.h>
+
+#include <closing/KassenZaehlung.h>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +28,8 @@ void KassenZaehlung::Set(int sorte, const QString& pieces) {
     bool isNumber = true;
     const int count = pieces.isEmpty() ? 0 : pieces.toInt(&isNumber);
     if (!isNumber || count < 0 || count > mostPieces)
-        throw RuntimeError(13, u"\"%1\" ist keine Anzahl von 0 bis %2."_s.arg(pieces).arg(mostPieces), u"Closing"_s);
+        throw RuntimeError(13, u"\"%1\" ist keine Anzahl von 0 bis %2."_s.arg(pieces).arg(mostPieces),
+                           u"Closing"_s);
     m_pieces.at(size_t(sorte)) = count;
 }
 

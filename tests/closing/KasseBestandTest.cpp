@@ -1,4 +1,3 @@
-#include <closing/ui/frmKasseBestand.h>
 #include <session/Globals.h>
 #include <session/gAngaben.h>
 #include <support/ScriptedForms.h>
@@ -9,6 +8,7 @@
 #include <QDir>
 #include <QLabel>
 
+#include <closing/ui/frmKasseBestand.h>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

@@ -1,12 +1,15 @@
 #include "ui_frmKasseBestand.h"
 
-#include <closing/ui/frmKasseBestand.h>
 #include <session/Globals.h>
 #include <text/Format.h>
 #include <ui/Theme.h>
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QRegularExpression>
+
+#include <closing/ui/frmKasseBestand.h>
 
 using namespace Qt::StringLiterals;
 
@@ -26,10 +29,14 @@ frmKasseBestand::frmKasseBestand(QWidget* parent)
     m_ui->pad->setKeys(DigitPad::Clear);
     m_ui->pad->setMinimumSize(edge * 4, edge * 4);
     for (int i = 0; i < KassenZaehlung::Sorten; ++i) {
-        m_boxes[size_t(i)] = findChild<NumberEdit*>(QString::fromUtf16(KassenZaehlung::Alle()[size_t(i)].box));
-        m_boxes[size_t(i)]->setMinimumWidth(edge * 3 / 2);
+        m_boxes[size_t(i)] =
+            findChild<NumberEdit*>(QString::fromUtf16(KassenZaehlung::Alle()[size_t(i)].box));
+        m_boxes[size_t(i)]->setFixedWidth(edge * 3 / 2);
         connect(m_boxes[size_t(i)], &QLineEdit::textChanged, this, [this, i] { count(i); });
     }
+    const int widest = fontMetrics().horizontalAdvance(money(Currency::fromInteger(9'999'999)));
+    for (QLabel* sum : findChildren<QLabel*>(QRegularExpression(u"^sum"_s)))
+        sum->setMinimumWidth(widest);
     setUpForm(m_boxes.front());
     // The pad writes into the box that has the focus.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {

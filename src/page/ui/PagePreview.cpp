@@ -61,6 +61,8 @@ PagePreview::PagePreview(QWidget* parent)
     showState();
 }
 
+void PagePreview::showKeys(bool shown) { m_bar->setVisible(shown); }
+
 TouchKey* PagePreview::addKey(const QString& name, const QString& caption, const QString& hint,
                               const QString& tip, void (PagePreview::*act)()) {
     auto* key = new TouchKey(caption, m_bar);

@@ -18,6 +18,7 @@ BelegVorschau::BelegVorschau(QWidget* parent)
     : QWidget(parent)
     , m_preview(new PagePreview(this))
     , m_fault(new QLabel(this)) {
+    m_preview->showKeys(false); // a page beside a list is seen as a whole; PgDn and Ctrl with + work
     auto* pages = new QStackedLayout(this);
     pages->setContentsMargins(0, 0, 0, 0);
     pages->addWidget(m_preview);

@@ -29,7 +29,7 @@ std::vector<ListColumn> columns() {
                         price(u"EKPreis", gFormatEKPreis)};
     if (!gKassenUser.R_Artikel) purchase.text = [](const Recordset&) { return u"/"_s; };
     return {{u"Nummer"_s, u"Nummer"_s, u"2006000000017"_s},
-            {u"Name"_s, u"Name"_s, u"Spaghetti Hart"_s},
+            {u"Name"_s, u"Name"_s, u"Spaghetti Hartweizen"_s},
             purchase,
             {u"VKPreis"_s, u"VKPreis"_s, u"999,50"_s, Qt::AlignRight, price(u"VKPreis", gFormatPreis)},
             {u"IstBestand"_s, u"IstBestand"_s, u"1.000"_s, Qt::AlignRight}};

@@ -45,6 +45,7 @@ frmKasseBonHistorie::frmKasseBonHistorie(const till::ReceiptHistory& history, QW
     setUpForm(m_ui->lvwRechnung);
     setKeys(m_ui->cmdPrint, m_ui->cmdCancel);
     const int edge = Theme::Current().keyHeight;
+    m_ui->vorschau->setFixedWidth(edge * 6);
     resize(edge * 20, edge * 12);
     m_ui->txtNummer->setMinimumWidth(edge * 3);
     m_ui->lvwRechnung->setModel(m_receipts);

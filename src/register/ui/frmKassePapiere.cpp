@@ -69,6 +69,7 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
     setUpForm(m_ui->lvwAngebot);
     setKeys(m_ui->cmdAddToOrder, m_ui->cmdCancel);
     const int edge = Theme::Current().keyHeight;
+    m_ui->vorschau->setFixedWidth(edge * 6);
     resize(edge * 22, edge * 12);
     m_ui->dtDatum->setDate(Now().date());
     m_ui->cmdPrevDay->setHint(u"F7"_s);

@@ -6,8 +6,8 @@
 
 #include <array>
 
-/// Counts the money in the till: how many of each coin and note, and what that makes. The rules of frmKasseBestand over
-/// gKasseBestandErgebnis.
+/// Counts the money in the till: how many of each coin and note, and what that makes. The rules of
+/// frmKasseBestand over gKasseBestandErgebnis.
 class KassenZaehlung {
   public:
     struct Sorte {
@@ -20,7 +20,8 @@ class KassenZaehlung {
     /// From the smallest to the largest.
     [[nodiscard]] static const std::array<Sorte, Sorten>& Alle();
 
-    /// `pieces` as typed: empty is none. Raises 13 for what is no whole number from 0 to mostPieces; the count stays.
+    /// `pieces` as typed: empty is none. Raises 13 for what is no whole number from 0 to mostPieces; the
+    /// count stays.
     void Set(int sorte, const QString& pieces);
     [[nodiscard]] Currency Betrag(int sorte) const; ///< of one kind
     /// All of it, summed up from the smallest kind to the largest, each step in money.
@@ -28,7 +29,7 @@ class KassenZaehlung {
     [[nodiscard]] Currency Muenzen() const;
     [[nodiscard]] Currency Scheine() const;
 
-    void Confirm() const;       ///< cmdOK
+    void Confirm() const; ///< cmdOK
     static void Cancel();
 
   private:

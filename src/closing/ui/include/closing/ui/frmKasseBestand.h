@@ -1,9 +1,9 @@
 #pragma once
 
-#include <closing/KassenZaehlung.h>
 #include <ui/Form.h>
 
 #include <array>
+#include <closing/KassenZaehlung.h>
 
 class NumberEdit;
 namespace Ui {

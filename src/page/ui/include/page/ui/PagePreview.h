@@ -39,6 +39,9 @@ class PagePreview : public QWidget {
     [[nodiscard]] Fit fit() const;
     void setFit(Fit fit);
 
+    /// The keys for pages and zoom above the page; shown at the start.
+    void showKeys(bool shown);
+
   signals:
     void pageChanged(int page);
     void zoomChanged(double zoom);
