@@ -9,6 +9,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QThread>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
@@ -90,6 +91,23 @@ TEST_F(TypedSearchTest, FindsWhatTheStatementFinds) {
     box->setText(u"[ab"_s); // while one types a set
     ASSERT_TRUE(waitFor([&] { return told->text().startsWith(u"Die Suche ist nicht möglich"_s); }));
     EXPECT_EQ(0, hits.rowCount());
+}
+
+TEST_F(TypedSearchTest, AQuestionThatComesWhenTheTableHasJustBeenReadIsAnswered) {
+    for (int i = 0; i < 40; ++i)
+        shop.article(QString::number(100 + i), u"Artikel %1"_s.arg(i), 1);
+    for (int round = 0; round < 150; ++round) {
+        delete search;
+        open();
+        box->clear();
+        search->start();
+        // Somewhere around the end of the first reading.
+        QThread::usleep(static_cast<unsigned long>(round % 50) * 100);
+        box->setText(u"artikel 7"_s);
+        ASSERT_TRUE(done()) << round;
+        ASSERT_EQ(QStringList{u"107"_s}, shown()) << round;
+        box->clear();
+    }
 }
 
 TEST_F(TypedSearchTest, TheNewestTextWinsAndNothingOlderIsChosen) {

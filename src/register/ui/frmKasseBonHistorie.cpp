@@ -4,7 +4,6 @@
 
 #include <printing/Seiten.h>
 #include <register/Prices.h>
-#include <session/Clock.h>
 #include <session/Keys.h>
 #include <store/Recordset.h>
 #include <ui/Pointer.h>
@@ -62,34 +61,17 @@ frmKasseBonHistorie::frmKasseBonHistorie(const till::ReceiptHistory& history, QW
             if (till::ReceiptHistory::Settle(id)) showReceipt(m_ui->lvwRechnung->currentKey());
         });
     });
-    connectDays();
+    m_days.emplace(*m_ui->dtDatum, *m_ui->cmdPrevDay, *m_ui->cmdNextDay, *m_ui->cmdShowAll,
+                   [this] { showReceipts(); });
     showReceipts();
 }
 
 frmKasseBonHistorie::~frmKasseBonHistorie() { m_ui->lvwRechnung->setModel(nullptr); }
 
-void frmKasseBonHistorie::connectDays() {
-    m_ui->dtDatum->setDate(Today());
-    m_ui->cmdPrevDay->setHint(u"F7"_s);
-    m_ui->cmdNextDay->setHint(u"F8"_s);
-    connect(m_ui->dtDatum, &QDateEdit::dateChanged, this, [this] {
-        const QSignalBlocker once(m_ui->cmdShowAll);
-        m_ui->cmdShowAll->setChecked(false);
-        showReceipts();
-    });
-    connect(m_ui->cmdShowAll, &TouchKey::toggled, this, &frmKasseBonHistorie::showReceipts);
-    connect(m_ui->cmdPrevDay, &TouchKey::clicked, this,
-            [this] { m_ui->dtDatum->setDate(m_ui->dtDatum->date().addDays(-1)); });
-    connect(m_ui->cmdNextDay, &TouchKey::clicked, this,
-            [this] { m_ui->dtDatum->setDate(m_ui->dtDatum->date().addDays(1)); });
-}
-
 void frmKasseBonHistorie::showReceipts() {
     guard()([this] {
         m_ui->lblStatus->clear();
-        std::optional<QDate> day;
-        if (!m_ui->cmdShowAll->isChecked()) day = m_ui->dtDatum->date();
-        m_receipts->open(till::ReceiptHistory::List(day));
+        m_receipts->open(till::ReceiptHistory::List(m_days->chosen()));
         if (m_ui->lvwRechnung->currentRow() < 0 && m_receipts->rowCount() > 0)
             m_ui->lvwRechnung->selectRow(0);
         showReceipt(m_ui->lvwRechnung->currentKey());
@@ -123,12 +105,7 @@ void frmKasseBonHistorie::search() {
             m_ui->lblStatus->setText(u"Einen Beleg mit der Nummer %1 gibt es nicht."_s.arg(typed));
             return;
         }
-        if (!m_ui->cmdShowAll->isChecked()) {
-            if (day->isValid())
-                m_ui->dtDatum->setDate(*day);
-            else
-                m_ui->cmdShowAll->setChecked(true);
-        }
+        m_days->show(*day);
         m_ui->lvwRechnung->selectKey(u"ID"_s + QString::number(number));
         m_ui->lvwRechnung->setFocus();
     });
@@ -152,10 +129,6 @@ void frmKasseBonHistorie::keyPressEvent(QKeyEvent* event) {
         search();
     else if (event->key() == Qt::Key_Delete && m_ui->lvwRechnung->hasFocus())
         m_ui->cmdDelete->click();
-    else if (event->key() == Qt::Key_F7)
-        m_ui->cmdPrevDay->click();
-    else if (event->key() == Qt::Key_F8)
-        m_ui->cmdNextDay->click();
     else if (event->key() == Qt::Key_P && event->modifiers() == Qt::ControlModifier)
         m_ui->cmdPrint->click();
     else

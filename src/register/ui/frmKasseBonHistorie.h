@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DayRow.h"
+
 #include <register/ReceiptHistory.h>
 #include <ui/Form.h>
 #include <ui/RecordList.h>
@@ -23,7 +25,6 @@ class frmKasseBonHistorie : public FormDialog {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    void connectDays();
     void showReceipts();
     void showReceipt(const QString& key);
     void search();
@@ -32,4 +33,5 @@ class frmKasseBonHistorie : public FormDialog {
     till::ReceiptHistory m_history;
     std::unique_ptr<Ui::frmKasseBonHistorie> m_ui;
     RecordList* m_receipts;
+    std::optional<DayRow> m_days;
 };

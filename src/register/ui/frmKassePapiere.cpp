@@ -3,7 +3,6 @@
 #include "ui_frmKassePapiere.h"
 
 #include <register/Prices.h>
-#include <session/Clock.h>
 #include <session/Keys.h>
 #include <store/Recordset.h>
 #include <text/Convert.h>
@@ -71,24 +70,11 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
     const int edge = Theme::Current().keyHeight;
     m_ui->vorschau->setFixedWidth(edge * 6);
     resize(edge * 22, edge * 12);
-    m_ui->dtDatum->setDate(Now().date());
-    m_ui->cmdPrevDay->setHint(u"F7"_s);
-    m_ui->cmdNextDay->setHint(u"F8"_s);
     m_ui->lvwAngebot->setModel(m_papers);
     m_ui->lvwDetail->setModel(m_lines);
 
     connect(m_ui->lvwAngebot, &ListView::currentKeyChanged, this, &frmKassePapiere::showLines);
     connect(m_ui->lvwAngebot, &ListView::chosen, m_ui->cmdAddToOrder, &TouchKey::click);
-    connect(m_ui->dtDatum, &QDateEdit::dateChanged, this, [this] {
-        const QSignalBlocker once(m_ui->cmdAlle);
-        m_ui->cmdAlle->setChecked(false);
-        showPapers();
-    });
-    connect(m_ui->cmdAlle, &TouchKey::toggled, this, &frmKassePapiere::showPapers);
-    connect(m_ui->cmdPrevDay, &TouchKey::clicked, this,
-            [this] { m_ui->dtDatum->setDate(m_ui->dtDatum->date().addDays(-1)); });
-    connect(m_ui->cmdNextDay, &TouchKey::clicked, this,
-            [this] { m_ui->dtDatum->setDate(m_ui->dtDatum->date().addDays(1)); });
     connect(m_ui->cmdDelete, &TouchKey::clicked, this, [this] {
         withSelected([this](int id) {
             if (m_history.Delete(id)) showPapers();
@@ -102,6 +88,8 @@ frmKassePapiere::frmKassePapiere(const till::PaperHistory& history, QWidget* par
     });
     connect(m_ui->cmdCSV, &TouchKey::clicked, this,
             [this] { withSelected([this](int id) { m_history.SaveCsv(id); }); });
+    m_days.emplace(*m_ui->dtDatum, *m_ui->cmdPrevDay, *m_ui->cmdNextDay, *m_ui->cmdAlle,
+                   [this] { showPapers(); });
     showPapers();
 }
 
@@ -112,9 +100,7 @@ frmKassePapiere::~frmKassePapiere() {
 
 void frmKassePapiere::showPapers() {
     guard()([this] {
-        std::optional<QDate> day;
-        if (!m_ui->cmdAlle->isChecked()) day = m_ui->dtDatum->date();
-        m_papers->open(m_history.List(day));
+        m_papers->open(m_history.List(m_days->chosen()));
         if (m_ui->lvwAngebot->currentRow() < 0 && m_papers->rowCount() > 0) m_ui->lvwAngebot->selectRow(0);
         showLines(m_ui->lvwAngebot->currentKey());
     });
@@ -152,10 +138,6 @@ void frmKassePapiere::ok() {
 void frmKassePapiere::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Delete)
         m_ui->cmdDelete->click();
-    else if (event->key() == Qt::Key_F7)
-        m_ui->cmdPrevDay->click();
-    else if (event->key() == Qt::Key_F8)
-        m_ui->cmdNextDay->click();
     else if (event->key() == Qt::Key_P && event->modifiers() == Qt::ControlModifier)
         m_ui->cmdPrint->click();
     else

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DayRow.h"
+
 #include <register/Papers.h>
 #include <ui/Form.h>
 #include <ui/RecordList.h>
@@ -29,6 +31,7 @@ class frmKassePapiere : public FormDialog {
     till::PaperHistory m_history;
     std::unique_ptr<Ui::frmKassePapiere> m_ui;
     RecordList *m_papers, *m_lines;
+    std::optional<DayRow> m_days;
 };
 
 class frmKasseAngebote : public frmKassePapiere {
