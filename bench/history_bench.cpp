@@ -2,6 +2,7 @@
 #include "Till.h"
 #include "frmKasseBonHistorie.h"
 
+#include <devices/Printers.h>
 #include <page/ui/PagePreview.h>
 #include <printing/Seiten.h>
 #include <ui/Theme.h>
@@ -40,6 +41,12 @@ void bookReceipts() {
                 .arg(digits));
 }
 
+/// A till with one printer.
+struct OnePrinter : PrinterList {
+    [[nodiscard]] QStringList names() const override { return {u"Bon"_s}; }
+    [[nodiscard]] QString defaultName() const override { return u"Bon"_s; }
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -50,6 +57,9 @@ int main(int argc, char** argv) {
     openShop(folder, place.filePath(u"Merivane.mdb"_s));
     QFile::copy(u":/vorlagen/Kassenbon.pld"_s, folder + u"Kassenbon.pld"_s);
     bookReceipts();
+    const OnePrinter printer;
+    SetPrinterList(&printer);
+    gBonDrucker = u"Bon"_s;
     Theme::Apply();
     NoScreen screen;
     till::Register till(screen);
@@ -76,7 +86,6 @@ int main(int argc, char** argv) {
     PagePreview preview;
     preview.resize(400, 600);
     preview.show();
-    Painted painted(preview);
     for (int round = 0; round < rounds * 5; ++round) {
         const int id = 1 + (round * 7919) % receipts;
         pages.push_back(milliseconds([&] {

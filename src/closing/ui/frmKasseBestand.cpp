@@ -2,6 +2,7 @@
 
 #include <session/Globals.h>
 #include <text/Format.h>
+#include <ui/AmountLabel.h>
 #include <ui/Theme.h>
 
 #include <QApplication>
@@ -32,6 +33,7 @@ frmKasseBestand::frmKasseBestand(QWidget* parent)
         m_boxes[size_t(i)] =
             findChild<NumberEdit*>(QString::fromUtf16(KassenZaehlung::Alle()[size_t(i)].box));
         m_boxes[size_t(i)]->setFixedWidth(edge * 3 / 2);
+        FitLetters(*m_boxes[size_t(i)]);
         connect(m_boxes[size_t(i)], &QLineEdit::textChanged, this, [this, i] { count(i); });
     }
     const int widest = fontMetrics().horizontalAdvance(money(Currency::fromInteger(9'999'999)));

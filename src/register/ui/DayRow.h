@@ -11,25 +11,29 @@
 #include <optional>
 #include <utility>
 
-/// The row that chooses the day of a history: the day itself, the one before and the one behind (F7, F8), and all days.
+/// The row that chooses the day of a history: the day itself, the one before and the one behind (F7, F8), and
+/// all days.
 class DayRow {
   public:
     /// `show` is called whenever another day, or all of them, shall be shown. It begins with today.
-    DayRow(QDateEdit& day, TouchKey& previous, TouchKey& next, TouchKey& all, const std::function<void()>& show)
+    DayRow(QDateEdit& day, TouchKey& previous, TouchKey& next, TouchKey& all,
+           const std::function<void()>& show)
         : m_day(day)
         , m_all(all) {
         day.setDate(Today());
         previous.setHint(QStringLiteral("F7"));
         next.setHint(QStringLiteral("F8"));
         for (const auto& [key, button] : {std::pair(Qt::Key_F7, &previous), {Qt::Key_F8, &next}})
-            QObject::connect(new QShortcut(key, button->window()), &QShortcut::activated, button, &TouchKey::click);
+            QObject::connect(new QShortcut(key, button->window()), &QShortcut::activated, button,
+                             &TouchKey::click);
         QObject::connect(&day, &QDateEdit::dateChanged, &day, [&all, show] {
             const QSignalBlocker once(all);
             all.setChecked(false);
             show();
         });
         QObject::connect(&all, &TouchKey::toggled, &day, show);
-        QObject::connect(&previous, &TouchKey::clicked, &day, [&day] { day.setDate(day.date().addDays(-1)); });
+        QObject::connect(&previous, &TouchKey::clicked, &day,
+                         [&day] { day.setDate(day.date().addDays(-1)); });
         QObject::connect(&next, &TouchKey::clicked, &day, [&day] { day.setDate(day.date().addDays(1)); });
     }
 

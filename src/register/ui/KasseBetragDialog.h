@@ -3,6 +3,7 @@
 #include <register/BetragDialog.h>
 #include <ui/Form.h>
 
+class QLineEdit;
 namespace Ui {
 class KasseBetragDialog;
 }
